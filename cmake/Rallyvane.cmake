@@ -1,0 +1,39 @@
+# How every target of this project is built: warnings, floating point, sanitizers, tests.
+
+add_library(rallyvane_options INTERFACE)
+target_compile_features(rallyvane_options INTERFACE cxx_std_20)
+# A match must replay to the bit whatever compiler built it: no multiply and add may be fused
+# into one rounding.
+target_compile_options(rallyvane_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Werror -ffp-contract=off)
+target_compile_definitions(rallyvane_options INTERFACE
+    QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+set(RALLYVANE_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them")
+if(RALLYVANE_SANITIZE)
+    add_compile_options(-fsanitize=${RALLYVANE_SANITIZE} -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${RALLYVANE_SANITIZE})
+endif()
+
+# rallyvane_library(NAME SOURCES... [LIBRARIES ...]): a static library whose own folder is the
+# only include path that it gives to those who link it.
+function(rallyvane_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
+    add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
+    target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+    target_link_libraries(${name} PUBLIC ${arg_LIBRARIES} PRIVATE rallyvane_options)
+endfunction()
+
+# rallyvane_test(NAME SOURCES... [LIBRARIES ...]): a Qt Test program that CTest runs offscreen in
+# a folder of its own.
+function(rallyvane_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
+    add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt6::Test rallyvane_options)
+    set(folder ${CMAKE_CURRENT_BINARY_DIR}/run/${name})
+    file(MAKE_DIRECTORY ${folder})
+    add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${folder})
+    set_tests_properties(${name} PROPERTIES
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 120)
+endfunction()

@@ -1,0 +1,52 @@
+#include "beyonddll.h"
+
+#include "windowsapi.h"
+
+namespace {
+
+HMODULE library = nullptr;
+
+// One pointer per function, named as it is.
+namespace resolved {
+#define DECLARE_POINTER(name, parameters, arguments) std::int32_t(*name) parameters = nullptr;
+LDB_ENTRY_POINTS(DECLARE_POINTER)
+#undef DECLARE_POINTER
+} // namespace resolved
+
+template <class Function>
+bool resolve(Function *&pointer, const char *name)
+{
+    pointer = reinterpret_cast<Function *>(GetProcAddress(library, name));
+    return pointer != nullptr;
+}
+
+} // namespace
+
+int LoadBeyondDll()
+{
+    library = LoadLibraryW(L"BEYONDIOx64.dll");
+    if (!library)
+        return 0;
+#define RESOLVE(name, parameters, arguments) &&resolve(resolved::name, #name)
+    const bool complete = true LDB_ENTRY_POINTS(RESOLVE);
+#undef RESOLVE
+    if (!complete)
+        FreeBeyondDll();
+    return complete ? 1 : 0;
+}
+
+void FreeBeyondDll()
+{
+    if (!library)
+        return;
+    FreeLibrary(library);
+    library = nullptr;
+}
+
+#define DEFINE_FORWARDER(name, parameters, arguments) \
+    std::int32_t name parameters                      \
+    {                                                 \
+        return resolved::name arguments;              \
+    }
+LDB_ENTRY_POINTS(DEFINE_FORWARDER)
+#undef DEFINE_FORWARDER
