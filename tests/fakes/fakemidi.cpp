@@ -176,7 +176,9 @@ MMRESULT midiInOpen(
         if (input.device == static_cast<int>(device))
             return MMSYSERR_ALLOCATED;
     }
-    *handle = newHandle<HMIDIIN>();
+    *handle = std::exchange(midiSystem->nextInputHandle, nullptr);
+    if (!*handle)
+        *handle = newHandle<HMIDIIN>();
     midiSystem->instances.append(instance);
     midiSystem->openInputs.append(
         {*handle, device, static_cast<int>(device), callback, instance, false});

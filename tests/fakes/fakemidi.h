@@ -33,6 +33,8 @@ public:
     /// In the order of the system. The name may be anything; 31 bytes of it fit.
     QList<Device> inputs;
     QList<Device> outputs;
+    /// What the next midiInOpen gives in place of a new handle: a system may give one again.
+    HMIDIIN nextInputHandle = nullptr;
     /// Unplugs input device `index`: those behind it move up, and whoever has it open gets
     /// MMSYSERR_NODRIVER from now on and no more messages.
     void unplugInput(int index);
