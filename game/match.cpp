@@ -24,7 +24,8 @@ constexpr qint32 directionOf(int side)
 /// speed * 53 / divisor in whole numbers, for any speed that a settings file may hold.
 float wholeSpeed(qint32 speed, qint64 divisor)
 {
-    return static_cast<float>(qint64(speed) * 53 / divisor);
+    const qint64 whole = qint64(speed) * 53 / divisor;
+    return static_cast<float>(whole);
 }
 
 } // namespace
