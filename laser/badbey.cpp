@@ -28,8 +28,8 @@ LdbPoint toLdbPoint(const FramePoint &point)
 
 BadBey::BadBey(QObject *parent)
     : QObject(parent)
+    , dllLoaded(LoadBeyondDll() == 1)
 {
-    dllLoaded = LoadBeyondDll() == 1;
 }
 
 BadBey::~BadBey()
@@ -62,7 +62,7 @@ bool BadBey::IsBeyondReady() const
     return dllLoaded && ldbBeyondExeReady() == 1 && ldbGetBeyondVersion() >= oldestBeyondBuild;
 }
 
-int BadBey::SetLaserOutput(bool on)
+int BadBey::SetLaserOutput(bool on) const
 {
     if (!dllLoaded)
         return 0;

@@ -34,7 +34,7 @@ public:
     bool IsBeyondReady() const;
     /// Switches the host's laser output and returns the host's answer; 0 without the library.
     /// From the GUI thread.
-    int SetLaserOutput(bool on);
+    int SetLaserOutput(bool on) const;
     /// The number of the host's zones; 0 without the library. From the GUI thread.
     int GetZoneCount() const;
     /// Sends `points` to the selected zone, an empty list too, and empties the list. A zone that
@@ -60,7 +60,7 @@ private:
     /// Sends the first `count` points of the list.
     void sendFirst(qsizetype count, qint32 toZone);
 
-    Relaxed<bool> dllLoaded = false;
+    const bool dllLoaded;
     bool sessionCreated = false;
     qint32 litZone = -1; ///< the zone that holds a picture, or -1
 };

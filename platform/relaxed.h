@@ -18,7 +18,11 @@ public:
     }
     ~Relaxed() = default;
 
-    Relaxed &operator=(const Relaxed &other) { return *this = T(other); }
+    Relaxed &operator=(const Relaxed &other)
+    {
+        *this = T(other);
+        return *this;
+    }
     Relaxed &operator=(T value)
     {
         m_value.store(value, std::memory_order_relaxed);

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QLatin1StringView>
+#include <QSettings>
+#include <QString>
+
+#include <array>
+#include <memory>
+
+// Everything that is kept from run to run, in an INI file in the working directory. GUI thread.
+
+/// One setting: its key in the file and what it is when the file does not say.
+template <class T>
+struct Setting
+{
+    QLatin1StringView key;
+    T fallback;
+};
+
+/// The same setting of both players, by side.
+template <class T>
+using SettingOfSides = std::array<Setting<T>, 2>;
+
+namespace settings {
+
+// Every key of the file.
+
+inline constexpr Setting<int> ballSpeed = {QLatin1StringView("BallSpeed"), 20};
+
+#define OF_SIDES(type, name, left, right, fallback) \
+    inline constexpr SettingOfSides<type> name = {  \
+        {{QLatin1StringView(left), fallback}, {QLatin1StringView(right), fallback}}};
+
+OF_SIDES(int, sensitivity, "SensL", "SensR", 512)
+OF_SIDES(QLatin1StringView, controlMode, "ControlModeLeft", "ControlModeRight",
+    QLatin1StringView("XBOX"))
+OF_SIDES(int, xStart, "XStartL", "XStartR", 0) // a CXBOXController::buttonList
+OF_SIDES(int, xMove, "XMoveL", "XMoveR", 0) // a CXBOXController::controllerList
+OF_SIDES(uint, moveStatus, "CC_00", "CC_10", 0) // 0 is not learnt, here and below
+OF_SIDES(uint, moveNumber, "CC_01", "CC_11", 0)
+OF_SIDES(uint, startStatus, "Start_00", "Start_10", 0)
+OF_SIDES(uint, startNumber, "Start_01", "Start_11", 0)
+OF_SIDES(uint, upKey, "KeyboardUpL", "KeyboardUpR", 0) // a Qt::Key, here and below
+OF_SIDES(uint, downKey, "KeyboardDownL", "KeyboardDownR", 0)
+OF_SIDES(uint, startKey, "KeyboardStartL", "KeyboardStartR", 0)
+
+#undef OF_SIDES
+
+/// Opens ".pong" in the working directory. A damaged file is kept as ".pong.damaged", because the
+/// next write drops the lines of it that could not be read.
+std::unique_ptr<QSettings> open();
+
+/// What the store holds, or the fallback. What is no number reads as 0 and is told in the log.
+int read(const QSettings &store, const Setting<int> &setting);
+uint read(const QSettings &store, const Setting<uint> &setting);
+QString read(const QSettings &store, const Setting<QLatin1StringView> &setting);
+
+/// Puts a value into the store; the store writes the file in its own time.
+template <class T>
+void write(QSettings &store, const Setting<T> &setting, const std::type_identity_t<T> &value)
+{
+    if constexpr (std::is_same_v<T, QLatin1StringView>)
+        store.setValue(setting.key, QString(value));
+    else
+        store.setValue(setting.key, value);
+}
+
+} // namespace settings

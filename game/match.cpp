@@ -1,0 +1,154 @@
+#include "match.h"
+
+#include "numbers.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// The offset of a hit from the paddle's centre, divided by this, turns the ball.
+constexpr qint32 deflectionDivisor = 50;
+
+constexpr bool isSide(int side)
+{
+    return side == 0 || side == 1;
+}
+
+/// Where a side's end of the field lies: -1 left, +1 right.
+constexpr qint32 directionOf(int side)
+{
+    return side == 0 ? -1 : 1;
+}
+
+/// speed * 53 / divisor in whole numbers, for any speed that a settings file may hold.
+float wholeSpeed(qint32 speed, qint64 divisor)
+{
+    const qint64 whole = qint64(speed) * 53 / divisor;
+    return static_cast<float>(whole);
+}
+
+} // namespace
+
+void Match::setPaddleInput(int side, int step)
+{
+    if (side == 0)
+        leftStep = step;
+    else if (side == 1)
+        rightStep = step;
+}
+
+void Match::requestStart(int side)
+{
+    if (!isSide(side))
+        return;
+    if (pointPending) {
+        if (isOver()) {
+            resetMatch();
+            return;
+        }
+        pointPending = false;
+        if (leftScore == 0 && rightScore == 0)
+            servePhase = side;
+    } else if (gameShown && servePhase == side) {
+        servePhase = InPlay;
+    }
+}
+
+void Match::resetMatch()
+{
+    servePhase = ServeLeft;
+    leftScore = 0;
+    rightScore = 0;
+    pointPending = true;
+}
+
+bool Match::isOver() const
+{
+    return leftScore == winningScore || rightScore == winningScore;
+}
+
+void Match::movePaddles()
+{
+    const auto moved = [](qint32 y, qint32 step) {
+        return static_cast<qint32>(
+            std::clamp<qint64>(qint64(y) + step, -paddleTravel, paddleTravel));
+    };
+    leftPaddle.y = moved(leftPaddle.y, leftStep);
+    rightPaddle.y = moved(rightPaddle.y, rightStep);
+}
+
+std::optional<int> Match::moveBall()
+{
+    const qint32 phase = servePhase;
+    if (phase == InPlay)
+        flyBall();
+    else
+        holdBall(phase);
+    bounceOffBorders();
+    for (const int side : {0, 1}) {
+        if (ballPos.x * directionOf(side) < ballLimit)
+            continue;
+        if (!reachesBall(side))
+            return missBall(side);
+        hitBall(side);
+        break;
+    }
+    return std::nullopt;
+}
+
+void Match::holdBall(int side)
+{
+    ballPos = {directionOf(side) * ballLimit, paddle(side).y};
+    ballVx = std::copysign(wholeSpeed(ballSpeed, 10), static_cast<float>(-directionOf(side)));
+    ballVy = 0.0F;
+}
+
+void Match::flyBall()
+{
+    ballPos.x = truncated(static_cast<float>(ballPos.x) + ballVx, ballPos.x);
+    ballPos.y = truncated(static_cast<float>(ballPos.y) + ballVy, ballPos.y);
+    if (ballPos.x <= -ballLimit)
+        ballVx = std::fabs(ballVx);
+    else if (ballPos.x >= ballLimit)
+        ballVx = -std::fabs(ballVx);
+}
+
+void Match::bounceOffBorders()
+{
+    if (ballPos.y <= -ballLimit)
+        ballVy = std::fabs(ballVy);
+    else if (ballPos.y >= ballLimit)
+        ballVy = -std::fabs(ballVy);
+}
+
+bool Match::reachesBall(int side)
+{
+    const qint32 y = paddle(side).y;
+    return y - paddleHalf <= ballPos.y && ballPos.y <= y + paddleHalf;
+}
+
+void Match::hitBall(int side)
+{
+    ballPos.x = directionOf(side) * ballLimit;
+    const qint32 deflection = (ballPos.y - paddle(side).y) / deflectionDivisor;
+    const float vy = static_cast<float>(deflection) + ballVy;
+    const qint32 setting = ballSpeed;
+    const auto speed = static_cast<float>(setting);
+    // The second rescaling divides by the length with the first one's result. The ball's speed is
+    // therefore only close to the setting, and how it wanders is part of the game.
+    ballVx = ballVx * 53.0F * speed / 10.0F / hypotenuse(ballVx, vy);
+    ballVy = vy * 53.0F * speed / 10.0F / hypotenuse(ballVx, vy);
+    // A ball that flies almost straight up would never arrive.
+    if (wholeSpeed(setting, 40) > std::fabs(ballVx))
+        ballVx = std::fabs(ballVx) / ballVx * 53.0F * speed / 10.0F * 0.25F;
+}
+
+int Match::missBall(int side)
+{
+    const int scorer = 1 - side;
+    pointPending = true;
+    (scorer == 0 ? leftScore : rightScore) += 1;
+    servePhase = side;
+    return scorer;
+}

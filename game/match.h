@@ -1,0 +1,75 @@
+#pragma once
+
+#include "relaxed.h"
+
+#include <QtGlobal>
+
+#include <optional>
+
+/// A place in the field: units from -32000 to +32000, x to the right, y upward.
+struct Point
+{
+    qint32 x = 0;
+    qint32 y = 0;
+
+    bool operator==(const Point &) const = default;
+};
+
+/// Who has the ball. The serves have the numbers of their sides.
+enum ServePhase : qint32 {
+    ServeLeft = 0, ///< held on the left paddle
+    ServeRight = 1, ///< held on the right paddle
+    InPlay = 2,
+};
+
+inline constexpr qint32 fieldHalf = 32000; ///< from the centre to a border or a paddle
+inline constexpr qint32 ballLimit = 31200; ///< where the ball turns back or a point is decided
+inline constexpr qint32 paddleTravel = 27000; ///< how far a paddle's centre goes up and down
+inline constexpr qint32 paddleHalf = 5000; ///< from the centre of a paddle to its tip
+inline constexpr qint32 winningScore = 10;
+
+/// One match: all that a replay needs, and the rules that change it. Time is the number of steps
+/// taken; a step is the same whatever time has passed. Sides are 0 left, 1 right.
+///
+/// The game thread steps the match. The operations and the atomic members are for the GUI thread
+/// too; the other members are the game thread's alone.
+struct Match
+{
+    Point ballPos; ///< centre of the ball
+    Point leftPaddle = {-fieldHalf, 0}; ///< centre; x never changes
+    Point rightPaddle = {fieldHalf, 0}; ///< centre; x never changes
+    Relaxed<qint32> leftStep = 0; ///< added to the left paddle's y in every step
+    Relaxed<qint32> rightStep = 0; ///< the same for the right paddle
+    float ballVx = 53.0F; ///< units per step
+    float ballVy = 0.0F; ///< units per step
+    Relaxed<qint32> ballSpeed = 20; ///< the ball flies ballSpeed * 53 / 10 units per step
+    Relaxed<bool> gameShown = false; ///< the game is shown and played
+    Relaxed<qint32> servePhase = ServeLeft;
+    Relaxed<qint32> leftScore = 0;
+    Relaxed<qint32> rightScore = 0;
+    /// A point has ended, or the match is new: the scores are shown until a start press.
+    Relaxed<bool> pointPending = true;
+
+    /// The step that a paddle takes on every tick from now on. Other sides are ignored.
+    void setPaddleInput(int side, int step);
+    /// A player's start button: leaves the winner display, leaves the score display, or serves.
+    void requestStart(int side);
+    /// Back to a new match, at once.
+    void resetMatch();
+
+    /// Moves both paddles by their steps.
+    void movePaddles();
+    /// Moves the ball by one step. Returns the side that scored with it, if one did.
+    std::optional<int> moveBall();
+    /// Whether a player has won; the match then waits for a start press.
+    bool isOver() const;
+
+private:
+    Point &paddle(int side) { return side == 0 ? leftPaddle : rightPaddle; }
+    void holdBall(int side);
+    void flyBall();
+    void bounceOffBorders();
+    bool reachesBall(int side);
+    void hitBall(int side);
+    int missBall(int side);
+};

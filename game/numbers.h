@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <cmath>
+#include <limits>
+
+/// A number cut toward zero. What no int32 can hold becomes the nearest that it can; what is no
+/// number at all becomes `otherwise`.
+template <class Float>
+inline qint32 truncated(Float value, qint32 otherwise = 0)
+{
+    using Limits = std::numeric_limits<qint32>;
+    if (std::isnan(value))
+        return otherwise;
+    if (value >= -static_cast<Float>(Limits::min()))
+        return Limits::max();
+    if (value <= static_cast<Float>(Limits::min()))
+        return Limits::min();
+    return static_cast<qint32>(value);
+}
+
+/// The single-precision hypotenuse, rounded once: the mathematical libraries of different systems
+/// differ in its last bit, and a match has to replay to the bit on all of them. Infinite if either
+/// side is.
+inline float hypotenuse(float a, float b)
+{
+    if (std::isinf(a) || std::isinf(b))
+        return std::numeric_limits<float>::infinity();
+    const double x = a;
+    const double y = b;
+    return static_cast<float>(std::sqrt(x * x + y * y));
+}

@@ -1,0 +1,156 @@
+#include "pong.h"
+
+#include "badbey.h"
+#include "frame.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QThread>
+#include <QTimer>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto firstLoadDelay = 100ms;
+constexpr auto tickInterval = 3ms;
+constexpr auto hostCheckInterval = 1000ms;
+constexpr int ticksPerFrame = 3;
+
+} // namespace
+
+Pong::Pong(QObject *parent)
+    : QObject(parent)
+    , bey(new BadBey(this))
+{
+    QTimer::singleShot(firstLoadDelay, this, &Pong::FirstLoad);
+}
+
+Pong::~Pong()
+{
+    delete tickTimer;
+    delete statusTimer;
+    emit killThread();
+    if (workerThread) {
+        workerThread->wait();
+        QCoreApplication::sendPostedEvents(workerThread, QEvent::DeferredDelete);
+    }
+    // Whatever the last tick drew, the zone is left dark.
+    if (beyondState == BeyondReady) {
+        bey->points.clear();
+        bey->SendFrame();
+    }
+}
+
+void Pong::enableOutput(bool on)
+{
+    bey->SetLaserOutput(on);
+}
+
+int Pong::zoneCount() const
+{
+    return bey->GetZoneCount();
+}
+
+void Pong::setZone(int zone)
+{
+    bey->zone = zone;
+}
+
+void Pong::FirstLoad()
+{
+    startTimers();
+    startThread();
+    const int build = bey->ConnectBeyond();
+    if (build == BadBey::NotLoaded) {
+        disconnect(statusTimer, &QTimer::timeout, this, &Pong::checkHost);
+    } else if (build >= oldestBeyondBuild) {
+        hostFound(build);
+    } else {
+        beyondState = BeyondNotReady;
+        qDebug("Beyond not started or Incorrect Beyond Version");
+        emit beyCoStatus(BeyondNotReady);
+    }
+    statusTimer->start();
+}
+
+void Pong::startTimers()
+{
+    tickTimer = new QTimer;
+    tickTimer->setTimerType(Qt::PreciseTimer);
+    tickTimer->setInterval(tickInterval);
+    // The timer stays on the GUI thread, and so does the decision whether a tick is posted.
+    connect(tickTimer, &QTimer::timeout, this, &Pong::postTick, Qt::DirectConnection);
+    tickTimer->start();
+    statusTimer = new QTimer;
+    statusTimer->setInterval(hostCheckInterval);
+    connect(statusTimer, &QTimer::timeout, this, &Pong::checkHost);
+}
+
+void Pong::startThread()
+{
+    workerThread = new QThread;
+    workerThread->setObjectName("game");
+    connect(this, &Pong::killThread, workerThread, &QThread::quit);
+    connect(workerThread, &QThread::finished, workerThread, &QThread::deleteLater);
+    moveToThread(workerThread);
+    workerThread->start(QThread::InheritPriority);
+}
+
+void Pong::hostFound(int build)
+{
+    qDebug() << build;
+    beyondState = BeyondReady;
+    emit beyCoStatus(BeyondReady);
+}
+
+void Pong::checkHost()
+{
+    Q_ASSERT(QThread::currentThread() == thread());
+    if (beyondState == BeyondReady) {
+        if (bey->IsBeyondReady())
+            return;
+        emit beyCoStatus(BeyondNotReady);
+        beyondState = BeyondNotReady;
+        qDebug("Beyond not started or Incorrect Beyond Version");
+    } else if (const int build = bey->ConnectBeyond(); build >= oldestBeyondBuild) {
+        hostFound(build);
+    }
+}
+
+void Pong::postTick()
+{
+    // A tick that finds another one waiting is dropped: after a stall the ball goes on where it
+    // was instead of catching up.
+    if (!tickWaits.exchange(true))
+        QMetaObject::invokeMethod(this, &Pong::UpdatePongDisplay, Qt::QueuedConnection);
+}
+
+void Pong::UpdatePongDisplay()
+{
+    Q_ASSERT(QThread::currentThread() == thread());
+    tickWaits = false;
+    if (beyondState == BeyondNotReady)
+        return;
+    if (!gameShown) {
+        bey->SendFrame();
+        return;
+    }
+    movePaddles();
+    stepBall();
+    static int ticks = 0;
+    if (++ticks < ticksPerFrame)
+        return;
+    ticks = 0;
+    composeFrame(*this, *bey);
+    bey->SendFrame();
+}
+
+void Pong::stepBall()
+{
+    const auto scorer = moveBall();
+    if (!scorer)
+        return;
+    qDebug(*scorer == 0 ? "Left scores" : "Right scores");
+    qDebug("Score LR = %d-%d", int(leftScore), int(rightScore));
+}

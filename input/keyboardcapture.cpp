@@ -1,0 +1,107 @@
+#include "mainwindow.h"
+#include "settings.h"
+
+#include <QKeyEvent>
+#include <QRadioButton>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// How long the start key has to be left alone before it starts again; longer than the pause
+/// between the presses that a held key repeats.
+constexpr auto startPause = 100ms;
+
+constexpr int fullUp = 32767;
+constexpr int fullDown = -32768;
+
+/// Whether the keys that are held will be released without this window's noticing.
+bool losesKeys(const QEvent *event)
+{
+    return event->type() == QEvent::WindowDeactivate
+        || (event->type() == QEvent::FocusOut
+            && static_cast<const QFocusEvent *>(event)->reason() == Qt::PopupFocusReason);
+}
+
+} // namespace
+
+bool MainWindow::eventFilter(QObject * /*obj*/, QEvent *event)
+{
+    if (losesKeys(event))
+        releaseHeldKeys();
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
+        return false;
+    const auto *keyEvent = static_cast<const QKeyEvent *>(event);
+    const auto key = static_cast<uint>(keyEvent->key());
+    if (key == 0) // a key without a code cannot be told from "not learnt"
+        return false;
+    for (PlayerSide &player : players) {
+        if (!player.keyboardRadio->isChecked())
+            continue;
+        const bool used = event->type() == QEvent::KeyPress
+            ? pressKey(player, key)
+            : releaseKey(player, key, keyEvent->isAutoRepeat());
+        if (used)
+            return true;
+    }
+    return false;
+}
+
+bool MainWindow::pressKey(PlayerSide &player, uint key)
+{
+    if (learnKey(player, key))
+        return true;
+    if (key == player.startKey)
+        pressStart(player);
+    else if (key == player.upKey)
+        pong->setPaddleInput(player.side, player.paddleInput(fullUp));
+    else if (key == player.downKey)
+        pong->setPaddleInput(player.side, player.paddleInput(fullDown));
+    else
+        return false;
+    return true;
+}
+
+bool MainWindow::learnKey(PlayerSide &player, uint key)
+{
+    const auto learn = [&](int &learnSide, const SettingOfSides<uint> &setting) {
+        if (learnSide != player.side)
+            return false;
+        learnSide = noSide;
+        settings::write(*store, setting[size_t(player.side)], key);
+        refreshLearnButtons();
+        return true;
+    };
+    return learn(upLearnSide, settings::upKey) || learn(downLearnSide, settings::downKey)
+        || learn(startLearnSide, settings::startKey);
+}
+
+void MainWindow::pressStart(PlayerSide &player)
+{
+    if (!player.startTimer) {
+        player.startTimer = std::make_unique<QTimer>();
+        player.startTimer->setSingleShot(true);
+    }
+    // Every press starts the timer anew, so that a held key, which repeats, starts once.
+    if (!player.startTimer->isActive())
+        pong->requestStart(player.side);
+    player.startTimer->start(startPause);
+}
+
+bool MainWindow::releaseKey(const PlayerSide &player, uint key, bool autoRepeat)
+{
+    if (key != player.upKey && key != player.downKey)
+        return false;
+    // Some systems report a held key as released and pressed again and again.
+    if (!autoRepeat)
+        stopPaddle(player);
+    return true;
+}
+
+void MainWindow::releaseHeldKeys()
+{
+    for (const PlayerSide &player : players) {
+        if (player.mode() == ControlMode::Keyboard)
+            stopPaddle(player);
+    }
+}

@@ -1,0 +1,89 @@
+# Sourced by what rehearses without a person: an X server, the two programs on it, real keys.
+
+stage_processes=()
+
+# stage_end: ends every process that was started here, the youngest first.
+stage_end() {
+    local i
+    for ((i = ${#stage_processes[@]} - 1; i >= 0; --i)); do
+        kill "${stage_processes[i]}" 2>/dev/null && wait "${stage_processes[i]}" 2>/dev/null
+    done
+    stage_processes=()
+    return 0
+}
+
+# stage_fail MESSAGE: says why the rehearsal failed, with what the programs said, and ends it.
+stage_fail() {
+    echo "Failed: $1" >&2
+    local file
+    for file in "$stage"/*.log "$stage"/*.out; do
+        [ -s "$file" ] && { echo "--- $(basename "$file")"; tail -n 20 "$file"; } >&2
+    done
+    exit 1
+}
+
+# stage_start NAME COMMAND...: starts a process in the stage's folder; what it says goes to NAME.out.
+# Its number is in $stage_started afterwards.
+stage_start() {
+    local name=$1
+    shift
+    (cd "$stage" && exec "$@") >>"$stage/$name.out" 2>&1 </dev/null &
+    stage_started=$!
+    stage_processes+=("$stage_started")
+}
+
+# stage_until SECONDS COMMAND...: waits until a command succeeds; fails when it never does.
+stage_until() {
+    local tries=$(($1 * 20))
+    shift
+    while ! "$@" >/dev/null 2>&1; do
+        ((tries-- > 0)) || return 1
+        sleep 0.05
+    done
+}
+
+# stage_screen: an X server of our own, on whatever display is free.
+stage_screen() {
+    unset WAYLAND_DISPLAY
+    export QT_QPA_PLATFORM=xcb
+    : >"$stage/display"
+    Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$stage/display" \
+        >"$stage/screen.out" 2>&1 </dev/null &
+    stage_processes+=($!)
+    stage_until 20 test -s "$stage/display" || stage_fail "The X server did not start."
+    DISPLAY=:$(cat "$stage/display")
+    export DISPLAY
+}
+
+# stage_window TITLE: the number of the window with that title, once there is one.
+stage_window() {
+    stage_until 20 xdotool search --onlyvisible --name "$1" \
+        || stage_fail "No window \"$1\" appeared."
+    xdotool search --onlyvisible --name "$1" | head -n 1
+}
+
+# stage_logged TEXT [FILE]: whether the game has logged a text.
+stage_logged() {
+    grep -qF -- "$1" "$stage/rallyvane.log"
+}
+
+# stage_keys KEY...: presses and releases real keys, slowly enough for two presses to be two.
+stage_keys() {
+    local key
+    for key in "$@"; do
+        xdotool key "$key"
+        sleep 0.15
+    done
+}
+
+# stage_hold KEY SECONDS
+stage_hold() {
+    xdotool keydown "$1"
+    sleep "$2"
+    xdotool keyup "$1"
+}
+
+# stage_brightness PICTURE: its mean brightness, 0 to 65535.
+stage_brightness() {
+    convert "$1" -colorspace Gray -format '%[fx:round(mean*65535)]' info:
+}
