@@ -94,7 +94,7 @@ void narrow(double &from, double &to, double offset, double slope, double low, d
 {
     if (std::abs(slope) < 1e-6)
         return;
-    const auto [first, last] = std::minmax((low - offset) / slope, (high - offset) / slope);
+    const auto [first, last] = std::minmax({(low - offset) / slope, (high - offset) / slope});
     from = std::max(from, first);
     to = std::min(to, last);
 }
@@ -172,7 +172,7 @@ void Exposure::drawLine(const Brush &brush, const Stroke &stroke)
     const auto perWidth = static_cast<float>(1 / brush.width);
     const auto width = static_cast<float>(length / brush.width);
 
-    const auto [top, bottom] = std::minmax(from.y(), to.y());
+    const auto [top, bottom] = std::minmax({from.y(), to.y()});
     const Span rows = pixelsBetween(top - reach, bottom + reach, m_side);
     for (int y = rows.first; y <= rows.last; ++y) {
         const double down = y + 0.5 - from.y();

@@ -129,13 +129,11 @@ void tst_Preview::it_takes_frames_and_says_how_many()
     Preview preview({});
     QTRY_COMPARE(m_ready(), 1);
     const auto picture = gamePicture(0);
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 10; ++i) // fewer than the memory holds, so that none can be missed
         QCOMPARE(send(picture), 1);
-        QTest::qWait(9);
-    }
     QCOMPARE(preview.end(), 0);
     const QRegularExpression summary(
-        u"^20 frames, [0-9.]+ per second, %1 points in the last one, 0 missed\n$"_s.arg(
+        u"^10 frames, [0-9.]+ per second, %1 points in the last one, 0 missed\n$"_s.arg(
             picture.size()));
     const QString output = preview.output();
     QVERIFY2(summary.match(output).hasMatch(), qPrintable(output));
