@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -39,10 +40,13 @@ MidiServer::MidiServer()
         problem = u"There is neither an ALSA sequencer nor jackd (package jackd2)."_s;
         return;
     }
-    const QString name = u"rallyvane-%1"_s.arg(QCoreApplication::applicationPid());
-    qputenv("JACK_DEFAULT_SERVER", name.toLatin1());
+    m_name = u"rallyvane-%1"_s.arg(QCoreApplication::applicationPid());
+    qputenv("JACK_DEFAULT_SERVER", m_name.toLatin1());
     m_jackd.setProcessChannelMode(QProcess::MergedChannels);
-    m_jackd.start(jackd, {u"-r"_s, u"-n"_s, name, u"-d"_s, u"dummy"_s, u"-p"_s, u"128"_s});
+    // It waits for its clients however late they are, so that a busy machine loses no message.
+    m_jackd.start(jackd,
+        {u"-r"_s, u"-S"_s, u"-t"_s, QString::number(patience), u"-n"_s, m_name, u"-d"_s, u"dummy"_s,
+            u"-p"_s, u"256"_s});
     m_jackd.waitForStarted();
     const QDeadlineTimer deadline(patience);
     while (m_jackd.state() == QProcess::Running && !deadline.hasExpired()) {
@@ -55,9 +59,16 @@ MidiServer::MidiServer()
 
 MidiServer::~MidiServer()
 {
+    if (m_jackd.state() == QProcess::NotRunning)
+        return;
     m_jackd.terminate();
     if (!m_jackd.waitForFinished(patience))
         m_jackd.kill();
+    // The clients of this process outlive it and would leave their semaphores behind.
+    const QDir sharedMemory(u"/dev/shm"_s);
+    for (const QString &file :
+        sharedMemory.entryList({u"jack*"_s + m_name + u'*'}, QDir::System | QDir::Files))
+        QFile::remove(sharedMemory.filePath(file));
 }
 
 MidiSender::MidiSender(const MidiServer &server, const QString &name)

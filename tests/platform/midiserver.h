@@ -19,6 +19,7 @@ public:
     QString api;
 
 private:
+    QString m_name;
     QProcess m_jackd;
 };
 
