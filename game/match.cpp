@@ -87,7 +87,7 @@ std::optional<int> Match::moveBall()
         holdBall(phase);
     bounceOffBorders();
     for (const int side : {0, 1}) {
-        if (ballPos.x * directionOf(side) < ballLimit)
+        if (!isAtEnd(side))
             continue;
         if (!reachesBall(side))
             return missBall(side);
@@ -120,6 +120,11 @@ void Match::bounceOffBorders()
         ballVy = std::fabs(ballVy);
     else if (ballPos.y >= ballLimit)
         ballVy = -std::fabs(ballVy);
+}
+
+bool Match::isAtEnd(int side) const
+{
+    return side == 0 ? ballPos.x <= -ballLimit : ballPos.x >= ballLimit;
 }
 
 bool Match::reachesBall(int side)

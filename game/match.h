@@ -69,6 +69,7 @@ private:
     void holdBall(int side);
     void flyBall();
     void bounceOffBorders();
+    bool isAtEnd(int side) const;
     bool reachesBall(int side);
     void hitBall(int side);
     int missBall(int side);

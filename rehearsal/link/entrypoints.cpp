@@ -1,0 +1,96 @@
+#include "hostlink.h"
+#include "rehearsal_export.h"
+
+// The functions that the game finds in the laser host's library.
+
+#define DECLARE_ENTRY_POINT(name, parameters, arguments) \
+    extern "C" REHEARSAL_EXPORT std::int32_t name parameters;
+LDB_ENTRY_POINTS(DECLARE_ENTRY_POINT)
+
+namespace {
+
+HostLink host;
+
+} // namespace
+
+std::int32_t ldbCreate()
+{
+    return host.isReady() ? 1 : 0;
+}
+
+std::int32_t ldbDestroy()
+{
+    return 1;
+}
+
+std::int32_t ldbBeyondExeReady()
+{
+    return host.isReady() ? 1 : 0;
+}
+
+std::int32_t ldbGetBeyondVersion()
+{
+    return host.build();
+}
+
+std::int32_t ldbGetZoneCount()
+{
+    return host.zoneCount();
+}
+
+std::int32_t ldbEnableLaserOutput()
+{
+    return host.switchOutput(true) ? 1 : 0;
+}
+
+std::int32_t ldbDisableLaserOutput()
+{
+    return host.switchOutput(false) ? 1 : 0;
+}
+
+std::int32_t ldbSendFrame(std::int32_t, std::int32_t zone, std::int32_t, const char *,
+    std::int32_t pointCount, const LdbPoint *points, const void *, std::int32_t, std::int32_t)
+{
+    return host.sendFrame(zone, pointCount, points) ? 1 : 0;
+}
+
+// What the game never calls: there, because a library that lacks one of them is refused.
+#define ANSWER_NEUTRALLY(name) \
+    std::int32_t name()        \
+    {                          \
+        return 0;              \
+    }
+ANSWER_NEUTRALLY(ldbGetDllVersion)
+ANSWER_NEUTRALLY(ldbBeyondExeStarted)
+ANSWER_NEUTRALLY(ldbBlackout)
+ANSWER_NEUTRALLY(ldbGetProjectorCount)
+ANSWER_NEUTRALLY(ldbGetProjectorEvent)
+ANSWER_NEUTRALLY(ldbCreateZoneImage)
+ANSWER_NEUTRALLY(ldbCreateProjectorImage)
+ANSWER_NEUTRALLY(ldbDeleteZoneImage)
+ANSWER_NEUTRALLY(ldbDeleteProjectorImage)
+ANSWER_NEUTRALLY(ldbSendFrameToImage)
+ANSWER_NEUTRALLY(ldbGetTimeCode)
+ANSWER_NEUTRALLY(ldbSetTimeCode)
+ANSWER_NEUTRALLY(ldbSetKinect)
+ANSWER_NEUTRALLY(ldbSetDmx)
+ANSWER_NEUTRALLY(ldbSetChannels)
+ANSWER_NEUTRALLY(ldbTimelinePlay)
+ANSWER_NEUTRALLY(ldbTimelineStop)
+ANSWER_NEUTRALLY(ldbTimelineGetPlaying)
+ANSWER_NEUTRALLY(ldbTimelineSetPos)
+ANSWER_NEUTRALLY(ldbTimelineGetPos)
+ANSWER_NEUTRALLY(ldbTimelineGetDuration)
+ANSWER_NEUTRALLY(ldbTimelineSetOnline)
+ANSWER_NEUTRALLY(ldbTimelineGetOnline)
+ANSWER_NEUTRALLY(ldbGetProjectorSerial)
+
+std::int32_t ldbSetMidiIn(std::uint8_t, std::uint8_t, std::uint8_t, std::uint8_t)
+{
+    return 0;
+}
+
+std::int32_t ldbSetMidiOut(std::uint8_t, std::uint8_t, std::uint8_t, std::uint8_t)
+{
+    return 0;
+}

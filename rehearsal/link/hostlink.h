@@ -1,0 +1,39 @@
+#pragma once
+
+#include "memoryfile.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+/// The way from the game to the rehearsal host. Every function may be called from any thread;
+/// sendFrame from one at a time.
+///
+/// While the host is gone each isReady looks for its memory anew, because a host that comes back
+/// may have had to make a new file. Memory once found stays mapped until the library is given
+/// back: another thread may be reading it.
+class HostLink
+{
+public:
+    /// Whether a host is alive and ready. The only function that looks for one.
+    bool isReady();
+    /// 0 without a host.
+    std::int32_t build() const;
+    /// 0 without a host.
+    std::int32_t zoneCount() const;
+    /// False without a host. Switching off reaches the memory of a host that seems gone too: it
+    /// may only be slow.
+    bool switchOutput(bool on);
+    /// Whether the frame was taken. Points may be null when there are none of them.
+    bool sendFrame(std::int32_t zone, std::int32_t pointCount, const LdbPoint *points);
+
+private:
+    SharedMemory *livingHost() const;
+    void lookForHost();
+
+    std::atomic<SharedMemory *> m_memory = nullptr;
+    std::mutex m_looking;
+    std::vector<std::unique_ptr<MemoryFile>> m_files;
+};

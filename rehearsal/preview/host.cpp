@@ -1,0 +1,77 @@
+#include "host.h"
+
+using namespace std::chrono_literals;
+
+Host::Host(const HostInfo &info, QObject *parent)
+    : QObject(parent)
+    , m_info(info)
+{
+    m_heartbeat.setTimerType(Qt::PreciseTimer);
+    m_heartbeat.setInterval(heartbeatInterval);
+    connect(&m_heartbeat, &QTimer::timeout, this, [this] { beat(*m_file.memory(), sharedNow()); });
+    m_receiving.setTimerType(Qt::PreciseTimer);
+    m_receiving.setInterval(16ms);
+    connect(&m_receiving, &QTimer::timeout, this, &Host::receive);
+}
+
+Host::~Host()
+{
+    close();
+}
+
+bool Host::open()
+{
+    const QString path = memoryFilePath();
+    if (path.isEmpty()) {
+        m_error = tr("The name in %1 may have letters, digits, '.', '-' and '_' only.")
+                      .arg(QLatin1StringView(rehearsalVariable));
+        return false;
+    }
+    m_lock = std::make_unique<QLockFile>(path + QStringLiteral(".lock"));
+    m_lock->setStaleLockTime(0); // stale is only the lock of a process that is gone
+    if (!m_lock->tryLock()) {
+        m_error = m_lock->error() == QLockFile::LockFailedError
+            ? tr("A rehearsal host is running already.")
+            : tr("Cannot write %1.lock.").arg(path);
+        return false;
+    }
+    if (!m_file.create(path)) {
+        m_error = tr("Cannot share memory in %1: %2").arg(path, m_file.errorString());
+        return false;
+    }
+    SharedMemory &memory = *m_file.memory();
+    m_startTime = sharedNow();
+    openHost(memory, m_info, m_startTime);
+    m_readers.clear();
+    for (int zone = 0; zone < m_info.zoneCount; ++zone)
+        m_readers.emplace_back(memory.zones[std::size_t(zone)]);
+    m_heartbeat.start();
+    m_receiving.start();
+    return true;
+}
+
+void Host::close()
+{
+    if (!m_receiving.isActive())
+        return;
+    m_heartbeat.stop();
+    m_receiving.stop();
+    receive();
+    closeHost(*m_file.memory());
+}
+
+void Host::receive()
+{
+    const bool outputOn = ::isOutputOn(*m_file.memory());
+    if (outputOn != m_outputOn) {
+        m_outputOn = outputOn;
+        emit outputSwitched(outputOn);
+    }
+    int zone = 0;
+    for (FrameReader &reader : m_readers) {
+        while (reader.take(m_frame))
+            emit frameReceived(zone, m_frame);
+        ++zone;
+    }
+    emit received();
+}

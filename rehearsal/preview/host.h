@@ -1,0 +1,55 @@
+#pragma once
+
+#include "frames.h"
+#include "memoryfile.h"
+
+#include <QLockFile>
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+
+/// The host itself: holds the shared memory, gives its signs of life, and takes the frames out of
+/// it. It runs in the GUI thread on purpose: if that hangs, the host counts as gone.
+class Host : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Host(const HostInfo &info, QObject *parent = nullptr);
+    ~Host() override;
+
+    /// Becomes the one host of this rehearsal, with output disabled and no frames, and starts to
+    /// receive. False when it cannot; errorString then says why.
+    bool open();
+    QString errorString() const { return m_error; }
+    /// Gives out what has still come and takes its leave, which the game sees at once.
+    void close();
+
+    /// What it tells the game about itself.
+    const HostInfo &info() const { return m_info; }
+    bool isOutputOn() const { return m_outputOn; }
+    /// When it was opened.
+    SharedTime startTime() const { return m_startTime; }
+
+signals:
+    /// A frame of a zone, counted from 0; every one in order.
+    void frameReceived(int zone, const Frame &frame);
+    void outputSwitched(bool on);
+    /// All that had come has been given out; about 60 times a second.
+    void received();
+
+private:
+    void receive();
+
+    HostInfo m_info;
+    QString m_error;
+    std::unique_ptr<QLockFile> m_lock;
+    MemoryFile m_file;
+    std::vector<FrameReader> m_readers;
+    Frame m_frame;
+    bool m_outputOn = false;
+    SharedTime m_startTime = 0;
+    QTimer m_heartbeat;
+    QTimer m_receiving;
+};

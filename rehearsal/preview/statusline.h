@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QWidget>
+
+class Host;
+class QLabel;
+
+/// One line under the views: who the host is, how it is, and what else is to be told.
+class StatusLine : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit StatusLine(const Host &host, QWidget *parent = nullptr);
+
+    void setOutputOn(bool on);
+    /// Text at the end of the line.
+    void setFigures(const QString &figures);
+
+private:
+    QLabel *m_output;
+    QLabel *m_figures;
+};

@@ -1,0 +1,56 @@
+#include "gamepicture.h"
+
+#include <QCoreApplication>
+#include <QLibrary>
+#include <QThread>
+
+#include <cstdio>
+
+// Stands in for the game: loads the host's library that lies beside it and sends a moving picture
+// for so many seconds, at the pace of the game. framesender [seconds [zone [output 0 or 1]]]
+
+namespace {
+
+template <class Function>
+Function *entry(QLibrary &library, const char *name)
+{
+    return reinterpret_cast<Function *>(library.resolve(name));
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const auto argument = [](int index, int otherwise) {
+        return QCoreApplication::arguments().value(index, QString::number(otherwise)).toInt();
+    };
+    const int seconds = argument(1, 3);
+    const int zone = argument(2, 0);
+    const bool outputOn = argument(3, 1) != 0;
+
+    QLibrary library(QCoreApplication::applicationDirPath() + QStringLiteral("/BEYONDIOx64"));
+    const auto ready = entry<std::int32_t()>(library, "ldbBeyondExeReady");
+    const auto output =
+        entry<std::int32_t()>(library, outputOn ? "ldbEnableLaserOutput" : "ldbDisableLaserOutput");
+    const auto send =
+        entry<std::int32_t(std::int32_t, std::int32_t, std::int32_t, const char *, std::int32_t,
+            const LdbPoint *, const void *, std::int32_t, std::int32_t)>(library, "ldbSendFrame");
+    if (!ready || !output || !send) {
+        std::fprintf(stderr, "%s\n", qPrintable(library.errorString()));
+        return EXIT_FAILURE;
+    }
+    if (ready() != 1) {
+        std::fputs("The host is not ready.\n", stderr);
+        return EXIT_FAILURE;
+    }
+    output();
+    constexpr int msBetweenFrames = 9;
+    for (int elapsed = 0; elapsed < seconds * 1000; elapsed += msBetweenFrames) {
+        const auto points = gamePicture(elapsed / 1000.0);
+        send(2, zone, 0, "SingleZone", static_cast<std::int32_t>(points.size()), points.data(),
+            nullptr, 100, -1);
+        QThread::msleep(msBetweenFrames);
+    }
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "memoryfile.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+/// A rehearsal under a name of its own, so that tests and people do not meet; its files are gone
+/// at the end.
+class RehearsalName
+{
+public:
+    RehearsalName()
+    {
+        static int count = 0;
+        qputenv(rehearsalVariable,
+            "test-" + QByteArray::number(QCoreApplication::applicationPid()) + '-'
+                + QByteArray::number(++count));
+        m_path = memoryFilePath();
+    }
+    ~RehearsalName()
+    {
+        QFile::remove(m_path);
+        QFile::remove(m_path + QStringLiteral(".lock"));
+        qunsetenv(rehearsalVariable);
+    }
+    RehearsalName(const RehearsalName &) = delete;
+    RehearsalName &operator=(const RehearsalName &) = delete;
+
+    QString path() const { return m_path; }
+
+private:
+    QString m_path;
+};

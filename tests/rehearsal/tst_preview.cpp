@@ -1,0 +1,319 @@
+#include "frames.h"
+#include "gamepicture.h"
+#include "rehearsalname.h"
+
+#include <QImage>
+#include <QLibrary>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The host's program, as a user starts it.
+class Preview : public QProcess
+{
+public:
+    explicit Preview(const QStringList &arguments)
+    {
+        start(QCoreApplication::applicationDirPath() + u"/preview"_s, arguments);
+        if (!waitForStarted())
+            qFatal("%s", qPrintable(errorString()));
+    }
+    ~Preview() override
+    {
+        if (state() != NotRunning)
+            end();
+        kill();
+        waitForFinished();
+    }
+
+    /// Asks it to end, as the system does.
+    int end()
+    {
+        terminate();
+        return result();
+    }
+    /// Waits for the end and returns the exit code; -1 when there is none.
+    int result() { return waitForFinished() && exitStatus() == NormalExit ? exitCode() : -1; }
+    QString output() { return QString::fromUtf8(readAllStandardOutput()); }
+    QString errors() { return QString::fromUtf8(readAllStandardError()); }
+};
+
+int litPixels(const QString &file)
+{
+    const QImage picture(file);
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            count += picture.pixelColor(x, y).value() > 200 ? 1 : 0;
+    }
+    return count;
+}
+
+} // namespace
+
+class tst_Preview : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void it_ends_by_itself_with_a_summary();
+    void it_takes_frames_and_says_how_many();
+    void a_snapshot_shows_the_light_only_with_output_enabled_data();
+    void a_snapshot_shows_the_light_only_with_output_enabled();
+    void a_record_holds_every_frame();
+    void it_is_the_host_that_it_is_told_to_be();
+    void a_host_told_not_to_be_ready_is_not();
+    void it_starts_with_output_disabled_and_no_frames();
+    void its_end_shows_at_once();
+    void a_killed_one_grows_stale_and_is_found_again();
+    void a_second_one_says_so_and_ends();
+    void arguments_that_it_cannot_take_are_refused_with_a_clear_line_data();
+    void arguments_that_it_cannot_take_are_refused_with_a_clear_line();
+    void help_and_version_are_told();
+
+private:
+    int send(const std::vector<LdbPoint> &points);
+
+    std::unique_ptr<RehearsalName> m_name = std::make_unique<RehearsalName>();
+    std::int32_t (*m_ready)() = nullptr;
+    std::int32_t (*m_build)() = nullptr;
+    std::int32_t (*m_zones)() = nullptr;
+    std::int32_t (*m_enable)() = nullptr;
+    std::int32_t (*m_send)(std::int32_t, std::int32_t, std::int32_t, const char *, std::int32_t,
+        const LdbPoint *, const void *, std::int32_t, std::int32_t) = nullptr;
+};
+
+void tst_Preview::initTestCase()
+{
+    QLibrary library(QCoreApplication::applicationDirPath() + u"/BEYONDIOx64"_s);
+    const auto resolve = [&library](auto *&function, const char *name) {
+        function = reinterpret_cast<std::decay_t<decltype(function)>>(library.resolve(name));
+        return function != nullptr;
+    };
+    QVERIFY(resolve(m_ready, "ldbBeyondExeReady"));
+    QVERIFY(resolve(m_build, "ldbGetBeyondVersion"));
+    QVERIFY(resolve(m_zones, "ldbGetZoneCount"));
+    QVERIFY(resolve(m_enable, "ldbEnableLaserOutput"));
+    QVERIFY(resolve(m_send, "ldbSendFrame"));
+}
+
+void tst_Preview::cleanup()
+{
+    QTRY_COMPARE(m_ready(), 0);
+    m_name.reset();
+    m_name = std::make_unique<RehearsalName>();
+}
+
+int tst_Preview::send(const std::vector<LdbPoint> &points)
+{
+    return m_send(2, 0, 0, "SingleZone", static_cast<std::int32_t>(points.size()), points.data(),
+        nullptr, 100, -1);
+}
+
+void tst_Preview::it_ends_by_itself_with_a_summary()
+{
+    Preview preview({u"--seconds"_s, u"0.2"_s});
+    QCOMPARE(preview.result(), 0);
+    QCOMPARE(preview.output(), u"0 frames, 0.0 per second, 0 points in the last one, 0 missed\n"_s);
+}
+
+void tst_Preview::it_takes_frames_and_says_how_many()
+{
+    Preview preview({});
+    QTRY_COMPARE(m_ready(), 1);
+    const auto picture = gamePicture(0);
+    for (int i = 0; i < 20; ++i) {
+        QCOMPARE(send(picture), 1);
+        QTest::qWait(9);
+    }
+    QCOMPARE(preview.end(), 0);
+    const QRegularExpression summary(
+        u"^20 frames, [0-9.]+ per second, %1 points in the last one, 0 missed\n$"_s.arg(
+            picture.size()));
+    const QString output = preview.output();
+    QVERIFY2(summary.match(output).hasMatch(), qPrintable(output));
+}
+
+void tst_Preview::a_snapshot_shows_the_light_only_with_output_enabled_data()
+{
+    QTest::addColumn<bool>("outputOn");
+    QTest::addColumn<int>("zones");
+    QTest::addRow("enabled") << true << 1;
+    QTest::addRow("disabled") << false << 1;
+    QTest::addRow("enabled, three zones") << true << 3;
+}
+
+void tst_Preview::a_snapshot_shows_the_light_only_with_output_enabled()
+{
+    QFETCH(bool, outputOn);
+    QFETCH(int, zones);
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"snapshot.png"_s);
+    Preview preview({u"--snapshot"_s, file, u"--zones"_s, QString::number(zones)});
+    QTRY_COMPARE(m_ready(), 1);
+    if (outputOn)
+        QCOMPARE(m_enable(), 1);
+    QCOMPARE(send(gamePicture(0)), 1);
+    QCOMPARE(preview.end(), 0);
+    QVERIFY(!QImage(file).isNull());
+    if (outputOn)
+        QVERIFY2(litPixels(file) > 500, qPrintable(QString::number(litPixels(file))));
+    else
+        QCOMPARE(litPixels(file), 0);
+}
+
+void tst_Preview::a_record_holds_every_frame()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"record.txt"_s);
+    Preview preview({u"--record"_s, path});
+    QTRY_COMPARE(m_ready(), 1);
+    for (std::int32_t color = 1; color <= 3; ++color)
+        QCOMPARE(send({LdbPoint{-5, 6, 0, color, 0, 0, 1, 0}}), 1);
+    QCOMPARE(send({}), 1);
+    QCOMPARE(preview.end(), 0);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 8);
+    QCOMPARE(lines[0], u"output 0.000 off"_s);
+    for (int frame = 0; frame < 3; ++frame) {
+        const QStringList head = lines[1 + 2 * frame].split(u' ');
+        QCOMPARE(head.size(), 5);
+        QVERIFY(head[1].toDouble() > 0 && head[1].toDouble() < 30'000);
+        QCOMPARE(head.mid(2), (QStringList{u"0"_s, u"1"_s, u"0"_s}));
+        QCOMPARE(lines[2 + 2 * frame], u"-5 6 0 00000%1 1"_s.arg(frame + 1));
+    }
+    QVERIFY(lines[7].startsWith(u"frame "_s) && lines[7].endsWith(u" 0 0 0"_s));
+}
+
+void tst_Preview::it_is_the_host_that_it_is_told_to_be()
+{
+    Preview preview({u"--build"_s, u"1613"_s, u"--zones"_s, u"8"_s});
+    QTRY_COMPARE(m_ready(), 1);
+    QCOMPARE(m_build(), 1613);
+    QCOMPARE(m_zones(), 8);
+}
+
+void tst_Preview::a_host_told_not_to_be_ready_is_not()
+{
+    Preview preview({u"--not-ready"_s, u"--zones"_s, u"2"_s});
+    // It is there once its zones are.
+    QTRY_VERIFY((m_ready(), m_zones() == 2));
+    QCOMPARE(m_ready(), 0);
+}
+
+void tst_Preview::it_starts_with_output_disabled_and_no_frames()
+{
+    {
+        Preview first({});
+        QTRY_COMPARE(m_ready(), 1);
+        QCOMPARE(m_enable(), 1);
+        QCOMPARE(send(gamePicture(0)), 1);
+        first.kill();
+        QVERIFY(first.waitForFinished());
+    }
+    MemoryFile file;
+    QVERIFY(file.attach(m_name->path()));
+    QVERIFY(isOutputOn(*file.memory()));
+    Preview second({u"--build"_s, u"1800"_s});
+    QTRY_VERIFY((m_ready(), m_build() == 1800));
+    QVERIFY(!isOutputOn(*file.memory()));
+    QCOMPARE(second.end(), 0);
+    QVERIFY(second.output().startsWith(u"0 frames"_s));
+}
+
+void tst_Preview::its_end_shows_at_once()
+{
+    Preview preview({});
+    QTRY_COMPARE(m_ready(), 1);
+    QCOMPARE(preview.end(), 0);
+    QCOMPARE(m_ready(), 0);
+}
+
+void tst_Preview::a_killed_one_grows_stale_and_is_found_again()
+{
+    {
+        Preview preview({});
+        QTRY_COMPARE(m_ready(), 1);
+        preview.kill();
+        QVERIFY(preview.waitForFinished());
+    }
+    QTRY_COMPARE(m_ready(), 0);
+    Preview again({u"--build"_s, u"1701"_s});
+    QTRY_COMPARE(m_ready(), 1);
+    QCOMPARE(m_build(), 1701);
+    QCOMPARE(send(gamePicture(0)), 1);
+}
+
+void tst_Preview::a_second_one_says_so_and_ends()
+{
+    Preview first({});
+    QTRY_COMPARE(m_ready(), 1);
+    Preview second({u"--build"_s, u"1800"_s});
+    QCOMPARE(second.result(), 1);
+    QVERIFY(second.errors().endsWith(u"A rehearsal host is running already.\n"_s));
+    QCOMPARE(m_ready(), 1);
+    QCOMPARE(m_build(), 1700);
+}
+
+void tst_Preview::arguments_that_it_cannot_take_are_refused_with_a_clear_line_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("line");
+    const QString zones = u"--zones takes a whole number from 0 to 8, not \"%1\"."_s;
+    for (const QString &number : {u"-1"_s, u"9"_s, u"two"_s, u"1.5"_s, QString()})
+        QTest::addRow("zones %s", qPrintable(number))
+            << QStringList{u"--zones="_s + number} << zones.arg(number);
+    QTest::addRow("build") << QStringList{u"--build"_s, u"99999999999"_s}
+                           << u"--build takes a whole number from -2147483648 to 2147483647, "
+                              "not \"99999999999\"."_s;
+    for (const QString &number : {u"0"_s, u"-3"_s, u"nan"_s, u"inf"_s, u"soon"_s})
+        QTest::addRow("seconds %s", qPrintable(number))
+            << QStringList{u"--seconds="_s + number}
+            << u"--seconds takes a number above 0, at most 86400, not \"%1\"."_s.arg(number);
+    QTest::addRow("unknown") << QStringList{u"--loud"_s} << u"Unknown option 'loud'."_s;
+    QTest::addRow("positional") << QStringList{u"show"_s}
+                                << u"Unexpected argument \"show\". Try --help."_s;
+    QTest::addRow("snapshot folder")
+        << QStringList{u"--snapshot"_s, u"/no/such/folder/x.png"_s}
+        << u"--snapshot cannot write a picture to \"/no/such/folder/x.png\"."_s;
+    QTest::addRow("record folder")
+        << QStringList{u"--record"_s, u"/no/such/folder/x"_s}
+        << u"--record cannot write to \"/no/such/folder/x\": No such file or directory"_s;
+}
+
+void tst_Preview::arguments_that_it_cannot_take_are_refused_with_a_clear_line()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, line);
+    Preview preview(arguments);
+    QCOMPARE(preview.result(), 1);
+    const QString errors = preview.errors();
+    QVERIFY2(errors.contains(line + u'\n'), qPrintable(errors));
+    QCOMPARE(preview.output(), QString());
+}
+
+void tst_Preview::help_and_version_are_told()
+{
+    Preview help({u"--help"_s});
+    QCOMPARE(help.result(), 0);
+    const QString text = help.output();
+    for (const QString &option : {u"--build <number>"_s, u"--zones <number>"_s, u"--not-ready"_s,
+             u"--record <file>"_s, u"--snapshot <file.png>"_s, u"--seconds <number>"_s})
+        QVERIFY2(text.contains(option), qPrintable(option));
+    Preview version({u"--version"_s});
+    QCOMPARE(version.result(), 0);
+    QVERIFY(version.output().startsWith(u"preview "_s));
+}
+
+QTEST_GUILESS_MAIN(tst_Preview)
+
+#include "tst_preview.moc"
