@@ -47,7 +47,7 @@ stage_screen() {
     unset WAYLAND_DISPLAY
     export QT_QPA_PLATFORM=xcb
     : >"$stage/display"
-    Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$stage/display" \
+    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3>"$stage/display" \
         >"$stage/screen.out" 2>&1 </dev/null &
     stage_processes+=($!)
     stage_until 20 test -s "$stage/display" || stage_fail "The X server did not start."
