@@ -125,6 +125,7 @@ private slots:
     void old_light_fades_and_then_has_nothing_to_fade();
     void what_stands_does_not_fade();
     void a_way_that_would_take_long_is_drawn_without_glow();
+    void a_way_that_no_scanner_goes_is_drawn_in_part();
 };
 
 void tst_Light::a_line_is_drawn_between_two_lit_points()
@@ -379,6 +380,18 @@ void tst_Light::a_way_that_would_take_long_is_drawn_without_glow()
     QCOMPARE(seenAt(longWay, middle), QColor(255, 0, 0));
     QVERIFY(seenAt(shortWay, {0, 1000}).red() > 0);
     QCOMPARE(seenAt(longWay, {0, 1000}), QColor(Qt::black));
+}
+
+void tst_Light::a_way_that_no_scanner_goes_is_drawn_in_part()
+{
+    std::vector<LdbPoint> points;
+    for (int i = 0; i < ldbMaxPoints - 2; ++i)
+        points.push_back(lit(i % 2 == 0 ? -32768 : 32768, 0, 0xFF0000));
+    points.push_back(lit(0, 20000, 0xFF0000));
+    points.push_back(lit(10000, 20000, 0xFF0000));
+    const QImage picture = pictureOf(points);
+    QVERIFY(seenAt(picture, middle).red() > 0);
+    QCOMPARE(seenAt(picture, {5000, 20000}), QColor(Qt::black));
 }
 
 QTEST_GUILESS_MAIN(tst_Light)
