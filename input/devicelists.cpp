@@ -41,6 +41,7 @@ void MainWindow::fillXboxLists()
         return std::make_unique<CXBOXController>(static_cast<unsigned>(xboxControllers.size() + 1));
     };
     for (auto pad = nextPad(); pad->isConnected(); pad = nextPad()) {
+        connectPad(pad.get());
         xboxControllers.append(pad.release());
         for (const PlayerSide &player : players) {
             player.xboxList->addItem(
@@ -49,6 +50,14 @@ void MainWindow::fillXboxLists()
     }
     for (const PlayerSide &player : players)
         connect(player.xboxList, chosen, this, &MainWindow::xboxChanged);
+}
+
+void MainWindow::connectPad(const CXBOXController *pad)
+{
+    connect(pad, &CXBOXController::buttonXbox, this,
+        [this, pad](int button, bool pressed) { padPressed(pad, button, pressed); });
+    connect(pad, &CXBOXController::controllerXbox, this,
+        [this, pad](int control, int value) { padMoved(pad, control, value); });
 }
 
 void MainWindow::midiLComboChanged(int index)
