@@ -74,13 +74,21 @@ void MainWindow::midiComboChanged(PlayerSide &player, int index)
 {
     refreshLearnButtons();
     stopPaddle(player);
+    // Once more behind what the device that is left has still in the queue, and before anything
+    // of the next one.
+    const auto stopLater = [this, &player] {
+        QMetaObject::invokeMethod(
+            this, [this, &player] { stopPaddle(player); }, Qt::QueuedConnection);
+    };
     if (index <= 0) {
         player.midiIn->stop();
         player.midiIn->close();
+        stopLater();
         return;
     }
-    if (player.midiIn->open(static_cast<unsigned>(index - 1), this) == 0
-        && player.midiIn->start() == 0)
+    const bool opened = player.midiIn->open(static_cast<unsigned>(index - 1), this) == 0;
+    stopLater();
+    if (opened && player.midiIn->start() == 0)
         return;
     qDebug("Cannot open and start Midi device");
     player.midiList->setCurrentIndex(0);
