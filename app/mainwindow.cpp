@@ -131,8 +131,14 @@ MainWindow::~MainWindow()
     QElapsedTimer elapsed;
     for (elapsed.start(); elapsed.elapsed() <= farewell;)
         QCoreApplication::processEvents();
-    for (const PlayerSide &player : players)
+    for (const PlayerSide &player : players) {
         disconnect(player.midiIn, &MidiDevIn::midiReceived, this, &MainWindow::ReadMidiData);
+        // A device that went on sending would outlive the object that it sends to.
+        if (player.midiIn->getDeviceIndex() < 0)
+            continue;
+        player.midiIn->stop();
+        player.midiIn->close();
+    }
     pong.reset();
 }
 
