@@ -43,10 +43,8 @@ MidiServer::MidiServer()
     m_name = u"rallyvane-%1"_s.arg(QCoreApplication::applicationPid());
     qputenv("JACK_DEFAULT_SERVER", m_name.toLatin1());
     m_jackd.setProcessChannelMode(QProcess::MergedChannels);
-    // It waits for its clients however late they are, so that a busy machine loses no message.
-    m_jackd.start(jackd,
-        {u"-r"_s, u"-S"_s, u"-t"_s, QString::number(patience), u"-n"_s, m_name, u"-d"_s, u"dummy"_s,
-            u"-p"_s, u"256"_s});
+    // It waits for late clients, half a second if need be, so that a busy machine loses no message.
+    m_jackd.start(jackd, {u"-r"_s, u"-S"_s, u"-n"_s, m_name, u"-d"_s, u"dummy"_s});
     m_jackd.waitForStarted();
     const QDeadlineTimer deadline(patience);
     while (m_jackd.state() == QProcess::Running && !deadline.hasExpired()) {

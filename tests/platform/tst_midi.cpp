@@ -194,12 +194,13 @@ void tst_Midi::a_device_that_is_not_started_is_silent()
 {
     Listener witness(*m_server);
     witness.port().openPort(unsigned(inputNamed(faderName)));
-    QVERIFY(receives(midiInLeft, *m_fader, faderName));
     QVERIFY(
         isConnected([&](unsigned char status) { m_fader->send(QByteArray::number(status, 16)); },
             [&](unsigned char status) {
                 return witness.heard().contains(QByteArray::number(status, 16));
             }));
+    QVERIFY(receives(midiInLeft, *m_fader, faderName));
+    QTRY_COMPARE(witness.heard().count("fb"), 2);
     midiInLeft.stop();
     QCoreApplication::processEvents();
     QSignalSpy spy(&midiInLeft, &MidiDevIn::midiReceived);
