@@ -32,6 +32,9 @@ public:
     /// Saves, turns the laser dark, and gives devices and host back.
     ~MainWindow() override;
 
+    /// The game, to be looked at.
+    const Pong &game() const { return *pong; }
+
 public slots:
     bool eventFilter(QObject *obj, QEvent *event) override;
     void FirstLoad();
