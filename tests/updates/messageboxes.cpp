@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTextDocument>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -18,8 +19,7 @@ bool MessageBoxes::eventFilter(QObject *object, QEvent *event)
 {
     auto *const box = qobject_cast<QMessageBox *>(object);
     if (box && event->type() == QEvent::Show)
-        QMetaObject::invokeMethod(
-            box, [=, this] { answer(box); }, Qt::QueuedConnection);
+        QTimer::singleShot(delay, box, [=, this] { answer(box); });
     return false;
 }
 

@@ -3,8 +3,10 @@
 #include <QList>
 #include <QMessageBox>
 
+#include <chrono>
+
 /// The message boxes that are shown while this object lives, each answered by a click on one of
-/// its buttons as soon as it is up.
+/// its buttons when it is up.
 class MessageBoxes : public QObject
 {
     Q_OBJECT
@@ -28,6 +30,7 @@ public:
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
+    std::chrono::milliseconds delay = {}; ///< from a box's showing to the click
     QList<Box> shown; ///< in order
 
 private:
