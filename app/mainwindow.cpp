@@ -115,6 +115,8 @@ void MainWindow::FirstLoad()
     applyControlMode();
     on_showButton_clicked();
     on_enableButton_clicked();
+    if (CheckForUpdate())
+        close();
 }
 
 MainWindow::~MainWindow()

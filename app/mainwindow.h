@@ -65,6 +65,11 @@ private:
     void connectGame();
     void readSettings();
 
+    // app/updatechecker.cpp
+    /// Asks the maker's server for a newer version. True when its installer runs, which is to
+    /// replace this program.
+    bool CheckForUpdate();
+
     // laser/
     void RefreshZoneList(bool noZones);
 
@@ -103,6 +108,7 @@ private:
 
     std::unique_ptr<Ui::MainWindow> ui;
     std::unique_ptr<QSettings> store;
+    QString releaseNotes; ///< of the version that the update check found
     std::unique_ptr<Pong> pong;
     std::array<PlayerSide, 2> players;
     QList<CXBOXController *> xboxControllers;
