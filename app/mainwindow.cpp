@@ -107,6 +107,8 @@ void MainWindow::readSettings()
 
 void MainWindow::FirstLoad()
 {
+    if (!store) // the window goes already
+        return;
     fillMidiLists();
     fillXboxLists();
     for (const PlayerSide &player : players)
@@ -124,7 +126,9 @@ MainWindow::~MainWindow()
     for (const PlayerSide &player : players)
         settings::write(
             *store, settings::sensitivity[size_t(player.side)], player.sensitivity->value());
-    cancelLearn(); // what is learnt from here on could not be kept
+    // What is changed or learnt from here on could not be kept.
+    setEnabled(false);
+    cancelLearn();
     store.reset();
     while (!xboxControllers.isEmpty())
         delete xboxControllers.takeLast();
