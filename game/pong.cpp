@@ -3,7 +3,6 @@
 #include "badbey.h"
 #include "frame.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QThread>
 #include <QTimer>
@@ -33,7 +32,7 @@ Pong::~Pong()
     emit killThread();
     if (workerThread) {
         workerThread->wait();
-        QCoreApplication::sendPostedEvents(workerThread, QEvent::DeferredDelete);
+        delete workerThread; // its own deleteLater waits for an event loop that may be over
     }
     // Whatever the last tick drew, the zone is left dark.
     if (beyondState == BeyondReady) {
@@ -63,7 +62,7 @@ void Pong::FirstLoad()
     startThread();
     const int build = bey->ConnectBeyond();
     if (build == BadBey::NotLoaded) {
-        disconnect(statusTimer, &QTimer::timeout, this, &Pong::checkHost);
+        statusTimer->disconnect(this);
     } else if (build >= oldestBeyondBuild) {
         hostFound(build);
     } else {
@@ -79,12 +78,16 @@ void Pong::startTimers()
     tickTimer = new QTimer;
     tickTimer->setTimerType(Qt::PreciseTimer);
     tickTimer->setInterval(tickInterval);
-    // The timer stays on the GUI thread, and so does the decision whether a tick is posted.
-    connect(tickTimer, &QTimer::timeout, this, &Pong::postTick, Qt::DirectConnection);
+    // The timers stay on the GUI thread, and so does the decision whether something is posted.
+    connect(
+        tickTimer, &QTimer::timeout, this, [this] { post(&Pong::UpdatePongDisplay, tickWaits); },
+        Qt::DirectConnection);
     tickTimer->start();
     statusTimer = new QTimer;
     statusTimer->setInterval(hostCheckInterval);
-    connect(statusTimer, &QTimer::timeout, this, &Pong::checkHost);
+    connect(
+        statusTimer, &QTimer::timeout, this, [this] { post(&Pong::checkHost, checkWaits); },
+        Qt::DirectConnection);
 }
 
 void Pong::startThread()
@@ -107,6 +110,7 @@ void Pong::hostFound(int build)
 void Pong::checkHost()
 {
     Q_ASSERT(QThread::currentThread() == thread());
+    checkWaits = false;
     if (beyondState == BeyondReady) {
         if (bey->IsBeyondReady())
             return;
@@ -118,12 +122,12 @@ void Pong::checkHost()
     }
 }
 
-void Pong::postTick()
+void Pong::post(void (Pong::*step)(), Relaxed<bool> &waits)
 {
-    // A tick that finds another one waiting is dropped: after a stall the ball goes on where it
-    // was instead of catching up.
-    if (!tickWaits.exchange(true))
-        QMetaObject::invokeMethod(this, &Pong::UpdatePongDisplay, Qt::QueuedConnection);
+    // What finds its like waiting is dropped: after a stall the ball goes on where it was instead
+    // of catching up, and the host is asked once.
+    if (!waits.exchange(true))
+        QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
 }
 
 void Pong::UpdatePongDisplay()

@@ -33,10 +33,13 @@ public:
     std::atomic<qint32> ready = 1; ///< the answer of ldbBeyondExeReady
     std::atomic<qint32> build = 1700;
     std::atomic<qint32> zones = 1;
+    std::function<void()> onZoneCount; ///< runs inside ldbGetZoneCount, before it answers
     std::atomic<qint32> outputAnswer = 1; ///< the answer of the output switch
     std::function<void()> onSendFrame; ///< runs inside ldbSendFrame, to stall it for example
 
     // The record.
+    /// Without it frames are only counted, and then a frame allocates nothing.
+    std::atomic<bool> recording = true;
     /// Every call since the last take: "LoadLibrary BEYONDIOx64.dll", "ldbCreate",
     /// "ldbSendFrame 2 0 0 SingleZone 175 points null 100 -1", "FreeLibrary".
     QStringList takeCalls();
