@@ -11,13 +11,12 @@ template <class Float>
 inline qint32 truncated(Float value, qint32 otherwise = 0)
 {
     using Limits = std::numeric_limits<qint32>;
+    constexpr auto least = static_cast<Float>(Limits::min());
+    if (value > least && value < -least) // what is no number is neither
+        return static_cast<qint32>(value);
     if (std::isnan(value))
         return otherwise;
-    if (value >= -static_cast<Float>(Limits::min()))
-        return Limits::max();
-    if (value <= static_cast<Float>(Limits::min()))
-        return Limits::min();
-    return static_cast<qint32>(value);
+    return value > 0 ? Limits::max() : Limits::min();
 }
 
 /// The single-precision hypotenuse, rounded once: the mathematical libraries of different systems

@@ -6,6 +6,7 @@
 
 #include <QDebug>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -13,14 +14,71 @@ namespace {
 constexpr qint32 strokeEnd = 1;
 constexpr qint32 blankedTravel = 3;
 
-/// Adds a point where the host can take it. It is compared before it is cut to whole units, so
-/// that nothing is too large for that, or no number at all.
+/// A place in the field that is still to be cut to whole units.
 template <class Float>
-void addIfInRange(QList<FramePoint> &stroke, Float x, Float y, int color)
+struct Place
 {
-    const auto inRange = [](Float v) { return v > Float(-32769) && v < Float(32768); };
-    if (inRange(x) && inRange(y))
-        stroke.append({static_cast<qint32>(x), static_cast<qint32>(y), 0, color, 0});
+    Float x;
+    Float y;
+
+    /// Whether the host can take a point there. To be asked before it is cut, so that nothing is
+    /// too large for that, or no number at all.
+    bool isInRange() const
+    {
+        const auto inRange = [](Float v) { return v > Float(-32769) && v < Float(32768); };
+        return inRange(x) && inRange(y);
+    }
+};
+
+/// Adds points at the end of a stroke: room for all that may come is made once, because a stroke's
+/// points come many times a frame.
+class PointWriter
+{
+public:
+    PointWriter(QList<FramePoint> &stroke, qsizetype most, int color)
+        : m_stroke(stroke)
+        , m_color(color)
+    {
+        const qsizetype before = stroke.size();
+        stroke.resize(before + most);
+        m_next = stroke.data() + before;
+    }
+    ~PointWriter() { m_stroke.resize(m_next - m_stroke.constData()); }
+    PointWriter(const PointWriter &) = delete;
+    PointWriter &operator=(const PointWriter &) = delete;
+
+    /// Adds a point at a place that is in range.
+    template <class Float>
+    void add(Place<Float> at)
+    {
+        *m_next++ = {static_cast<qint32>(at.x), static_cast<qint32>(at.y), 0, m_color, 0};
+    }
+    template <class Float>
+    void addIfInRange(Place<Float> at)
+    {
+        if (at.isInRange())
+            add(at);
+    }
+
+private:
+    QList<FramePoint> &m_stroke;
+    FramePoint *m_next;
+    int m_color;
+};
+
+/// The points of a circle of radius 1, counter-clockwise from the rightmost. Kept until another
+/// number is asked for: a frame asks for the ball's alone.
+const QList<Place<double>> &unitCircle(int steps)
+{
+    static QList<Place<double>> kept;
+    if (kept.size() == steps)
+        return kept;
+    kept.clear();
+    for (int i = 0; i < steps; ++i) {
+        const double angle = i * 6.283185307 / steps;
+        kept.append({std::cos(angle), std::sin(angle)});
+    }
+    return kept;
 }
 
 void markEnds(QList<FramePoint> &stroke)
@@ -36,6 +94,35 @@ FramePoint travelTo(FramePoint point)
     point.color = 0;
     point.flags = blankedTravel;
     return point;
+}
+
+void addLinePoints(QList<FramePoint> &stroke, StrokeSize size, Point centre, int color, int steps)
+{
+    const int evenSteps = std::max(steps, 0);
+    PointWriter points(stroke, qsizetype(evenSteps) + 1, color);
+    const auto [w, h] = size;
+    const auto cx = static_cast<float>(centre.x);
+    const auto cy = static_cast<float>(centre.y);
+    const auto n = static_cast<float>(steps);
+    const auto at = [&](int i) {
+        const auto step = static_cast<float>(i);
+        return Place<float>{step * w / n - w * 0.5F + cx, step * h / n - h * 0.5F + cy};
+    };
+    // Along a line each coordinate only rises or only falls: the ends speak for all between them.
+    const bool allInRange = at(0).isInRange() && at(evenSteps - 1).isInRange();
+    for (int i = 0; i < evenSteps; ++i) {
+        if (const Place<float> place = at(i); allInRange || place.isInRange())
+            points.add(place);
+    }
+    points.addIfInRange(Place<float>{cx + w * 0.5F, cy + h * 0.5F});
+}
+
+void addCirclePoints(QList<FramePoint> &stroke, int radius, Point centre, int color, int steps)
+{
+    PointWriter points(stroke, qsizetype(std::max(steps, 0)) + 1, color);
+    for (const auto [x, y] : unitCircle(steps))
+        points.addIfInRange(Place<double>{x * radius + centre.x, y * radius + centre.y});
+    points.addIfInRange(Place<double>{double(centre.x) + radius, double(centre.y)});
 }
 
 } // namespace
@@ -62,15 +149,7 @@ void addLine(
     if (steps == 0)
         return;
 
-    const auto cx = static_cast<float>(centre.x);
-    const auto cy = static_cast<float>(centre.y);
-    const auto n = static_cast<float>(steps);
-    for (int i = 0; i < steps; ++i) {
-        const auto step = static_cast<float>(i);
-        addIfInRange(stroke, step * size.w / n - size.w * 0.5F + cx,
-            step * size.h / n - size.h * 0.5F + cy, color);
-    }
-    addIfInRange(stroke, cx + size.w * 0.5F, cy + size.h * 0.5F, color);
+    addLinePoints(stroke, size, centre, color, steps);
     markEnds(stroke);
     if (mode == LineSingle || mode == LineEnd)
         appendStroke(bey, stroke, objectIndex);
@@ -82,12 +161,7 @@ void addCircle(BadBey &bey, int radius, Point centre, int color, int objectIndex
     stroke.clear();
     if (steps == 0)
         return;
-    for (int i = 0; i < steps; ++i) {
-        const double angle = i * 6.283185307 / steps;
-        addIfInRange(stroke, std::cos(angle) * radius + centre.x,
-            std::sin(angle) * radius + centre.y, color);
-    }
-    addIfInRange(stroke, double(centre.x) + radius, double(centre.y), color);
+    addCirclePoints(stroke, radius, centre, color, steps);
     markEnds(stroke);
     appendStroke(bey, stroke, objectIndex);
 }

@@ -10,18 +10,14 @@
 
 namespace {
 
-LdbPoint toLdbPoint(const FramePoint &point)
+/// Writes a point into a cleared record, whose reserved bytes stay zero.
+void writePoint(LdbPoint &record, const FramePoint &point)
 {
-    return {
-        .x = static_cast<float>(point.x),
-        .y = static_cast<float>(point.y),
-        .z = static_cast<float>(point.z),
-        .color = point.color,
-        .reserved0 = 0,
-        .reserved1 = 0,
-        .flags = static_cast<quint8>(point.flags & 0xff),
-        .reserved2 = 0,
-    };
+    record.x = static_cast<float>(point.x);
+    record.y = static_cast<float>(point.y);
+    record.z = static_cast<float>(point.z);
+    record.color = point.color;
+    record.flags = static_cast<quint8>(point.flags & 0xff);
 }
 
 } // namespace
@@ -96,7 +92,9 @@ void BadBey::sendFirst(qsizetype count, qint32 toZone)
     if (!dllLoaded)
         return;
     std::array<LdbPoint, ldbMaxPoints> buffer = {};
-    std::transform(points.cbegin(), points.cbegin() + count, buffer.begin(), toLdbPoint);
+    auto record = buffer.begin();
+    for (auto point = points.cbegin(); point != points.cbegin() + count; ++point)
+        writePoint(*record++, *point);
     ldbSendFrame(
         2, toZone, 0, "SingleZone", static_cast<qint32>(count), buffer.data(), nullptr, 100, -1);
     litZone = count > 0 ? toZone : -1;

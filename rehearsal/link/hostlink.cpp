@@ -49,14 +49,15 @@ bool HostLink::sendFrame(std::int32_t zone, std::int32_t pointCount, const LdbPo
 {
     if (pointCount < 0 || pointCount > ldbMaxPoints || (pointCount > 0 && !points))
         return false;
-    SharedMemory *host = livingHost();
-    return host && writeFrame(*host, zone, {points, std::size_t(pointCount)}, sharedNow());
+    const SharedTime now = sharedNow();
+    SharedMemory *host = livingHost(now);
+    return host && writeFrame(*host, zone, {points, std::size_t(pointCount)}, now);
 }
 
-SharedMemory *HostLink::livingHost() const
+SharedMemory *HostLink::livingHost(SharedTime now) const
 {
     SharedMemory *memory = m_memory.load();
-    return memory && isHostAlive(*memory, sharedNow()) ? memory : nullptr;
+    return memory && isHostAlive(*memory, now) ? memory : nullptr;
 }
 
 void HostLink::lookForHost()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hoststate.h"
 #include "memoryfile.h"
 
 #include <atomic>
@@ -35,7 +36,7 @@ public:
     bool sendFrame(std::int32_t zone, std::int32_t pointCount, const LdbPoint *points);
 
 private:
-    SharedMemory *livingHost() const;
+    SharedMemory *livingHost(SharedTime now = sharedNow()) const;
     void lookForHost();
 
     std::atomic<SharedMemory *> m_memory = nullptr;

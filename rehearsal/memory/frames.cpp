@@ -1,6 +1,7 @@
 #include "frames.h"
 
 #include <bit>
+#include <cstring>
 
 namespace {
 
@@ -22,10 +23,11 @@ bool writeFrame(
     slot.number.write(0);
     slot.sentAt.write(sentAt);
     slot.pointCount.write(static_cast<std::uint32_t>(points.size()));
-    auto word = slot.words.begin();
-    for (const LdbPoint &point : points) {
-        for (const std::uint32_t value : std::bit_cast<PointWords>(point))
-            (word++)->write(value);
+    const std::span<const std::byte> bytes = std::as_bytes(points);
+    for (std::size_t i = 0; i < points.size() * wordsPerPoint; ++i) {
+        std::uint32_t word = 0;
+        std::memcpy(&word, &bytes[i * sizeof word], sizeof word);
+        slot.words[i].write(word);
     }
     slot.number.write(number);
     ring.newest.write(number);

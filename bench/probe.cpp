@@ -1,0 +1,99 @@
+#include <QAbstractButton>
+#include <QApplication>
+#include <QGenericPlugin>
+#include <QKeyEvent>
+#include <QMainWindow>
+#include <QTimer>
+
+#include <chrono>
+#include <cstdio>
+
+using namespace std::chrono_literals;
+
+// Looks at a program from the inside without a change to it: Qt loads this plugin into any program
+// whose environment says so. It tells when the main window has been painted first and, with
+// RALLYVANE_BENCH_PLAY, then begins a point as an operator and a player would.
+
+namespace {
+
+/// A line on the standard output with the time of the machine's steady clock.
+void tell(const char *what)
+{
+    using namespace std::chrono;
+    const auto now = duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count();
+    std::printf("%s %lld\n", what, static_cast<long long>(now));
+    std::fflush(stdout);
+}
+
+class Probe : public QObject
+{
+    Q_OBJECT
+
+public:
+    Probe() { QCoreApplication::instance()->installEventFilter(this); }
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        auto *window = qobject_cast<QMainWindow *>(object);
+        if (window && event->type() == QEvent::Paint) {
+            QCoreApplication::instance()->removeEventFilter(this);
+            m_window = window;
+            // Comes before anything else that waits, once the painting that begins here is done.
+            QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::HighEventPriority);
+        }
+        return false;
+    }
+
+protected:
+    void customEvent(QEvent * /*event*/) override
+    {
+        tell("painted");
+        if (!qEnvironmentVariableIsSet("RALLYVANE_BENCH_PLAY"))
+            return;
+        QObject::connect(&m_step, &QTimer::timeout, this, &Probe::play);
+        m_step.start(300ms);
+    }
+
+private:
+    // One thing at a time: output on, game shown, score display left, ball served. The left
+    // player's start key is D in the settings that come with the measurement.
+    void play()
+    {
+        auto *enable = m_window->findChild<QAbstractButton *>(QStringLiteral("enableButton"));
+        auto *show = m_window->findChild<QAbstractButton *>(QStringLiteral("showButton"));
+        if (!enable->isEnabled())
+            return; // the host is not found yet
+        if (!enable->isChecked()) {
+            enable->click();
+        } else if (!show->isChecked()) {
+            show->click();
+        } else {
+            for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease})
+                QCoreApplication::postEvent(show, new QKeyEvent(type, Qt::Key_D, {}));
+            if (++m_presses == 2) {
+                m_step.stop();
+                tell("playing");
+            }
+        }
+    }
+
+    QMainWindow *m_window = nullptr;
+    QTimer m_step;
+    int m_presses = 0;
+};
+
+} // namespace
+
+class ProbePlugin : public QGenericPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "probe.json")
+
+public:
+    QObject *create(const QString & /*name*/, const QString & /*specification*/) override
+    {
+        return new Probe;
+    }
+};
+
+#include "probe.moc"
