@@ -24,6 +24,8 @@ public:
             m_file.open(QIODevice::Append);
         if (m_file.isOpen() && m_file.size() > 0 && m_file.size() + line.size() > m_maxSize)
             turnOver();
+        if (!m_file.isOpen()) // Qt would warn of it, line by line
+            return;
         m_file.write(line);
         m_file.flush();
     }

@@ -115,6 +115,8 @@ void MainWindow::FirstLoad()
     applyControlMode();
     on_showButton_clicked();
     on_enableButton_clicked();
+    if (CheckForUpdate())
+        close();
 }
 
 MainWindow::~MainWindow()
@@ -131,8 +133,14 @@ MainWindow::~MainWindow()
     QElapsedTimer elapsed;
     for (elapsed.start(); elapsed.elapsed() <= farewell;)
         QCoreApplication::processEvents();
-    for (const PlayerSide &player : players)
+    for (const PlayerSide &player : players) {
         disconnect(player.midiIn, &MidiDevIn::midiReceived, this, &MainWindow::ReadMidiData);
+        // A device that went on sending would outlive the object that it sends to.
+        if (player.midiIn->getDeviceIndex() < 0)
+            continue;
+        player.midiIn->stop();
+        player.midiIn->close();
+    }
     pong.reset();
 }
 

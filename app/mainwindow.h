@@ -32,6 +32,9 @@ public:
     /// Saves, turns the laser dark, and gives devices and host back.
     ~MainWindow() override;
 
+    /// The game, to be looked at.
+    const Pong &game() const { return *pong; }
+
 public slots:
     bool eventFilter(QObject *obj, QEvent *event) override;
     void FirstLoad();
@@ -62,12 +65,18 @@ private:
     void connectGame();
     void readSettings();
 
+    // app/updatechecker.cpp
+    /// Asks the maker's server for a newer version. True when its installer runs, which is to
+    /// replace this program.
+    bool CheckForUpdate();
+
     // laser/
     void RefreshZoneList(bool noZones);
 
     // input/devicelists.cpp
     void fillMidiLists();
     void fillXboxLists();
+    void connectPad(const CXBOXController *pad);
     void midiComboChanged(PlayerSide &player, int index);
     /// The poller of the gamepad that a side plays with, or null.
     CXBOXController *padOf(const PlayerSide &player) const;
@@ -75,8 +84,8 @@ private:
     // input/controlmapping.cpp
     void applyControlMode();
     void applyControlMode(PlayerSide &player);
-    void padMoved(const PlayerSide &player, const CXBOXController *pad, int control, int value);
-    void padPressed(const PlayerSide &player, const CXBOXController *pad, int button, bool pressed);
+    void padMoved(const CXBOXController *pad, int control, int value);
+    void padPressed(const CXBOXController *pad, int button, bool pressed);
     /// Whether a control is being learnt from a pad for `learnSide`; its players then rest.
     bool learnsFrom(const CXBOXController *pad, int learnSide) const;
     void stopPaddle(const PlayerSide &player);
@@ -99,6 +108,7 @@ private:
 
     std::unique_ptr<Ui::MainWindow> ui;
     std::unique_ptr<QSettings> store;
+    QString releaseNotes; ///< of the version that the update check found
     std::unique_ptr<Pong> pong;
     std::array<PlayerSide, 2> players;
     QList<CXBOXController *> xboxControllers;

@@ -16,6 +16,14 @@ if(RALLYVANE_SANITIZE)
     add_link_options(-fsanitize=${RALLYVANE_SANITIZE})
 endif()
 
+option(RALLYVANE_FUZZERS "Build the fuzzers, and all code so that they see where it goes" OFF)
+if(RALLYVANE_FUZZERS)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "RALLYVANE_FUZZERS needs clang, whose libFuzzer they are built with.")
+    endif()
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # rallyvane_library(NAME SOURCES... [LIBRARIES ...]): a static library whose own folder is the
 # only include path that it gives to those who link it.
 function(rallyvane_library name)

@@ -3,7 +3,6 @@
 #include "badbey.h"
 #include "frame.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QThread>
 #include <QTimer>
@@ -33,7 +32,7 @@ Pong::~Pong()
     emit killThread();
     if (workerThread) {
         workerThread->wait();
-        QCoreApplication::sendPostedEvents(workerThread, QEvent::DeferredDelete);
+        delete workerThread; // its own deleteLater waits for an event loop that may be over
     }
     // Whatever the last tick drew, the zone is left dark.
     if (beyondState == BeyondReady) {

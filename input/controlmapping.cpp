@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QPushButton>
+#include <QThread>
 
 namespace {
 
@@ -44,6 +45,7 @@ void MainWindow::applyControlMode(PlayerSide &player)
 void MainWindow::ReadMidiData(
     int play, unsigned char data1, unsigned char data2, unsigned char data3)
 {
+    Q_ASSERT(QThread::currentThread() == thread());
     if (play != 0 && play != 1)
         return;
     const PlayerSide &player = players[size_t(play)];
@@ -70,50 +72,43 @@ void MainWindow::xboxChanged(int /*index*/)
         player.xMove = settings::read(*store, settings::xMove[size_t(player.side)]);
     }
     refreshLearnButtons();
-    for (CXBOXController *pad : std::as_const(xboxControllers)) {
+    for (CXBOXController *pad : std::as_const(xboxControllers))
         pad->stopPolling();
-        pad->disconnect(this);
-    }
-    // Both players may play on the same pad; each then has handlers of its own.
     for (PlayerSide &player : players) {
         CXBOXController *pad = padOf(player);
         if (std::exchange(player.appliedPad, pad) != pad)
             stopPaddle(player);
-        if (!pad)
-            continue;
-        connect(pad, &CXBOXController::buttonXbox, this,
-            [this, &player, pad](
-                int button, bool pressed) { padPressed(player, pad, button, pressed); });
-        connect(pad, &CXBOXController::controllerXbox, this,
-            [this, &player, pad](
-                int control, int value) { padMoved(player, pad, control, value); });
-        pad->startPolling();
+        if (pad)
+            pad->startPolling();
     }
 }
 
-void MainWindow::padPressed(
-    const PlayerSide &player, const CXBOXController *pad, int button, bool pressed)
+// Both players may play on the same pad. What was queued before a player left it finds nobody.
+
+void MainWindow::padPressed(const CXBOXController *pad, int button, bool pressed)
 {
-    if (padOf(player) != pad) // queued before the player left that pad
-        return;
+    Q_ASSERT(QThread::currentThread() == thread());
     if (learnsFrom(pad, startLearnSide)) {
-        if (startLearnSide == player.side)
-            xboxSetStartSource(button, player.side == 0);
-    } else if (pressed && button == player.xStart) {
-        pong->requestStart(player.side);
+        xboxSetStartSource(button, startLearnSide == 0);
+        return;
+    }
+    for (const PlayerSide &player : players) {
+        if (pressed && padOf(player) == pad && button == player.xStart)
+            pong->requestStart(player.side);
     }
 }
 
-void MainWindow::padMoved(
-    const PlayerSide &player, const CXBOXController *pad, int control, int value)
+void MainWindow::padMoved(const CXBOXController *pad, int control, int value)
 {
-    if (padOf(player) != pad)
-        return;
+    Q_ASSERT(QThread::currentThread() == thread());
     if (learnsFrom(pad, moveLearnSide)) {
-        if (moveLearnSide == player.side && std::abs(value) >= learnDeflection)
-            xboxSetControllerSource(control, player.side == 0);
-    } else if (control == player.xMove) {
-        pong->setPaddleInput(player.side, player.paddleInput(value));
+        if (std::abs(value) >= learnDeflection)
+            xboxSetControllerSource(control, moveLearnSide == 0);
+        return;
+    }
+    for (const PlayerSide &player : players) {
+        if (padOf(player) == pad && control == player.xMove)
+            pong->setPaddleInput(player.side, player.paddleInput(value));
     }
 }
 

@@ -41,6 +41,7 @@ void MainWindow::fillXboxLists()
         return std::make_unique<CXBOXController>(static_cast<unsigned>(xboxControllers.size() + 1));
     };
     for (auto pad = nextPad(); pad->isConnected(); pad = nextPad()) {
+        connectPad(pad.get());
         xboxControllers.append(pad.release());
         for (const PlayerSide &player : players) {
             player.xboxList->addItem(
@@ -49,6 +50,14 @@ void MainWindow::fillXboxLists()
     }
     for (const PlayerSide &player : players)
         connect(player.xboxList, chosen, this, &MainWindow::xboxChanged);
+}
+
+void MainWindow::connectPad(const CXBOXController *pad)
+{
+    connect(pad, &CXBOXController::buttonXbox, this,
+        [this, pad](int button, bool pressed) { padPressed(pad, button, pressed); });
+    connect(pad, &CXBOXController::controllerXbox, this,
+        [this, pad](int control, int value) { padMoved(pad, control, value); });
 }
 
 void MainWindow::midiLComboChanged(int index)
@@ -65,13 +74,21 @@ void MainWindow::midiComboChanged(PlayerSide &player, int index)
 {
     refreshLearnButtons();
     stopPaddle(player);
+    // Once more behind what the device that is left has still in the queue, and before anything
+    // of the next one.
+    const auto stopLater = [this, &player] {
+        QMetaObject::invokeMethod(
+            this, [this, &player] { stopPaddle(player); }, Qt::QueuedConnection);
+    };
     if (index <= 0) {
         player.midiIn->stop();
         player.midiIn->close();
+        stopLater();
         return;
     }
-    if (player.midiIn->open(static_cast<unsigned>(index - 1), this) == 0
-        && player.midiIn->start() == 0)
+    const bool opened = player.midiIn->open(static_cast<unsigned>(index - 1), this) == 0;
+    stopLater();
+    if (opened && player.midiIn->start() == 0)
         return;
     qDebug("Cannot open and start Midi device");
     player.midiList->setCurrentIndex(0);

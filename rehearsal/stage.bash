@@ -47,7 +47,7 @@ stage_screen() {
     unset WAYLAND_DISPLAY
     export QT_QPA_PLATFORM=xcb
     : >"$stage/display"
-    Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$stage/display" \
+    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3>"$stage/display" \
         >"$stage/screen.out" 2>&1 </dev/null &
     stage_processes+=($!)
     stage_until 20 test -s "$stage/display" || stage_fail "The X server did not start."
@@ -62,9 +62,24 @@ stage_window() {
     xdotool search --onlyvisible --name "$1" | head -n 1
 }
 
-# stage_logged TEXT [FILE]: whether the game has logged a text.
+# stage_logged TEXT: whether the game has logged a text.
 stage_logged() {
     grep -qF -- "$1" "$stage/rallyvane.log"
+}
+
+# stage_scores: the score that the game logged last.
+stage_scores() {
+    grep -o "Score LR = .*" "$stage/rallyvane.log" | tail -n 1
+}
+
+# stage_pace RECORD COUNT: how fast the frames of COUNT points followed each other in a record.
+stage_pace() {
+    awk -v count="$2" '
+        $1 != "frame" { next }
+        $4 == count && last { frames++; time += $2 - last }
+        { last = ($4 == count) ? $2 : 0 }
+        END { if (time) printf "%d points a frame, %.1f frames per second\n", count, 1000 * frames / time }
+    ' "$1"
 }
 
 # stage_keys KEY...: presses and releases real keys, slowly enough for two presses to be two.

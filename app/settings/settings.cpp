@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QVariant>
 
-#include <type_traits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -12,10 +12,16 @@ namespace {
 
 constexpr QLatin1StringView fileName(".pong");
 
-void noteNumber(const QVariant &value, QLatin1StringView key, bool isNumber)
+template <class Number>
+Number readNumber(const QSettings &store, const Setting<Number> &setting)
 {
-    if (!isNumber)
-        qDebug() << "Setting" << key << "is no number:" << value.toString();
+    const QVariant value = store.value(setting.key, setting.fallback);
+    bool isNumber = false;
+    const qlonglong number = value.toLongLong(&isNumber);
+    if (isNumber && std::in_range<Number>(number))
+        return static_cast<Number>(number);
+    qDebug() << "Setting" << setting.key << "is no number:" << value.toString();
+    return 0;
 }
 
 } // namespace
@@ -25,6 +31,7 @@ namespace settings {
 std::unique_ptr<QSettings> open()
 {
     auto store = std::make_unique<QSettings>(QString(fileName), QSettings::IniFormat);
+    store->allKeys(); // only this reads the lines, and notices damage in them
     if (store->status() == QSettings::FormatError) {
         const QString copy = QString(fileName) + ".damaged"_L1;
         QFile::remove(copy);
@@ -36,20 +43,12 @@ std::unique_ptr<QSettings> open()
 
 int read(const QSettings &store, const Setting<int> &setting)
 {
-    const QVariant value = store.value(setting.key, setting.fallback);
-    bool isNumber = false;
-    const int number = value.toInt(&isNumber);
-    noteNumber(value, setting.key, isNumber);
-    return number;
+    return readNumber(store, setting);
 }
 
 uint read(const QSettings &store, const Setting<uint> &setting)
 {
-    const QVariant value = store.value(setting.key, setting.fallback);
-    bool isNumber = false;
-    const uint number = value.toUInt(&isNumber);
-    noteNumber(value, setting.key, isNumber);
-    return number;
+    return readNumber(store, setting);
 }
 
 QString read(const QSettings &store, const Setting<QLatin1StringView> &setting)

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <memory>
+#include <type_traits>
 
 // Everything that is kept from run to run, in an INI file in the working directory. GUI thread.
 
@@ -50,7 +51,8 @@ OF_SIDES(uint, startKey, "KeyboardStartL", "KeyboardStartR", 0)
 /// next write drops the lines of it that could not be read.
 std::unique_ptr<QSettings> open();
 
-/// What the store holds, or the fallback. What is no number reads as 0 and is told in the log.
+/// What the store holds, or the fallback. What is no number, or one too large, reads as 0 and is
+/// told in the log.
 int read(const QSettings &store, const Setting<int> &setting);
 uint read(const QSettings &store, const Setting<uint> &setting);
 QString read(const QSettings &store, const Setting<QLatin1StringView> &setting);

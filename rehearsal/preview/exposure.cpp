@@ -18,9 +18,11 @@ constexpr double glowLevel = 0.22;
 constexpr double dotWidth = 1.8;
 constexpr double dotLevel = 0.45;
 constexpr int brightestDwell = 4;
-/// A frame whose way is longer than so many sides is drawn without glow, so that no frame, not
-/// even one of nonsense, holds the host up for long. The game's frames are below ten.
+/// A frame whose way is longer than so many sides is drawn without glow, and no further than so
+/// many: no frame, not even one of nonsense, may hold the host up until it seems gone. The game's
+/// frames are below ten.
 constexpr double longestGlowingWay = 60.0;
+constexpr double longestWay = 600.0;
 
 /// A bell curve and its integral, looked up in steps of 1/256 of its width up to where it ends.
 class Bell
@@ -94,19 +96,16 @@ void narrow(double &from, double &to, double offset, double slope, double low, d
 {
     if (std::abs(slope) < 1e-6)
         return;
-    const auto [first, last] = std::minmax((low - offset) / slope, (high - offset) / slope);
+    const auto [first, last] = std::minmax({(low - offset) / slope, (high - offset) / slope});
     from = std::max(from, first);
     to = std::min(to, last);
 }
 
-double wayOf(const std::vector<Stroke> &strokes)
+/// In sides of the field.
+double lengthOf(const Stroke &stroke)
 {
-    double way = 0;
-    for (const Stroke &stroke : strokes) {
-        const QPointF step = stroke.to - stroke.from;
-        way += std::hypot(step.x(), step.y()) / (2 * fieldLimit);
-    }
-    return way;
+    const QPointF step = stroke.to - stroke.from;
+    return std::hypot(step.x(), step.y()) / (2 * fieldLimit);
 }
 
 } // namespace
@@ -135,8 +134,15 @@ void Exposure::expose(std::span<const LdbPoint> points)
     strokesOf(points, m_strokes);
     const Brush beam = {std::max(m_side * beamWidth, finestBeam), 1};
     const Brush glow = {m_side * glowWidth, glowLevel};
-    const bool glows = wayOf(m_strokes) <= longestGlowingWay;
+    double way = 0;
+    for (const Stroke &stroke : m_strokes)
+        way += lengthOf(stroke);
+    const bool glows = way <= longestGlowingWay;
+    way = 0;
     for (const Stroke &stroke : m_strokes) {
+        way += lengthOf(stroke);
+        if (way > longestWay)
+            break;
         const auto draw = stroke.isDot() ? &Exposure::drawDot : &Exposure::drawLine;
         (this->*draw)(beam, stroke);
         if (glows)
@@ -172,7 +178,7 @@ void Exposure::drawLine(const Brush &brush, const Stroke &stroke)
     const auto perWidth = static_cast<float>(1 / brush.width);
     const auto width = static_cast<float>(length / brush.width);
 
-    const auto [top, bottom] = std::minmax(from.y(), to.y());
+    const auto [top, bottom] = std::minmax({from.y(), to.y()});
     const Span rows = pixelsBetween(top - reach, bottom + reach, m_side);
     for (int y = rows.first; y <= rows.last; ++y) {
         const double down = y + 0.5 - from.y();

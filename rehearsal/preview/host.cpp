@@ -39,6 +39,11 @@ bool Host::open()
         m_error = tr("Cannot share memory in %1: %2").arg(path, m_file.errorString());
         return false;
     }
+    return true;
+}
+
+void Host::start()
+{
     SharedMemory &memory = *m_file.memory();
     m_startTime = sharedNow();
     openHost(memory, m_info, m_startTime);
@@ -47,7 +52,6 @@ bool Host::open()
         m_readers.emplace_back(memory.zones[std::size_t(zone)]);
     m_heartbeat.start();
     m_receiving.start();
-    return true;
 }
 
 void Host::close()

@@ -19,17 +19,20 @@ public:
     explicit Host(const HostInfo &info, QObject *parent = nullptr);
     ~Host() override;
 
-    /// Becomes the one host of this rehearsal, with output disabled and no frames, and starts to
-    /// receive. False when it cannot; errorString then says why.
+    /// Becomes the one host of this rehearsal, which the game does not see yet. False when it
+    /// cannot; errorString then says why.
     bool open();
     QString errorString() const { return m_error; }
+    /// Shows itself to the game, with output disabled and no frames, and begins to receive. Called
+    /// once, after open, when all that could keep it from giving signs of life is done.
+    void start();
     /// Gives out what has still come and takes its leave, which the game sees at once.
     void close();
 
     /// What it tells the game about itself.
     const HostInfo &info() const { return m_info; }
     bool isOutputOn() const { return m_outputOn; }
-    /// When it was opened.
+    /// When it showed itself to the game; 0 before.
     SharedTime startTime() const { return m_startTime; }
 
 signals:

@@ -59,9 +59,10 @@ int main(int argc, char *argv[])
     Host host(options.host);
     if (!host.open())
         return fail(host.errorString());
-    recordInto(record, host);
     PreviewWindow window(host);
     window.show();
+    host.start();
+    recordInto(record, host);
     QObject::connect(&host, &Host::received, qApp, [] {
         if (askedToEnd)
             QApplication::quit();

@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cstring>
 
 ZoneView::ZoneView(const QString &name, QWidget *parent)
     : QWidget(parent)
@@ -17,8 +18,13 @@ ZoneView::ZoneView(const QString &name, QWidget *parent)
 
 void ZoneView::setFrame(const std::vector<LdbPoint> &points)
 {
+    const bool same = points.size() == m_points.size()
+        && (points.empty()
+            || std::memcmp(points.data(), m_points.data(), points.size() * sizeof(LdbPoint)) == 0);
+    if (same)
+        return;
     m_points = points;
-    m_changed = true;
+    m_changed = m_changed || m_outputOn;
 }
 
 void ZoneView::setOutputOn(bool on)

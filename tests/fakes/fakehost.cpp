@@ -39,18 +39,21 @@ std::int32_t answer(const char *name, std::int32_t frameType, std::int32_t zone,
     std::int32_t reserved, const char *imageName, std::int32_t pointCount, const LdbPoint *points,
     const void *extra, std::int32_t rate, std::int32_t option)
 {
-    host->record(QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8 %9 %10")
-                     .arg(QLatin1StringView(name))
-                     .arg(frameType)
-                     .arg(zone)
-                     .arg(reserved)
-                     .arg(QLatin1StringView(imageName))
-                     .arg(pointCount)
-                     .arg(points ? QStringLiteral("points") : QStringLiteral("null"))
-                     .arg(extra ? QStringLiteral("extra") : QStringLiteral("null"))
-                     .arg(rate)
-                     .arg(option));
-    host->recordFrame({zone, QList<LdbPoint>(points, points + pointCount)});
+    if (host->recording) {
+        host->record(QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8 %9 %10")
+                         .arg(QLatin1StringView(name))
+                         .arg(frameType)
+                         .arg(zone)
+                         .arg(reserved)
+                         .arg(QLatin1StringView(imageName))
+                         .arg(pointCount)
+                         .arg(points ? QStringLiteral("points") : QStringLiteral("null"))
+                         .arg(extra ? QStringLiteral("extra") : QStringLiteral("null"))
+                         .arg(rate)
+                         .arg(option));
+        host->recordFrame({zone, QList<LdbPoint>(points, points + pointCount)});
+    }
+    ++host->framesSent;
     if (host->onSendFrame)
         host->onSendFrame();
     return 0;
@@ -106,7 +109,6 @@ void FakeHost::recordFrame(const Frame &frame)
 {
     const std::lock_guard lock(m_mutex);
     m_frames.append(frame);
-    ++framesSent;
 }
 
 void FakeHost::recordResolved(const char *name)

@@ -37,6 +37,8 @@ public:
     std::function<void()> onSendFrame; ///< runs inside ldbSendFrame, to stall it for example
 
     // The record.
+    /// Without it frames are only counted, and then a frame allocates nothing.
+    std::atomic<bool> recording = true;
     /// Every call since the last take: "LoadLibrary BEYONDIOx64.dll", "ldbCreate",
     /// "ldbSendFrame 2 0 0 SingleZone 175 points null 100 -1", "FreeLibrary".
     QStringList takeCalls();

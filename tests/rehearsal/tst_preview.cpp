@@ -39,8 +39,11 @@ public:
     }
     /// Waits for the end and returns the exit code; -1 when there is none.
     int result() { return waitForFinished() && exitStatus() == NormalExit ? exitCode() : -1; }
-    QString output() { return QString::fromUtf8(readAllStandardOutput()); }
-    QString errors() { return QString::fromUtf8(readAllStandardError()); }
+    QString output() { return lines(readAllStandardOutput()); }
+    QString errors() { return lines(readAllStandardError()); }
+
+private:
+    static QString lines(const QByteArray &bytes) { return QString::fromUtf8(bytes).remove(u'\r'); }
 };
 
 int litPixels(const QString &file)
@@ -129,13 +132,11 @@ void tst_Preview::it_takes_frames_and_says_how_many()
     Preview preview({});
     QTRY_COMPARE(m_ready(), 1);
     const auto picture = gamePicture(0);
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 10; ++i) // fewer than the memory holds, so that none can be missed
         QCOMPARE(send(picture), 1);
-        QTest::qWait(9);
-    }
     QCOMPARE(preview.end(), 0);
     const QRegularExpression summary(
-        u"^20 frames, [0-9.]+ per second, %1 points in the last one, 0 missed\n$"_s.arg(
+        u"^10 frames, [0-9.]+ per second, %1 points in the last one, 0 missed\n$"_s.arg(
             picture.size()));
     const QString output = preview.output();
     QVERIFY2(summary.match(output).hasMatch(), qPrintable(output));
@@ -285,9 +286,8 @@ void tst_Preview::arguments_that_it_cannot_take_are_refused_with_a_clear_line_da
     QTest::addRow("snapshot folder")
         << QStringList{u"--snapshot"_s, u"/no/such/folder/x.png"_s}
         << u"--snapshot cannot write a picture to \"/no/such/folder/x.png\"."_s;
-    QTest::addRow("record folder")
-        << QStringList{u"--record"_s, u"/no/such/folder/x"_s}
-        << u"--record cannot write to \"/no/such/folder/x\": No such file or directory"_s;
+    QTest::addRow("record folder") << QStringList{u"--record"_s, u"/no/such/folder/x"_s}
+                                   << u"--record cannot write to \"/no/such/folder/x\": "_s;
 }
 
 void tst_Preview::arguments_that_it_cannot_take_are_refused_with_a_clear_line()
@@ -297,7 +297,7 @@ void tst_Preview::arguments_that_it_cannot_take_are_refused_with_a_clear_line()
     Preview preview(arguments);
     QCOMPARE(preview.result(), 1);
     const QString errors = preview.errors();
-    QVERIFY2(errors.contains(line + u'\n'), qPrintable(errors));
+    QVERIFY2(errors.contains(line), qPrintable(errors));
     QCOMPARE(preview.output(), QString());
 }
 

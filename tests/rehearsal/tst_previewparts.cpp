@@ -217,10 +217,18 @@ void tst_PreviewParts::a_picture_that_stands_is_not_painted_again()
         QCoreApplication::processEvents();
         return counter.paints > 0 && counter.paints == before;
     })());
-    const int before = counter.paints;
-    view.setFrame({});
-    view.refresh();
-    QTRY_VERIFY(counter.paints > before);
+    const auto paintsAgain = [&](const std::vector<LdbPoint> &frame) {
+        const int before = counter.paints;
+        view.setFrame(frame);
+        view.refresh();
+        QCoreApplication::processEvents();
+        return counter.paints > before;
+    };
+    QVERIFY(!paintsAgain(whiteLine));
+    QVERIFY(paintsAgain({}));
+    view.setOutputOn(false);
+    QTRY_VERIFY(!paintsAgain({}));
+    QVERIFY(!paintsAgain(whiteLine));
 }
 
 QTEST_MAIN(tst_PreviewParts)

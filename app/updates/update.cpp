@@ -1,0 +1,140 @@
+#include "update.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QMessageBox>
+#include <QProcess>
+#include <QSaveFile>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The texts are the main window's, whose check this is.
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(MainWindow)
+};
+
+/// Whether `url` lies in the domain that is reserved for examples, as it does in a build that
+/// nobody gave a server.
+bool isExample(const QUrl &url)
+{
+    return url.host().endsWith(".example"_L1);
+}
+
+Download fetch(const UpdateServer &server, const QString &file, const DownloadLimits &limits)
+{
+    const QUrl url("https://"_L1 + server.host + QLatin1StringView(updateFolder) + file);
+    const Download answer = isExample(url)
+        ? Download{.failure = u"this build has no update server"_s}
+        : download(url, limits);
+    if (answer.result == Download::Failed)
+        qDebug("Cannot download %s: %s", qUtf8Printable(url.toDisplayString()),
+            qUtf8Printable(answer.failure));
+    else if (answer.result == Download::Abandoned)
+        qDebug("Update check abandoned: the program ends");
+    return answer;
+}
+
+/// Whether `file` offers a version newer than `ownVersion`; the log tells why not.
+bool offersUpdate(const VersionFile &file, int ownVersion)
+{
+    if (file.state == VersionFile::NoVersionFile) {
+        qDebug("Cannot connect to Website");
+        return false;
+    }
+    if (file.state == VersionFile::Unreadable) {
+        qDebug("Cannot parse Version file");
+        return false;
+    }
+    const int offered = versionInHundredths(file.version);
+    if (offered == ownVersion)
+        qDebug("Software up to date");
+    else if (offered < ownVersion)
+        qDebug("Living in the future?");
+    return offered > ownVersion;
+}
+
+bool userWantsUpdate(const QString &version, const QString &releaseNotes)
+{
+    // The version is a number and the text's first line ends after it, so that nothing in the
+    // notes is taken for markup.
+    const QString text = Texts::tr("Version ") + version
+        + Texts::tr(" is available.\n\nDo you want to update and restart now?\n\n"
+                    "Content of this new version:\n")
+        + releaseNotes;
+    return QMessageBox::question(nullptr, Texts::tr("New version available"), text,
+               QMessageBox::Yes | QMessageBox::No)
+        == QMessageBox::Yes;
+}
+
+/// Writes `installer` to `path`, whole or not at all.
+bool saveInstaller(const QString &path, const QByteArray &installer)
+{
+    QSaveFile file(path);
+    bool saved = file.open(QIODevice::WriteOnly) && file.write(installer) == installer.size();
+    if (saved) {
+        // Some systems start only what is marked as a program.
+        file.setPermissions(file.permissions() | QFileDevice::ExeOwner);
+        saved = file.commit();
+    }
+    if (!saved) {
+        qDebug("Cannot save %s: %s", qUtf8Printable(path), qUtf8Printable(file.errorString()));
+        qDebug("Cannot write file");
+        return false;
+    }
+    qDebug("Installer saved: %s", qUtf8Printable(path));
+    return true;
+}
+
+bool startInstaller(const QString &path)
+{
+    if (QProcess::startDetached(path, {})) {
+        qDebug("Installer started");
+        return true;
+    }
+    qDebug("Cannot start the installer");
+    QMessageBox::critical(nullptr, Texts::tr("Setup program cannot be executed"),
+        Texts::tr("Setup program cannot be executed at following path: ") + path);
+    return false;
+}
+
+/// Downloads the installer of `version`, keeps it and starts it. Returns whether it runs.
+bool install(const UpdateServer &server, const QString &version)
+{
+    const QString name = installerName(version);
+    const Download installer = fetch(server, name, server.installer);
+    if (installer.result != Download::Complete)
+        return false;
+    if (installer.body.isEmpty()) {
+        qDebug("The installer is empty");
+        return false;
+    }
+    const QDir folder(QDir::currentPath() + "/sw_fw"_L1);
+    if (!folder.exists())
+        folder.mkpath(u"."_s);
+    const QString path = folder.filePath(name);
+    return saveInstaller(path, installer.body) && startInstaller(path);
+}
+
+} // namespace
+
+bool checkForUpdate(const UpdateServer &server, int ownVersion, QString &releaseNotes)
+{
+    const Download answer = fetch(server, Texts::tr(versionFileName), server.versionFile);
+    if (answer.result == Download::Abandoned)
+        return false;
+    const VersionFile offer = readVersionFile(answer.body);
+    if (!offersUpdate(offer, ownVersion))
+        return false;
+    releaseNotes += offer.notes;
+    qDebug("Update Requested - Actual Version = %d", ownVersion);
+    if (!userWantsUpdate(offer.version, releaseNotes)) {
+        qDebug("Update declined");
+        return false;
+    }
+    return install(server, offer.version);
+}

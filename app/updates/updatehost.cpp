@@ -1,0 +1,6 @@
+#include "updatehost.h"
+
+QString updateHost()
+{
+    return QStringLiteral(RALLYVANE_UPDATE_HOST);
+}

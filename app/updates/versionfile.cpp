@@ -1,0 +1,65 @@
+#include "versionfile.h"
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QByteArrayView lineEnds = "\r\n";
+
+/// Everything of `bytes` from the first byte on that is not one of `these`.
+QByteArrayView skip(QByteArrayView bytes, QByteArrayView these)
+{
+    while (!bytes.isEmpty() && these.contains(bytes.front()))
+        bytes = bytes.sliced(1);
+    return bytes;
+}
+
+/// Everything of `bytes` before the first of `these`, or all of it.
+QByteArrayView before(QByteArrayView bytes, QByteArrayView these)
+{
+    qsizetype count = 0;
+    while (count < bytes.size() && !these.contains(bytes[count]))
+        ++count;
+    return bytes.first(count);
+}
+
+} // namespace
+
+QString installerName(const QString &version)
+{
+    return "Rallyvane_v"_L1 + version + "_setup.exe"_L1;
+}
+
+VersionFile readVersionFile(QByteArrayView bytes)
+{
+    const qsizetype separator = bytes.indexOf(versionFileSeparator);
+    if (separator < 0)
+        return {};
+    if (bytes.indexOf(versionFileSeparator, separator + 1) < 0)
+        return {.state = VersionFile::Unreadable};
+
+    const QByteArrayView versionLine = skip(bytes.sliced(separator), "=\r\nV");
+    const QByteArrayView version = before(versionLine, " ");
+    if (version.size() == versionLine.size())
+        return {.state = VersionFile::Unreadable};
+
+    const QByteArrayView afterVersion = versionLine.sliced(version.size());
+    const QByteArrayView restOfLine = before(afterVersion, lineEnds);
+    const QByteArrayView notes = skip(afterVersion.sliced(restOfLine.size()), lineEnds);
+    return {
+        .state = VersionFile::Readable,
+        .version = QString::fromLatin1(version),
+        .notes = QString::fromLatin1(before(notes, "=")),
+    };
+}
+
+int versionInHundredths(QStringView text)
+{
+    const float hundredths = text.toFloat() * 100.0F;
+    const float rounded = std::trunc(hundredths + std::copysign(0.5F, hundredths));
+    // The bounds are exact powers of two; no comparison with NaN holds.
+    const bool fits = rounded >= -0x1p31F && rounded < 0x1p31F;
+    return fits ? int(rounded) : 0;
+}

@@ -1,0 +1,376 @@
+#include "debuglog.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <array>
+#include <mutex>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString logName = u"rallyvane.log"_s;
+const QString olderName = u"rallyvane.log.1"_s;
+
+/// Who is told the lines when there is no log.
+class Listener
+{
+public:
+    Listener()
+    {
+        current = this;
+        m_previous = qInstallMessageHandler(&Listener::take);
+    }
+    ~Listener() { qInstallMessageHandler(m_previous); }
+    Listener(const Listener &) = delete;
+    Listener &operator=(const Listener &) = delete;
+
+    QStringList takeAll()
+    {
+        const std::lock_guard lock(m_mutex);
+        return std::exchange(m_lines, {});
+    }
+    static void take(QtMsgType, const QMessageLogContext &, const QString &line)
+    {
+        const std::lock_guard lock(current->m_mutex);
+        current->m_lines.append(line);
+    }
+
+private:
+    static inline Listener *current = nullptr;
+    QtMessageHandler m_previous;
+    std::mutex m_mutex;
+    QStringList m_lines;
+};
+
+QtMessageHandler installedHandler()
+{
+    const QtMessageHandler handler = qInstallMessageHandler(nullptr);
+    qInstallMessageHandler(handler);
+    return handler;
+}
+
+QStringList linesOf(const QString &name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+}
+
+/// What was logged, without time and thread.
+QStringList messagesOf(const QString &name)
+{
+    QStringList messages = linesOf(name);
+    for (QString &line : messages)
+        line = line.section(u"] "_s, 1);
+    return messages;
+}
+
+void fill(const QString &name, qint64 size)
+{
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(QByteArray(size - 1, 'x') + '\n'), size);
+}
+
+} // namespace
+
+class tst_DebugLog : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void a_line_tells_its_time_and_thread();
+    void a_thread_without_a_name_shows_its_number();
+    void every_kind_of_message_is_logged();
+    void the_lines_still_go_where_they_went_before();
+    void the_previous_handler_is_back_when_the_log_is_gone();
+    void flushing_waits_for_what_was_logged();
+    void the_last_lines_are_written_when_the_log_goes();
+    void a_fatal_message_is_written_before_the_process_ends();
+    void a_new_run_goes_on_in_the_same_file();
+    void the_log_lies_in_the_working_directory_and_is_turned_over_at_1_MiB_data();
+    void the_log_lies_in_the_working_directory_and_is_turned_over_at_1_MiB();
+    void one_older_file_is_kept();
+    void a_line_longer_than_the_file_may_be_stands_alone();
+    void what_cannot_be_put_aside_is_given_up();
+    void a_log_that_cannot_be_written_is_no_error();
+    void a_log_that_can_be_written_again_goes_on();
+    void the_lines_of_several_threads_are_whole_and_in_order();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_previousFolder;
+};
+
+void tst_DebugLog::init()
+{
+    m_previousFolder = QDir::currentPath();
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+}
+
+void tst_DebugLog::cleanup()
+{
+    QDir::setCurrent(m_previousFolder);
+    m_folder.reset();
+}
+
+void tst_DebugLog::a_line_tells_its_time_and_thread()
+{
+    const Listener listener;
+    const QDateTime before = QDateTime::currentDateTime();
+    {
+        const DebugLog log;
+        qDebug("Left scores");
+        QThread::currentThread()->setObjectName(u"game"_s);
+        qDebug("Score LR = 1-0");
+        QThread::currentThread()->setObjectName(u"main"_s);
+    }
+    const QDateTime after = QDateTime::currentDateTime();
+    const QStringList lines = linesOf(logName);
+    QCOMPARE(lines.size(), 2);
+    const QStringList expected = {u" [main] Left scores"_s, u" [game] Score LR = 1-0"_s};
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        constexpr qsizetype timeLength = 23; // 2026-11-20T20:44:51.123
+        QCOMPARE(lines[i].mid(timeLength), expected[i]);
+        const QDateTime time = QDateTime::fromString(lines[i].left(timeLength), Qt::ISODateWithMs);
+        QVERIFY2(time.isValid(), qPrintable(lines[i]));
+        QVERIFY(time.addMSecs(1) >= before && time <= after);
+    }
+}
+
+void tst_DebugLog::a_thread_without_a_name_shows_its_number()
+{
+    const Listener listener;
+    const DebugLog log;
+    QString number;
+    std::unique_ptr<QThread> thread(QThread::create([&number] {
+        number = QString::number(quintptr(QThread::currentThreadId()), 16);
+        qDebug("from somewhere");
+    }));
+    thread->start();
+    QVERIFY(thread->wait());
+    DebugLog::flush();
+    QCOMPARE(linesOf(logName).size(), 1);
+    QVERIFY(linesOf(logName)[0].endsWith(u" ["_s + number + u"] from somewhere"_s));
+}
+
+void tst_DebugLog::every_kind_of_message_is_logged()
+{
+    const Listener listener;
+    const DebugLog log;
+    qDebug("debug");
+    qInfo("info");
+    qWarning("warning");
+    qCritical("critical: \u00e9");
+    DebugLog::flush();
+    QCOMPARE(messagesOf(logName),
+        (QStringList{u"debug"_s, u"info"_s, u"warning"_s, u"critical: \u00e9"_s}));
+}
+
+void tst_DebugLog::the_lines_still_go_where_they_went_before()
+{
+    Listener listener;
+    const DebugLog log;
+    qDebug("one");
+    qDebug("two");
+    DebugLog::flush();
+    QCOMPARE(listener.takeAll(), (QStringList{u"one"_s, u"two"_s}));
+}
+
+void tst_DebugLog::the_previous_handler_is_back_when_the_log_is_gone()
+{
+    Listener listener;
+    const QtMessageHandler before = installedHandler();
+    {
+        const DebugLog log;
+        QVERIFY(installedHandler() != before);
+    }
+    QVERIFY(installedHandler() == before);
+    qDebug("after");
+    QCOMPARE(listener.takeAll(), QStringList{u"after"_s});
+    QCOMPARE(linesOf(logName), QStringList());
+}
+
+void tst_DebugLog::flushing_waits_for_what_was_logged()
+{
+    const Listener listener;
+    const DebugLog log;
+    for (int i = 1; i <= 100; ++i) {
+        qDebug("%d", i);
+        if (i % 10 != 0)
+            continue;
+        DebugLog::flush();
+        QCOMPARE(linesOf(logName).size(), i);
+    }
+}
+
+void tst_DebugLog::the_last_lines_are_written_when_the_log_goes()
+{
+    Listener listener;
+    {
+        const DebugLog log;
+        for (int i = 0; i < 1000; ++i)
+            qDebug("%d", i);
+    }
+    QCOMPARE(messagesOf(logName).size(), 1000);
+    QCOMPARE(messagesOf(logName).last(), u"999"_s);
+    QCOMPARE(listener.takeAll().size(), 1000);
+}
+
+void tst_DebugLog::a_fatal_message_is_written_before_the_process_ends()
+{
+    const Listener listener;
+    const DebugLog log;
+    // As Qt does: it ends the process when the handler is through.
+    installedHandler()(QtFatalMsg, QMessageLogContext(), u"the end"_s);
+    QCOMPARE(messagesOf(logName), QStringList{u"the end"_s});
+}
+
+void tst_DebugLog::a_new_run_goes_on_in_the_same_file()
+{
+    const Listener listener;
+    for (const char *run : {"first run", "second run"}) {
+        const DebugLog log;
+        qDebug("%s", run);
+    }
+    QCOMPARE(messagesOf(logName), (QStringList{u"first run"_s, u"second run"_s}));
+}
+
+void tst_DebugLog::the_log_lies_in_the_working_directory_and_is_turned_over_at_1_MiB_data()
+{
+    QTest::addColumn<int>("room");
+    QTest::addColumn<bool>("turned");
+    // A line is its time, 23 bytes, " [main] ", its ten letters and the line's end.
+    QTest::addRow("the line just fits") << 42 << false;
+    QTest::addRow("one byte too long") << 41 << true;
+}
+
+void tst_DebugLog::the_log_lies_in_the_working_directory_and_is_turned_over_at_1_MiB()
+{
+    QFETCH(int, room);
+    QFETCH(bool, turned);
+    constexpr qint64 size = 1024 * 1024;
+    fill(logName, size - room);
+    const Listener listener;
+    {
+        const DebugLog log;
+        qDebug("ten chars.");
+    }
+    QCOMPARE(QFile::exists(olderName), turned);
+    QCOMPARE(QFileInfo(logName).size(), turned ? 42 : size);
+    QCOMPARE(messagesOf(logName).last(), u"ten chars."_s);
+}
+
+void tst_DebugLog::one_older_file_is_kept()
+{
+    constexpr qint64 maxSize = 500;
+    constexpr int count = 100;
+    const Listener listener;
+    const DebugLog log(u"small.log"_s, maxSize);
+    for (int i = 1; i <= count; ++i) {
+        qDebug("line %d", i);
+        DebugLog::flush();
+        QVERIFY(QFileInfo(u"small.log"_s).size() <= maxSize);
+        QVERIFY(messagesOf(u"small.log"_s).last() == u"line %1"_s.arg(i));
+    }
+    QCOMPARE(
+        QDir().entryList(QDir::Files, QDir::Name), (QStringList{u"small.log"_s, u"small.log.1"_s}));
+    const QStringList kept = messagesOf(u"small.log.1"_s) + messagesOf(u"small.log"_s);
+    const auto first = count + 1 - int(kept.size());
+    for (int i = 0; i < int(kept.size()); ++i)
+        QCOMPARE(kept[i], u"line %1"_s.arg(first + i));
+    QVERIFY(QFileInfo(u"small.log.1"_s).size() > maxSize - 50);
+}
+
+void tst_DebugLog::a_line_longer_than_the_file_may_be_stands_alone()
+{
+    const Listener listener;
+    const DebugLog log(logName, 100);
+    const QString longLine(1000, u'x');
+    for (const QString &line : {u"before"_s, longLine, u"after"_s})
+        qDebug("%s", qPrintable(line));
+    DebugLog::flush();
+    QCOMPARE(messagesOf(logName), QStringList{u"after"_s});
+    QCOMPARE(messagesOf(olderName), QStringList{longLine});
+}
+
+void tst_DebugLog::what_cannot_be_put_aside_is_given_up()
+{
+    QVERIFY(QDir().mkpath(olderName + u"/taken"_s));
+    Listener listener;
+    const DebugLog log(logName, 100);
+    for (int i = 1; i <= 10; ++i)
+        qDebug("line %d of ten", i);
+    DebugLog::flush();
+    QCOMPARE(messagesOf(logName).last(), u"line 10 of ten"_s);
+    QVERIFY(QFileInfo(logName).size() <= 100);
+    QCOMPARE(listener.takeAll().size(), 10);
+}
+
+void tst_DebugLog::a_log_that_cannot_be_written_is_no_error()
+{
+    Listener listener;
+    {
+        const DebugLog log(u"no such folder/rallyvane.log"_s);
+        qDebug("one");
+        qDebug("two");
+    }
+    QCOMPARE(listener.takeAll(), (QStringList{u"one"_s, u"two"_s}));
+    QVERIFY(QDir().isEmpty());
+}
+
+void tst_DebugLog::a_log_that_can_be_written_again_goes_on()
+{
+    const Listener listener;
+    const DebugLog log(u"folder/rallyvane.log"_s);
+    qDebug("lost");
+    DebugLog::flush();
+    QVERIFY(QDir().mkdir(u"folder"_s));
+    qDebug("kept");
+    DebugLog::flush();
+    QCOMPARE(messagesOf(u"folder/rallyvane.log"_s), QStringList{u"kept"_s});
+}
+
+void tst_DebugLog::the_lines_of_several_threads_are_whole_and_in_order()
+{
+    constexpr int lineCount = 250;
+    Listener listener;
+    std::array<std::unique_ptr<QThread>, 4> threads;
+    {
+        const DebugLog log;
+        for (size_t t = 0; t < threads.size(); ++t) {
+            threads[t].reset(QThread::create([] {
+                for (int i = 0; i < lineCount; ++i)
+                    qDebug("line %d of a thread", i);
+            }));
+            threads[t]->setObjectName(u"worker %1"_s.arg(t));
+            threads[t]->start();
+        }
+        for (const auto &thread : threads)
+            QVERIFY(thread->wait());
+    }
+    const QStringList lines = linesOf(logName);
+    QCOMPARE(lines.size(), lineCount * qsizetype(threads.size()));
+    for (const auto &thread : threads) {
+        int expected = 0;
+        const QString ending = u" [%1] line %2 of a thread"_s.arg(thread->objectName());
+        for (const QString &line : lines)
+            expected += line.endsWith(ending.arg(expected)) ? 1 : 0;
+        QCOMPARE(expected, lineCount);
+    }
+    QCOMPARE(listener.takeAll().size(), lines.size());
+}
+
+QTEST_GUILESS_MAIN(tst_DebugLog)
+#include "tst_debuglog.moc"

@@ -1,0 +1,473 @@
+#include "ui_mainwindow.h"
+
+#include <QMetaEnum>
+#include <QTest>
+#include <QTranslator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// One widget of the form: where it lies and what stands on it.
+struct Place
+{
+    const char *name;
+    const char *className;
+    const char *layout;
+    QRect cell; ///< column, row, columns, rows
+    const char *text = nullptr; ///< null where the class shows none
+};
+
+constexpr QRect at(int row, int column, int rowSpan = 1, int columnSpan = 1)
+{
+    return {column, row, columnSpan, rowSpan};
+}
+
+// What lies in a row of widgets instead of a grid has its position in it as the column.
+const std::initializer_list<Place> places = {
+    {"genGroupBox", "QGroupBox", "gridLayout_4", at(0, 0), ""},
+    {"enableButton", "QPushButton", "gridLayout_2", at(0, 0), "Enable Laser Output"},
+    {"showButton", "QPushButton", "gridLayout_2", at(1, 0), "Show game"},
+    {"zoneComboBox", "QComboBox", "gridLayout_2", at(2, 0), "Select laser zone"},
+    {"frame_9", "QFrame", "gridLayout_2", at(4, 0)},
+    {"label_3", "QLabel", "gridLayout_13", at(0, 0, 1, 3), "Game Speed"},
+    {"label_4", "QLabel", "gridLayout_13", at(1, 0), "Min"},
+    {"speedSlider", "QSlider", "gridLayout_13", at(1, 1)},
+    {"label_5", "QLabel", "gridLayout_13", at(1, 2), "Max"},
+    {"resetButton", "QPushButton", "gridLayout_2", at(7, 0), "Reset Game"},
+    {"groupBox_2", "QGroupBox", "gridLayout_4", at(0, 1), "Left controller"},
+    {"frame", "QFrame", "gridLayout", at(0, 0)},
+    {"leftMidiRadio", "QRadioButton", "gridLayout_5", at(0, 0), "MIDI"},
+    {"midiLComboBox", "QComboBox", "gridLayout_5", at(0, 1), "No device"},
+    {"leftXboxRadio", "QRadioButton", "gridLayout_5", at(1, 0), "XBox"},
+    {"xboxLComboBox", "QComboBox", "gridLayout_5", at(1, 1), "No device"},
+    {"leftKeyboardRadio", "QRadioButton", "gridLayout_5", at(2, 0), "Keyboard"},
+    {"frame_2", "QFrame", "gridLayout", at(1, 0)},
+    {"learnStartL", "QPushButton", "gridLayout_7", at(0, 0), "Learn start"},
+    {"frame_5", "QFrame", "gridLayout", at(2, 0)},
+    {"learnCCL", "QPushButton", "horizontalLayout", at(0, 0), "Learn Move"},
+    {"learnUpL", "QPushButton", "horizontalLayout", at(0, 1), "Learn Up"},
+    {"learnDownL", "QPushButton", "horizontalLayout", at(0, 2), "Learn Down"},
+    {"frame_7", "QFrame", "gridLayout_9", at(3, 0)},
+    {"label_2", "QLabel", "gridLayout_11", at(0, 0), "Sensitivity"},
+    {"sensLSlider", "QSlider", "gridLayout_11", at(0, 1)},
+    {"bitsLCheck", "QCheckBox", "gridLayout_11", at(0, 2), "14 bits"},
+    {"groupBox", "QGroupBox", "gridLayout_4", at(0, 2), "Right controller"},
+    {"frame_3", "QFrame", "gridLayout_3", at(0, 0)},
+    {"rightMidiRadio", "QRadioButton", "gridLayout_6", at(0, 0), "MIDI"},
+    {"midiRComboBox", "QComboBox", "gridLayout_6", at(0, 1), "No device"},
+    {"rightXboxRadio", "QRadioButton", "gridLayout_6", at(1, 0), "XBox"},
+    {"xboxRComboBox", "QComboBox", "gridLayout_6", at(1, 1), "No device"},
+    {"rightKeyboardRadio", "QRadioButton", "gridLayout_6", at(2, 0), "Keyboard"},
+    {"frame_4", "QFrame", "gridLayout_3", at(1, 0)},
+    {"learnStartR", "QPushButton", "gridLayout_8", at(0, 0), "Learn Start"},
+    {"frame_6", "QFrame", "gridLayout_3", at(2, 0)},
+    {"learnCCR", "QPushButton", "horizontalLayout_2", at(0, 0), "Learn Move"},
+    {"learnUpR", "QPushButton", "horizontalLayout_2", at(0, 1), "Learn Up"},
+    {"learnDownR", "QPushButton", "horizontalLayout_2", at(0, 2), "Learn Down"},
+    {"frame_8", "QFrame", "gridLayout_10", at(2, 0)},
+    {"label", "QLabel", "gridLayout_12", at(0, 0), "Sensitivity"},
+    {"sensRSlider", "QSlider", "gridLayout_12", at(0, 1)},
+    {"bitsRCheck", "QCheckBox", "gridLayout_12", at(0, 2), "14 bits"},
+    {"statusLabel", "QLabel", "gridLayout_4", at(1, 1), "Status"},
+};
+
+/// The grid that each container carries.
+const std::initializer_list<std::pair<const char *, const char *>> grids = {
+    {"centralwidget", "gridLayout_4"},
+    {"genGroupBox", "gridLayout_2"},
+    {"frame_9", "gridLayout_13"},
+    {"groupBox_2", "gridLayout"},
+    {"frame", "gridLayout_5"},
+    {"frame_2", "gridLayout_7"},
+    {"frame_5", "gridLayout_9"},
+    {"frame_7", "gridLayout_11"},
+    {"groupBox", "gridLayout_3"},
+    {"frame_3", "gridLayout_6"},
+    {"frame_4", "gridLayout_8"},
+    {"frame_6", "gridLayout_10"},
+    {"frame_8", "gridLayout_12"},
+};
+
+constexpr QSize learnButtonSize = {0, 22};
+
+/// Answers with the context that a text was asked in.
+class ContextTranslator : public QTranslator
+{
+public:
+    QString translate(const char *context, const char *sourceText, const char * /*hint*/,
+        int /*n*/) const override
+    {
+        return QString::fromLatin1(context) + u": "_s + QString::fromLatin1(sourceText);
+    }
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace
+
+/// The form as it is before the running window has its say.
+class tst_Layout : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void the_window_has_its_size_title_and_parts();
+    void the_style_sheet_is_eight_rules_in_order();
+    void every_widget_lies_in_its_cell_data();
+    void every_widget_lies_in_its_cell();
+    void every_widget_shows_its_text_data();
+    void every_widget_shows_its_text();
+    void every_text_can_be_translated();
+    void there_is_no_widget_beyond_the_table();
+    void every_container_carries_its_grid_data();
+    void every_container_carries_its_grid();
+    void every_property_has_its_first_value_data();
+    void every_property_has_its_first_value();
+    void only_the_caption_of_the_speed_is_italic();
+    void the_spacers_hold_their_place_data();
+    void the_spacers_hold_their_place();
+    void the_cells_between_stay_empty_data();
+    void the_cells_between_stay_empty();
+    void only_the_left_radio_buttons_are_in_the_group();
+    void a_radio_button_unchecks_its_own_side_alone_data();
+    void a_radio_button_unchecks_its_own_side_alone();
+
+private:
+    template <class T = QWidget>
+    T *find(const char *name) const
+    {
+        return m_window->findChild<T *>(QString::fromLatin1(name));
+    }
+
+    std::unique_ptr<QMainWindow> m_window;
+    Ui::MainWindow m_form = {};
+};
+
+void tst_Layout::init()
+{
+    m_window = std::make_unique<QMainWindow>();
+    m_form.setupUi(m_window.get());
+}
+
+void tst_Layout::cleanup()
+{
+    m_window.reset();
+}
+
+void tst_Layout::the_window_has_its_size_title_and_parts()
+{
+    QCOMPARE(m_window->objectName(), u"MainWindow"_s);
+    QCOMPARE(m_window->size(), QSize(937, 387));
+    QCOMPARE(m_window->minimumSize(), QSize(0, 0));
+    QCOMPARE(m_window->sizePolicy(), QSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred));
+    QCOMPARE(m_window->documentMode(), false);
+    QCOMPARE(m_window->windowTitle(), u"Laser Rallyvane - by Vellaro"_s);
+    QCOMPARE(m_window->centralWidget()->objectName(), u"centralwidget"_s);
+    QCOMPARE(m_window->centralWidget()->metaObject()->className(), "QWidget");
+    QCOMPARE(m_window->menuWidget(), find("menubar"));
+    QCOMPARE(m_form.menubar->geometry(), QRect(0, 0, 937, 21));
+    QVERIFY(m_form.menubar->actions().isEmpty());
+    QCOMPARE(m_window->statusBar(), find<QStatusBar>("statusbar"));
+}
+
+void tst_Layout::the_style_sheet_is_eight_rules_in_order()
+{
+    const QStringList rules = {
+        u"QPushButton {border:1px solid #AAA; background:#888;}"_s,
+        u"QPushButton:hover {background:#AAD;}"_s,
+        u"QPushButton:pressed {background:#88B;}"_s,
+        u"#centralwidget {background-color:#222;}"_s,
+        u"QLabel {color:#CCC;}"_s,
+        u"QRadioButton {color:#CCC; }"_s,
+        u"QGroupBox {color:#CCC; }"_s,
+        u"#statusbar {background-color:#222;}"_s,
+    };
+    QCOMPARE(m_window->styleSheet(), rules.join(u'\n'));
+}
+
+void tst_Layout::every_widget_lies_in_its_cell_data()
+{
+    QTest::addColumn<Place>("place");
+    for (const Place &place : places)
+        QTest::addRow("%s", place.name) << place;
+}
+
+void tst_Layout::every_widget_lies_in_its_cell()
+{
+    QFETCH(Place, place);
+    auto *widget = find(place.name);
+    QVERIFY(widget);
+    QCOMPARE(widget->metaObject()->className(), place.className);
+    const auto *layout = find<QLayout>(place.layout);
+    QVERIFY(layout);
+    QCOMPARE(widget->parentWidget(), layout->parentWidget());
+    const int index = layout->indexOf(widget);
+    QVERIFY(index >= 0);
+    QRect cell = at(0, index);
+    if (const auto *grid = qobject_cast<const QGridLayout *>(layout)) {
+        int row = 0;
+        int column = 0;
+        int rowSpan = 0;
+        int columnSpan = 0;
+        grid->getItemPosition(index, &row, &column, &rowSpan, &columnSpan);
+        cell = at(row, column, rowSpan, columnSpan);
+    }
+    QCOMPARE(cell, place.cell);
+}
+
+void tst_Layout::every_widget_shows_its_text_data()
+{
+    every_widget_lies_in_its_cell_data();
+}
+
+void tst_Layout::every_widget_shows_its_text()
+{
+    QFETCH(Place, place);
+    const QWidget *widget = find(place.name);
+    QVERIFY(widget);
+    if (const auto *list = qobject_cast<const QComboBox *>(widget)) {
+        QCOMPARE(list->count(), 1);
+        QCOMPARE(list->currentText(), QString::fromLatin1(place.text));
+        return;
+    }
+    const bool isGroup = qobject_cast<const QGroupBox *>(widget);
+    const QVariant text = widget->property(isGroup ? "title" : "text");
+    QCOMPARE(text.isValid(), place.text != nullptr);
+    QCOMPARE(text.toString(), QString::fromLatin1(place.text));
+}
+
+void tst_Layout::every_text_can_be_translated()
+{
+    ContextTranslator translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    m_form.retranslateUi(m_window.get());
+    const QString title = m_window->windowTitle();
+    const QString enable = m_form.enableButton->text();
+    const QString zone = m_form.zoneComboBox->itemText(0);
+    const QString left = m_form.groupBox_2->title();
+    const QString general = m_form.genGroupBox->title();
+    QStringList untranslated;
+    for (const Place &place : places) {
+        const QString text = find(place.name)->property("text").toString();
+        if (!text.isEmpty() && !text.startsWith("MainWindow: "_L1))
+            untranslated.append(text);
+    }
+    QVERIFY(QCoreApplication::removeTranslator(&translator));
+    QCOMPARE(title, u"MainWindow: Laser Rallyvane - by Vellaro"_s);
+    QCOMPARE(enable, u"MainWindow: Enable Laser Output"_s);
+    QCOMPARE(zone, u"MainWindow: Select laser zone"_s);
+    QCOMPARE(left, u"MainWindow: Left controller"_s);
+    QCOMPARE(general, QString());
+    QCOMPARE(untranslated, QStringList());
+}
+
+void tst_Layout::there_is_no_widget_beyond_the_table()
+{
+    QStringList expected = {u"centralwidget"_s, u"menubar"_s, u"statusbar"_s};
+    for (const Place &place : places)
+        expected.append(QString::fromLatin1(place.name));
+    QStringList found;
+    for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
+        // The parts that Qt's own widgets are made of.
+        if (!widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_"_L1))
+            found.append(widget->objectName());
+    }
+    expected.sort();
+    found.sort();
+    QCOMPARE(found, expected);
+}
+
+void tst_Layout::every_container_carries_its_grid_data()
+{
+    QTest::addColumn<QByteArray>("container");
+    QTest::addColumn<QByteArray>("grid");
+    for (const auto &[container, grid] : grids)
+        QTest::addRow("%s", container) << QByteArray(container) << QByteArray(grid);
+}
+
+void tst_Layout::every_container_carries_its_grid()
+{
+    QFETCH(QByteArray, container);
+    QFETCH(QByteArray, grid);
+    const QWidget *widget = find(container);
+    QVERIFY(widget);
+    QVERIFY(qobject_cast<const QGridLayout *>(widget->layout()));
+    QCOMPARE(widget->layout()->objectName(), QString::fromLatin1(grid));
+    if (qstrcmp(widget->metaObject()->className(), "QFrame") == 0) {
+        const auto *frame = static_cast<const QFrame *>(widget);
+        QCOMPARE(frame->frameShape(), QFrame::StyledPanel);
+        QCOMPARE(frame->frameShadow(), QFrame::Raised);
+    }
+}
+
+void tst_Layout::every_property_has_its_first_value_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QVariant>("expected");
+    const auto add = [](const QByteArray &name, const QByteArray &property,
+                         const QVariant &expected) {
+        QTest::addRow("%s of %s", property.constData(), name.constData())
+            << name << property << expected;
+    };
+    add("genGroupBox", "alignment", int(Qt::AlignLeft | Qt::AlignVCenter));
+    add("genGroupBox", "flat", false);
+    add("genGroupBox", "checkable", false);
+    for (const char *button : {"enableButton", "showButton", "resetButton"}) {
+        add(button, "checkable", true);
+        add(button, "checked", false);
+        add(button, "enabled", true);
+    }
+    add("resetButton", "minimumSize", QSize(0, 25));
+    add("label_3", "alignment", int(Qt::AlignCenter));
+    add("statusLabel", "alignment", int(Qt::AlignCenter));
+    const auto addSlider = [&](const char *name, int minimum, int maximum, int value) {
+        add(name, "minimum", minimum);
+        add(name, "maximum", maximum);
+        add(name, "value", value);
+        add(name, "orientation", int(Qt::Horizontal));
+    };
+    addSlider("speedSlider", 10, 30, 20);
+    addSlider("sensLSlider", 256, 768, 512);
+    addSlider("sensRSlider", 256, 768, 512);
+    for (const char *button : {"learnStartL", "learnCCL", "learnUpL", "learnDownL", "learnStartR",
+             "learnCCR", "learnUpR", "learnDownR"}) {
+        add(button, "minimumSize", learnButtonSize);
+        add(button, "checkable", false);
+    }
+    for (const QByteArray side : {"left", "right"}) {
+        add(side + "MidiRadio", "checked", false);
+        add(side + "XboxRadio", "checked", true);
+        add(side + "KeyboardRadio", "checked", false);
+    }
+    for (const char *box : {"bitsLCheck", "bitsRCheck"})
+        add(box, "checked", false);
+}
+
+void tst_Layout::every_property_has_its_first_value()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QByteArray, property);
+    QFETCH(QVariant, expected);
+    const QWidget *widget = find(name);
+    QVERIFY(widget);
+    QVariant value = widget->property(property);
+    QVERIFY(value.isValid());
+    QVERIFY(value.convert(expected.metaType()));
+    QCOMPARE(value, expected);
+}
+
+void tst_Layout::only_the_caption_of_the_speed_is_italic()
+{
+    for (const QLabel *label : m_window->findChildren<QLabel *>())
+        QCOMPARE(label->font().italic(), label == m_form.label_3);
+}
+
+void tst_Layout::the_spacers_hold_their_place_data()
+{
+    QTest::addColumn<QByteArray>("layout");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QSizePolicy::Policy>("vertical");
+    QTest::addRow("below the zones")
+        << QByteArray("gridLayout_2") << 3 << QSize(20, 15) << QSizePolicy::Fixed;
+    QTest::addRow("above reset") << QByteArray("gridLayout_2") << 6 << QSize(20, 40)
+                                 << QSizePolicy::Expanding;
+    QTest::addRow("left") << QByteArray("gridLayout") << 3 << QSize(20, 40)
+                          << QSizePolicy::Expanding;
+    QTest::addRow("right") << QByteArray("gridLayout_3") << 3 << QSize(20, 40)
+                           << QSizePolicy::Expanding;
+}
+
+void tst_Layout::the_spacers_hold_their_place()
+{
+    QFETCH(QByteArray, layout);
+    QFETCH(int, row);
+    QFETCH(QSize, size);
+    QFETCH(QSizePolicy::Policy, vertical);
+    const auto *grid = find<QGridLayout>(layout);
+    QVERIFY(grid);
+    QLayoutItem *item = grid->itemAtPosition(row, 0);
+    QVERIFY(item);
+    const QSpacerItem *spacer = item->spacerItem();
+    QVERIFY(spacer);
+    QCOMPARE(spacer->sizeHint(), size);
+    QCOMPARE(spacer->sizePolicy(), QSizePolicy(QSizePolicy::Minimum, vertical));
+}
+
+void tst_Layout::the_cells_between_stay_empty_data()
+{
+    QTest::addColumn<QByteArray>("layout");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("items");
+    QTest::addRow("general group") << QByteArray("gridLayout_2") << 5 << 7;
+    QTest::addRow("left move frame, second row") << QByteArray("gridLayout_9") << 1 << 2;
+    QTest::addRow("left move frame, third row") << QByteArray("gridLayout_9") << 2 << 2;
+    QTest::addRow("right move frame") << QByteArray("gridLayout_10") << 1 << 2;
+}
+
+void tst_Layout::the_cells_between_stay_empty()
+{
+    QFETCH(QByteArray, layout);
+    QFETCH(int, row);
+    QFETCH(int, items);
+    const auto *grid = find<QGridLayout>(layout);
+    QVERIFY(grid);
+    QCOMPARE(grid->count(), items);
+    QVERIFY(!grid->itemAtPosition(row, 0));
+}
+
+void tst_Layout::only_the_left_radio_buttons_are_in_the_group()
+{
+    const auto *group = find<QButtonGroup>("buttonGroup");
+    QVERIFY(group);
+    QCOMPARE(group->parent(), m_window.get());
+    QVERIFY(group->exclusive());
+    const QList<QAbstractButton *> buttons = group->buttons();
+    QCOMPARE(buttons.size(), 3);
+    for (QAbstractButton *button :
+        {m_form.leftMidiRadio, m_form.leftXboxRadio, m_form.leftKeyboardRadio}) {
+        QVERIFY(buttons.contains(button));
+        QVERIFY(group->id(button) < -1); // as Qt assigns them by itself
+    }
+    for (const QRadioButton *button :
+        {m_form.rightMidiRadio, m_form.rightXboxRadio, m_form.rightKeyboardRadio}) {
+        QVERIFY(!button->group());
+        QVERIFY(button->autoExclusive());
+    }
+}
+
+void tst_Layout::a_radio_button_unchecks_its_own_side_alone_data()
+{
+    QTest::addColumn<QString>("clicked");
+    QTest::addColumn<QStringList>("checked");
+    QTest::addRow("left MIDI") << u"leftMidiRadio"_s
+                               << QStringList{u"leftMidiRadio"_s, u"rightXboxRadio"_s};
+    QTest::addRow("left keyboard")
+        << u"leftKeyboardRadio"_s << QStringList{u"leftKeyboardRadio"_s, u"rightXboxRadio"_s};
+    QTest::addRow("right MIDI") << u"rightMidiRadio"_s
+                                << QStringList{u"leftXboxRadio"_s, u"rightMidiRadio"_s};
+    QTest::addRow("right keyboard")
+        << u"rightKeyboardRadio"_s << QStringList{u"leftXboxRadio"_s, u"rightKeyboardRadio"_s};
+}
+
+void tst_Layout::a_radio_button_unchecks_its_own_side_alone()
+{
+    QFETCH(QString, clicked);
+    QFETCH(QStringList, checked);
+    m_window->show();
+    auto *radio = m_window->findChild<QRadioButton *>(clicked);
+    QTest::mouseClick(radio, Qt::LeftButton, {}, {8, radio->height() / 2});
+    QStringList found;
+    for (const QRadioButton *button : m_window->findChildren<QRadioButton *>()) {
+        if (button->isChecked())
+            found.append(button->objectName());
+    }
+    found.sort();
+    QCOMPARE(found, checked);
+}
+
+QTEST_MAIN(tst_Layout)
+#include "tst_layout.moc"

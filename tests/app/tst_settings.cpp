@@ -1,0 +1,374 @@
+#include "settings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QMap>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString fileName = u".pong"_s;
+const QString copyName = u".pong.damaged"_s;
+
+using Keys = QMap<QString, QVariant>;
+
+template <class T>
+void insert(Keys &keys, const Setting<T> &setting)
+{
+    if constexpr (std::is_same_v<T, QLatin1StringView>)
+        keys.insert(setting.key, QString(setting.fallback));
+    else
+        keys.insert(setting.key, QVariant(setting.fallback));
+}
+
+template <class T>
+void insert(Keys &keys, const SettingOfSides<T> &setting)
+{
+    insert(keys, setting[0]);
+    insert(keys, setting[1]);
+}
+
+void write(const QString &name, const QByteArray &content)
+{
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+QByteArray contentOf(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList files()
+{
+    return QDir().entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+QByteArray noNumber(const char *key, const char *value)
+{
+    return QByteArray("Setting \"") + key + "\" is no number: \"" + value + '"';
+}
+
+} // namespace
+
+class tst_Settings : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void the_keys_their_types_and_defaults_are_those_of_the_file();
+    void the_halves_of_a_pair_are_the_left_and_the_right_side();
+    void without_a_file_every_setting_has_its_default();
+    void an_empty_file_is_no_error();
+    void a_folder_in_place_of_the_file_is_no_error();
+    void a_file_for_one_side_leaves_the_other_its_default();
+    void what_is_written_stands_at_the_top_level_of_the_file();
+    void what_is_written_is_read_back();
+    void a_write_leaves_the_other_keys_alone();
+    void another_working_directory_has_another_file();
+    void a_damaged_file_is_kept_and_what_is_whole_in_it_read_data();
+    void a_damaged_file_is_kept_and_what_is_whole_in_it_read();
+    void a_later_damage_replaces_the_kept_file();
+    void a_whole_file_is_not_copied();
+    void what_is_no_number_reads_as_0_and_is_told_data();
+    void what_is_no_number_reads_as_0_and_is_told();
+    void a_number_of_another_sign_is_no_key();
+    void a_mode_is_read_as_it_stands_data();
+    void a_mode_is_read_as_it_stands();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_previousFolder;
+};
+
+void tst_Settings::init()
+{
+    m_previousFolder = QDir::currentPath();
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+}
+
+void tst_Settings::cleanup()
+{
+    QDir::setCurrent(m_previousFolder);
+    m_folder.reset();
+}
+
+void tst_Settings::the_keys_their_types_and_defaults_are_those_of_the_file()
+{
+    const Keys expected = {
+        {u"BallSpeed"_s, 20},
+        {u"SensL"_s, 512},
+        {u"SensR"_s, 512},
+        {u"ControlModeLeft"_s, u"XBOX"_s},
+        {u"ControlModeRight"_s, u"XBOX"_s},
+        {u"XStartL"_s, 0},
+        {u"XStartR"_s, 0},
+        {u"XMoveL"_s, 0},
+        {u"XMoveR"_s, 0},
+        {u"CC_00"_s, 0U},
+        {u"CC_01"_s, 0U},
+        {u"CC_10"_s, 0U},
+        {u"CC_11"_s, 0U},
+        {u"Start_00"_s, 0U},
+        {u"Start_01"_s, 0U},
+        {u"Start_10"_s, 0U},
+        {u"Start_11"_s, 0U},
+        {u"KeyboardUpL"_s, 0U},
+        {u"KeyboardDownL"_s, 0U},
+        {u"KeyboardStartL"_s, 0U},
+        {u"KeyboardUpR"_s, 0U},
+        {u"KeyboardDownR"_s, 0U},
+        {u"KeyboardStartR"_s, 0U},
+    };
+    Keys keys;
+    insert(keys, settings::ballSpeed);
+    insert(keys, settings::sensitivity);
+    insert(keys, settings::controlMode);
+    for (const auto &setting : {settings::xStart, settings::xMove})
+        insert(keys, setting);
+    for (const auto &setting : {settings::moveStatus, settings::moveNumber, settings::startStatus,
+             settings::startNumber, settings::upKey, settings::downKey, settings::startKey})
+        insert(keys, setting);
+    QCOMPARE(keys.size(), 23);
+    QCOMPARE(keys.keys(), expected.keys());
+    for (const QString &key : expected.keys()) {
+        QVERIFY2(keys[key].metaType() == expected[key].metaType(), qPrintable(key));
+        QVERIFY2(keys[key] == expected[key], qPrintable(key));
+    }
+}
+
+void tst_Settings::the_halves_of_a_pair_are_the_left_and_the_right_side()
+{
+    QCOMPARE(settings::sensitivity[0].key, "SensL"_L1);
+    QCOMPARE(settings::sensitivity[1].key, "SensR"_L1);
+    QCOMPARE(settings::controlMode[0].key, "ControlModeLeft"_L1);
+    QCOMPARE(settings::controlMode[1].key, "ControlModeRight"_L1);
+    QCOMPARE(settings::moveStatus[0].key, "CC_00"_L1);
+    QCOMPARE(settings::moveNumber[0].key, "CC_01"_L1);
+    QCOMPARE(settings::moveStatus[1].key, "CC_10"_L1);
+    QCOMPARE(settings::moveNumber[1].key, "CC_11"_L1);
+    QCOMPARE(settings::startStatus[0].key, "Start_00"_L1);
+    QCOMPARE(settings::startNumber[0].key, "Start_01"_L1);
+    QCOMPARE(settings::startStatus[1].key, "Start_10"_L1);
+    QCOMPARE(settings::startNumber[1].key, "Start_11"_L1);
+    const std::pair<QLatin1StringView, SettingOfSides<uint>> keyboard[] = {
+        {"KeyboardUp"_L1, settings::upKey},
+        {"KeyboardDown"_L1, settings::downKey},
+        {"KeyboardStart"_L1, settings::startKey},
+    };
+    for (const auto &[prefix, setting] : keyboard) {
+        QCOMPARE(setting[0].key, QString(prefix + 'L'_L1));
+        QCOMPARE(setting[1].key, QString(prefix + 'R'_L1));
+    }
+    const std::pair<QLatin1StringView, SettingOfSides<int>> pads[] = {
+        {"XStart"_L1, settings::xStart},
+        {"XMove"_L1, settings::xMove},
+    };
+    for (const auto &[prefix, setting] : pads) {
+        QCOMPARE(setting[0].key, QString(prefix + 'L'_L1));
+        QCOMPARE(setting[1].key, QString(prefix + 'R'_L1));
+    }
+}
+
+void tst_Settings::without_a_file_every_setting_has_its_default()
+{
+    const auto store = settings::open();
+    QCOMPARE(settings::read(*store, settings::ballSpeed), 20);
+    for (const int side : {0, 1}) {
+        const auto i = size_t(side);
+        QCOMPARE(settings::read(*store, settings::sensitivity[i]), 512);
+        QCOMPARE(settings::read(*store, settings::controlMode[i]), u"XBOX"_s);
+        QCOMPARE(settings::read(*store, settings::xStart[i]), 0);
+        QCOMPARE(settings::read(*store, settings::moveStatus[i]), 0U);
+        QCOMPARE(settings::read(*store, settings::startKey[i]), 0U);
+    }
+    store->sync();
+    QCOMPARE(files(), QStringList());
+}
+
+void tst_Settings::an_empty_file_is_no_error()
+{
+    write(fileName, "");
+    const auto store = settings::open();
+    QCOMPARE(settings::read(*store, settings::ballSpeed), 20);
+    QCOMPARE(files(), QStringList{fileName});
+}
+
+void tst_Settings::a_folder_in_place_of_the_file_is_no_error()
+{
+    QVERIFY(QDir().mkdir(fileName));
+    const auto store = settings::open();
+    QCOMPARE(settings::read(*store, settings::ballSpeed), 20);
+    settings::write(*store, settings::ballSpeed, 25);
+    QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
+}
+
+void tst_Settings::a_file_for_one_side_leaves_the_other_its_default()
+{
+    write(fileName, "[General]\nSensL=300\n");
+    const auto store = settings::open();
+    QCOMPARE(settings::read(*store, settings::sensitivity[0]), 300);
+    QCOMPARE(settings::read(*store, settings::sensitivity[1]), 512);
+}
+
+void tst_Settings::what_is_written_stands_at_the_top_level_of_the_file()
+{
+    {
+        const auto store = settings::open();
+        settings::write(*store, settings::controlMode[1], "MIDI"_L1);
+        settings::write(*store, settings::moveStatus[1], 176);
+        settings::write(*store, settings::ballSpeed, 25);
+    }
+    QCOMPARE(files(), QStringList{fileName});
+    const QStringList lines =
+        QString::fromUtf8(contentOf(fileName)).split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines,
+        (QStringList{
+            u"[General]"_s, u"BallSpeed=25"_s, u"CC_10=176"_s, u"ControlModeRight=MIDI"_s}));
+}
+
+void tst_Settings::what_is_written_is_read_back()
+{
+    const uint largestKey = 0xffffffff;
+    {
+        const auto store = settings::open();
+        settings::write(*store, settings::xMove[0], -3);
+        settings::write(*store, settings::upKey[0], largestKey);
+        settings::write(*store, settings::controlMode[0], "KEYBOARD"_L1);
+        QCOMPARE(settings::read(*store, settings::upKey[0]), largestKey);
+    }
+    const auto store = settings::open();
+    QCOMPARE(settings::read(*store, settings::xMove[0]), -3);
+    QCOMPARE(settings::read(*store, settings::upKey[0]), largestKey);
+    QCOMPARE(settings::read(*store, settings::controlMode[0]), u"KEYBOARD"_s);
+}
+
+void tst_Settings::a_write_leaves_the_other_keys_alone()
+{
+    write(fileName, "[General]\nForeign=kept\nSensR=600\n");
+    settings::write(*settings::open(), settings::sensitivity[0], 300);
+    QCOMPARE(contentOf(fileName).replace("\r\n", "\n"),
+        QByteArray("[General]\nForeign=kept\nSensL=300\nSensR=600\n"));
+}
+
+void tst_Settings::another_working_directory_has_another_file()
+{
+    settings::write(*settings::open(), settings::ballSpeed, 25);
+    const QTemporaryDir other;
+    QVERIFY(QDir::setCurrent(other.path()));
+    QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 20);
+    settings::write(*settings::open(), settings::ballSpeed, 12);
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+    QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 25);
+}
+
+void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
+    QTest::addRow("cut in the middle of a key") << QByteArray("[General]\nBallSpeed=25\nSen");
+    QTest::addRow("rubbish in front") << QByteArray("\xff\xfe rubbish\n[General]\nBallSpeed=25\n");
+}
+
+void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read()
+{
+    QFETCH(QByteArray, content);
+    write(fileName, content);
+    QTest::ignoreMessage(
+        QtDebugMsg, R"(The settings file is damaged; it is kept as ".pong.damaged")");
+    {
+        const auto store = settings::open();
+        QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
+        QCOMPARE(settings::read(*store, settings::sensitivity[0]), 512);
+        settings::write(*store, settings::sensitivity[0], 300);
+    }
+    QCOMPARE(contentOf(copyName), content);
+    const auto store = settings::open(); // whole again, and nobody is told anything
+    QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
+    QCOMPARE(settings::read(*store, settings::sensitivity[0]), 300);
+    QCOMPARE(contentOf(copyName), content);
+}
+
+void tst_Settings::a_later_damage_replaces_the_kept_file()
+{
+    write(copyName, "older");
+    write(fileName, "newer");
+    QTest::ignoreMessage(
+        QtDebugMsg, R"(The settings file is damaged; it is kept as ".pong.damaged")");
+    settings::open();
+    QCOMPARE(contentOf(copyName), QByteArray("newer"));
+}
+
+void tst_Settings::a_whole_file_is_not_copied()
+{
+    write(fileName, "; a remark\n[General]\nBallSpeed=25\n");
+    settings::open();
+    QCOMPARE(files(), QStringList{fileName});
+}
+
+void tst_Settings::what_is_no_number_reads_as_0_and_is_told_data()
+{
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QByteArray>("told");
+    const auto add = [](const char *name, const QByteArray &written, const QByteArray &told) {
+        QTest::addRow("%s", name) << written << told;
+    };
+    add("a word", "fast", "fast");
+    add("nothing", "", "");
+    add("a number with a tail", "12abc", "12abc");
+    add("a fraction", "20.5", "20.5");
+    add("beyond 32 bits", "99999999999", "99999999999");
+    add("a list", "20, 21", "");
+    add("no value at all", "@Invalid()", "");
+}
+
+void tst_Settings::what_is_no_number_reads_as_0_and_is_told()
+{
+    QFETCH(QByteArray, written);
+    QFETCH(QByteArray, told);
+    write(fileName, "[General]\nBallSpeed=" + written + "\nCC_00=" + written + '\n');
+    const auto store = settings::open();
+    QTest::ignoreMessage(QtDebugMsg, noNumber("BallSpeed", told));
+    QCOMPARE(settings::read(*store, settings::ballSpeed), 0);
+    QTest::ignoreMessage(QtDebugMsg, noNumber("CC_00", told));
+    QCOMPARE(settings::read(*store, settings::moveStatus[0]), 0U);
+}
+
+void tst_Settings::a_number_of_another_sign_is_no_key()
+{
+    write(fileName, "[General]\nKeyboardUpL=-1\nXMoveL=-1\nKeyboardDownL=4294967295\n");
+    const auto store = settings::open();
+    QTest::ignoreMessage(QtDebugMsg, noNumber("KeyboardUpL", "-1"));
+    QCOMPARE(settings::read(*store, settings::upKey[0]), 0U);
+    QCOMPARE(settings::read(*store, settings::xMove[0]), -1);
+    QCOMPARE(settings::read(*store, settings::downKey[0]), 4294967295U);
+}
+
+void tst_Settings::a_mode_is_read_as_it_stands_data()
+{
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("mode");
+    QTest::addRow("MIDI") << QByteArray("MIDI") << u"MIDI"_s;
+    QTest::addRow("lower case") << QByteArray("midi") << u"midi"_s;
+    QTest::addRow("empty") << QByteArray() << QString();
+    QTest::addRow("a list") << QByteArray("MIDI, XBOX") << QString();
+}
+
+void tst_Settings::a_mode_is_read_as_it_stands()
+{
+    QFETCH(QByteArray, written);
+    QFETCH(QString, mode);
+    write(fileName, "[General]\nControlModeLeft=" + written + '\n');
+    QCOMPARE(settings::read(*settings::open(), settings::controlMode[0]), mode);
+}
+
+QTEST_GUILESS_MAIN(tst_Settings)
+#include "tst_settings.moc"

@@ -1,0 +1,93 @@
+#include "exposure.h"
+#include "frames.h"
+#include "phosphor.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+// What the host takes from shared memory that another process has filled with anything.
+//
+// An input is the header as it lies in memory, then a zone (one byte), then that zone's frames:
+// its newest number, and again and again number, time, count of points, count of words that follow
+// (one byte), the words. Where the input ends, zeros stand.
+
+namespace {
+
+class Bytes
+{
+public:
+    Bytes(const std::uint8_t *data, std::size_t size)
+        : m_data(data)
+        , m_left(size)
+    {
+    }
+    template <class T>
+    T take()
+    {
+        T value = {};
+        const std::size_t size = std::min(sizeof(T), m_left);
+        if (size > 0) // the data of an empty input may be null
+            std::memcpy(&value, m_data, size);
+        m_data += size;
+        m_left -= size;
+        return value;
+    }
+
+private:
+    const std::uint8_t *m_data;
+    std::size_t m_left;
+};
+
+void check(bool law)
+{
+    if (!law)
+        std::abort();
+}
+
+void fill(ZoneRing &ring, Bytes &input)
+{
+    ring.newest.write(input.take<std::uint64_t>());
+    for (FrameSlot &slot : ring.frames) {
+        slot.number.write(input.take<std::uint64_t>());
+        slot.sentAt.write(input.take<std::int64_t>());
+        slot.pointCount.write(input.take<std::uint32_t>());
+        const auto words = input.take<std::uint8_t>();
+        for (std::size_t i = 0; i < 0xff; ++i)
+            slot.words[i].write(i < words ? input.take<std::uint32_t>() : 0);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static const auto memory = std::make_unique<SharedMemory>();
+    Bytes input(data, size);
+    memory->header = input.take<HostHeader>();
+    ZoneRing &ring = memory->zones[input.take<std::uint8_t>() % memory->zones.size()];
+    ring.newest.write(input.take<std::uint64_t>());
+    FrameReader reader(ring);
+    fill(ring, input);
+
+    const std::int32_t zones = hostZoneCount(*memory);
+    check(zones >= 0 && zones <= maxZones);
+    isHostAlive(*memory, memory->header.heartbeat.read() / 2);
+
+    Exposure exposure;
+    exposure.resize(24);
+    Phosphor phosphor;
+    phosphor.resize(24);
+    Frame frame;
+    std::uint64_t taken = 0;
+    while (reader.take(frame)) {
+        check(++taken <= framesPerZone);
+        check(frame.points.size() <= std::size_t(ldbMaxPoints));
+        exposure.expose(frame.points);
+        phosphor.show(exposure, std::chrono::milliseconds(9));
+    }
+    const LdbPoint point = {};
+    check(writeFrame(*memory, 0, {&point, 1}, 0) == (zones > 0));
+    return 0;
+}

@@ -1,0 +1,42 @@
+#include "versionfile.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+/// Whether `version` may become part of an address, a file name and the first line of a text that
+/// might be taken for markup.
+bool isHarmless(const QString &version)
+{
+    for (const QChar character : version) {
+        if (!character.isSpace() && !QStringLiteral("0123456789.+-eE").contains(character))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const QByteArrayView bytes(data, qsizetype(size));
+    const VersionFile file = readVersionFile(bytes);
+    require(
+        file.state == VersionFile::Readable || (file.version.isEmpty() && file.notes.isEmpty()));
+    require(file.version.size() + file.notes.size() <= bytes.size());
+    require(!file.version.contains(u' '));
+    require(!file.notes.contains(u'='));
+    if (versionInHundredths(file.version) > 0)
+        require(isHarmless(file.version));
+    const QString text = QString::fromLatin1(bytes);
+    if (versionInHundredths(text) > 0)
+        require(isHarmless(text));
+    return 0;
+}

@@ -1,0 +1,374 @@
+#include "badbey.h"
+#include "debuglines.h"
+#include "fakehost.h"
+#include "pong.h"
+
+#include <QMetaMethod>
+#include <QTest>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString load = u"LoadLibrary BEYONDIOx64.dll"_s;
+const QString noHost = u"Beyond not started or Incorrect Beyond Version"_s;
+
+QString sent(int zone, int count)
+{
+    return u"ldbSendFrame 2 %1 0 SingleZone %2 points null 100 -1"_s.arg(zone).arg(count);
+}
+
+/// A game that is still on the test's thread: ticks and host checks are called by hand.
+struct Game
+{
+    explicit Game(bool connected = true)
+    {
+        QObject::connect(
+            &pong, &Pong::beyCoStatus, [](BeyondState state) { qDebug("status %d", int(state)); });
+        if (connected)
+            pong.checkHost();
+        pong.gameShown = true;
+        lines.takeAll();
+        host.takeCalls();
+    }
+
+    void tick(int times = 1)
+    {
+        for (int i = 0; i < times; ++i)
+            pong.UpdatePongDisplay();
+    }
+
+    /// Ticks until a frame has gone out, because the count of ticks between frames belongs to the
+    /// process. The match, which waits for a serve, is none the worse.
+    void tickToFrame()
+    {
+        const int before = host.framesSent;
+        while (host.framesSent == before)
+            tick();
+        host.takeCalls();
+        host.takeFrames();
+    }
+
+    void play()
+    {
+        pong.requestStart(0);
+        tick();
+        pong.requestStart(0);
+    }
+
+    FakeHost host;
+    DebugLines lines;
+    Pong pong;
+};
+
+} // namespace
+
+class tst_Tick : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_signals_and_slots_are_in_their_order();
+    void a_new_game_has_loaded_the_library_and_waits_for_its_first_load();
+    void a_shown_game_sends_a_frame_on_every_third_tick();
+    void the_match_moves_on_every_tick();
+    void the_paddles_move_before_the_ball();
+    void a_frame_in_play_has_175_points_and_one_that_waits_shows_the_scores();
+    void a_point_writes_who_scored_and_the_score_data();
+    void a_point_writes_who_scored_and_the_score();
+    void a_hidden_game_sends_an_empty_frame_on_every_tick_and_stands_still();
+    void no_zone_sends_nothing_and_the_match_goes_on();
+    void without_a_host_a_tick_does_nothing();
+    void a_lost_host_freezes_the_match_until_it_is_back();
+
+    void a_check_that_finds_the_host_as_it_was_says_nothing();
+    void a_host_is_found_from_build_1614_on_data();
+    void a_host_is_found_from_build_1614_on();
+    void a_lost_host_is_told_once_data();
+    void a_lost_host_is_told_once();
+    void a_host_that_is_back_has_its_output_off();
+
+    void output_zones_and_zone_reach_the_host();
+    void without_the_library_nothing_is_asked_of_the_host();
+};
+
+void tst_Tick::the_signals_and_slots_are_in_their_order()
+{
+    QByteArrayList signatures;
+    const QMetaObject &meta = Pong::staticMetaObject;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+        signatures.append(meta.method(i).methodSignature());
+    QCOMPARE(signatures,
+        (QByteArrayList{
+            "killThread()", "beyCoStatus(BeyondState)", "FirstLoad()", "UpdatePongDisplay()"}));
+}
+
+void tst_Tick::a_new_game_has_loaded_the_library_and_waits_for_its_first_load()
+{
+    FakeHost host;
+    const Pong pong;
+    QCOMPARE(host.takeCalls(), QStringList{load});
+    QCOMPARE(pong.thread(), QThread::currentThread());
+    QCOMPARE(pong.binding()->parent(), &pong);
+    QVERIFY(!pong.gameShown);
+    QVERIFY(pong.pointPending);
+}
+
+void tst_Tick::a_shown_game_sends_a_frame_on_every_third_tick()
+{
+    Game game;
+    game.tickToFrame();
+    for (int frame = 1; frame <= 10; ++frame) {
+        game.tick(2);
+        QCOMPARE(game.host.takeCalls(), QStringList());
+        game.tick();
+        QCOMPARE(game.host.takeCalls().size(), 1);
+    }
+}
+
+void tst_Tick::the_match_moves_on_every_tick()
+{
+    Game game;
+    game.play();
+    game.pong.setPaddleInput(0, 63);
+    game.pong.setPaddleInput(1, -64);
+    for (int tick = 1; tick <= 10; ++tick) {
+        game.tick();
+        QCOMPARE(game.pong.ballPos, (Point{-31200 + tick * 106, 0}));
+        QCOMPARE(game.pong.leftPaddle.y, tick * 63);
+        QCOMPARE(game.pong.rightPaddle.y, tick * -64);
+    }
+}
+
+void tst_Tick::the_paddles_move_before_the_ball()
+{
+    Game game;
+    game.pong.setPaddleInput(0, 50);
+    game.tick();
+    QCOMPARE(game.pong.ballPos, (Point{-31200, 50}));
+}
+
+void tst_Tick::a_frame_in_play_has_175_points_and_one_that_waits_shows_the_scores()
+{
+    Game game;
+    game.tickToFrame();
+    game.tick(3);
+    // Two noughts, the dash and the field.
+    QCOMPARE(game.host.takeCalls(), QStringList{sent(0, 2 * 86 + 15 + 152)});
+    game.pong.requestStart(0);
+    game.tick(3);
+    QCOMPARE(game.host.takeCalls(), QStringList{sent(0, 175)});
+    game.pong.requestStart(0);
+    game.tick(3);
+    QCOMPARE(game.host.takeCalls(), QStringList{sent(0, 175)});
+    const auto frames = game.host.takeFrames();
+    QCOMPARE(frames.last().points[1].x, -31200.0F + 3 * 106 + 800);
+}
+
+void tst_Tick::a_point_writes_who_scored_and_the_score_data()
+{
+    QTest::addColumn<int>("loser");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addRow("left misses") << 0 << QStringList{u"Right scores"_s, u"Score LR = 3-6"_s};
+    QTest::addRow("right misses") << 1 << QStringList{u"Left scores"_s, u"Score LR = 4-5"_s};
+}
+
+void tst_Tick::a_point_writes_who_scored_and_the_score()
+{
+    QFETCH(int, loser);
+    Game game;
+    game.play();
+    game.pong.leftScore = 3;
+    game.pong.rightScore = 5;
+    game.pong.ballPos = {loser == 0 ? -31190 : 31190, 9000};
+    game.pong.ballVx = loser == 0 ? -106.0F : 106.0F;
+    game.tick();
+    QTEST(game.lines.takeAll(), "expected");
+    game.tick(10);
+    QCOMPARE(game.lines.takeAll(), QStringList());
+}
+
+void tst_Tick::a_hidden_game_sends_an_empty_frame_on_every_tick_and_stands_still()
+{
+    Game game;
+    game.play();
+    game.tickToFrame();
+    game.pong.setPaddleInput(0, 63);
+    game.tick();
+    const Point ball = game.pong.ballPos;
+    game.pong.gameShown = false;
+    for (int tick = 0; tick < 10; ++tick) {
+        game.tick();
+        QCOMPARE(game.host.takeCalls(), QStringList{sent(0, 0)});
+    }
+    QCOMPARE(game.pong.ballPos, ball);
+    QCOMPARE(game.pong.leftPaddle.y, 63);
+    // Shown again it goes on where it stopped: two more ticks to the frame.
+    game.pong.gameShown = true;
+    game.tick();
+    QCOMPARE(game.host.takeCalls(), QStringList());
+    game.tick();
+    QCOMPARE(game.host.takeCalls(), QStringList{sent(0, 175)});
+    QCOMPARE(game.pong.ballPos, (Point{ball.x + 2 * 106, ball.y}));
+}
+
+void tst_Tick::no_zone_sends_nothing_and_the_match_goes_on()
+{
+    Game game;
+    game.pong.setZone(-1);
+    game.play();
+    game.tick(30);
+    QCOMPARE(game.host.takeCalls(), QStringList());
+    QCOMPARE(game.pong.ballPos, (Point{-31200 + 30 * 106, 0}));
+    QVERIFY(game.pong.binding()->points.isEmpty());
+    game.pong.gameShown = false;
+    game.tick(30);
+    QCOMPARE(game.host.takeCalls(), QStringList());
+}
+
+void tst_Tick::without_a_host_a_tick_does_nothing()
+{
+    Game game(false);
+    game.pong.setPaddleInput(0, 63);
+    for (const bool shown : {true, false}) {
+        game.pong.gameShown = shown;
+        game.tick(9);
+        QCOMPARE(game.host.takeCalls(), QStringList());
+        QCOMPARE(game.pong.leftPaddle.y, 0);
+        QCOMPARE(game.pong.ballPos, (Point{0, 0}));
+    }
+}
+
+void tst_Tick::a_lost_host_freezes_the_match_until_it_is_back()
+{
+    Game game;
+    game.play();
+    game.tickToFrame();
+    game.tick();
+    const Point ball = game.pong.ballPos;
+    game.host.ready = 0;
+    game.pong.checkHost();
+    game.host.takeCalls();
+    game.tick(10);
+    QCOMPARE(game.pong.ballPos, ball);
+    QCOMPARE(game.host.takeCalls(), QStringList());
+    game.host.ready = 1;
+    game.pong.checkHost();
+    game.host.takeCalls();
+    game.tick(2);
+    QCOMPARE(game.pong.ballPos, (Point{ball.x + 2 * 106, ball.y}));
+    QCOMPARE(game.host.takeCalls(), QStringList{sent(0, 175)});
+}
+
+void tst_Tick::a_check_that_finds_the_host_as_it_was_says_nothing()
+{
+    Game game;
+    game.pong.checkHost();
+    QCOMPARE(game.lines.takeAll(), QStringList());
+    QCOMPARE(
+        game.host.takeCalls(), (QStringList{u"ldbBeyondExeReady"_s, u"ldbGetBeyondVersion"_s}));
+    game.host.ready = 0;
+    game.pong.checkHost();
+    game.lines.takeAll();
+    for (int check = 0; check < 3; ++check)
+        game.pong.checkHost();
+    QCOMPARE(game.lines.takeAll(), QStringList());
+}
+
+void tst_Tick::a_host_is_found_from_build_1614_on_data()
+{
+    QTest::addColumn<int>("build");
+    QTest::addColumn<QStringList>("lines");
+    QTest::addRow("1613") << 1613 << QStringList();
+    QTest::addRow("1614") << 1614 << QStringList{u"1614"_s, u"status 2"_s};
+    QTest::addRow("1700") << 1700 << QStringList{u"1700"_s, u"status 2"_s};
+    QTest::addRow("0") << 0 << QStringList();
+    QTest::addRow("-2, which is no missing library") << -2 << QStringList();
+    QTest::addRow("the lowest") << std::numeric_limits<int>::min() << QStringList();
+}
+
+void tst_Tick::a_host_is_found_from_build_1614_on()
+{
+    QFETCH(int, build);
+    QFETCH(QStringList, lines);
+    Game game(false);
+    game.host.build = build;
+    game.pong.checkHost();
+    QCOMPARE(game.lines.takeAll(), lines);
+    QCOMPARE(game.host.takeCalls(),
+        (QStringList{u"ldbBeyondExeReady"_s, u"ldbCreate"_s, u"ldbGetBeyondVersion"_s,
+            u"ldbDisableLaserOutput"_s}));
+    game.tick(3);
+    QCOMPARE(game.host.framesSent > 0, !lines.isEmpty());
+}
+
+void tst_Tick::a_lost_host_is_told_once_data()
+{
+    QTest::addColumn<int>("ready");
+    QTest::addColumn<int>("build");
+    QTest::addRow("gone") << 0 << 1700;
+    QTest::addRow("not exactly ready") << 2 << 1700;
+    QTest::addRow("replaced by an older one") << 1 << 1613;
+}
+
+void tst_Tick::a_lost_host_is_told_once()
+{
+    QFETCH(int, ready);
+    QFETCH(int, build);
+    Game game;
+    game.host.ready = ready;
+    game.host.build = build;
+    game.pong.checkHost();
+    QCOMPARE(game.lines.takeAll(), (QStringList{u"status 0"_s, noHost}));
+    game.pong.checkHost();
+    QCOMPARE(game.lines.takeAll(), QStringList());
+    game.host.ready = 1;
+    game.host.build = 1800;
+    game.pong.checkHost();
+    QCOMPARE(game.lines.takeAll(), (QStringList{u"1800"_s, u"status 2"_s}));
+}
+
+void tst_Tick::a_host_that_is_back_has_its_output_off()
+{
+    Game game;
+    game.pong.enableOutput(true);
+    QVERIFY(game.host.outputOn);
+    game.host.ready = 0;
+    game.pong.checkHost();
+    game.host.ready = 1;
+    game.pong.checkHost();
+    QVERIFY(!game.host.outputOn);
+}
+
+void tst_Tick::output_zones_and_zone_reach_the_host()
+{
+    Game game;
+    game.host.zones = 5;
+    game.pong.enableOutput(true);
+    game.pong.enableOutput(false);
+    QCOMPARE(game.pong.zoneCount(), 5);
+    game.pong.setZone(4);
+    game.pong.gameShown = false;
+    game.tick();
+    QCOMPARE(game.host.takeCalls(),
+        (QStringList{u"ldbEnableLaserOutput"_s, u"ldbDisableLaserOutput"_s, u"ldbGetZoneCount"_s,
+            sent(4, 0)}));
+}
+
+void tst_Tick::without_the_library_nothing_is_asked_of_the_host()
+{
+    FakeHost host;
+    host.installed = false;
+    Pong pong;
+    host.takeCalls();
+    pong.enableOutput(true);
+    QCOMPARE(pong.zoneCount(), 0);
+    pong.UpdatePongDisplay();
+    QCOMPARE(host.takeCalls(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(tst_Tick)
+
+#include "tst_tick.moc"

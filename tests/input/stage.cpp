@@ -1,0 +1,140 @@
+#include "stage.h"
+
+#include "cxboxcontroller.h"
+
+#include <QDir>
+#include <QSettings>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString fileName = u".pong"_s;
+constexpr int readsOfPoll = 20;
+
+Stage::Player playerOf(const MainWindow &window, int side)
+{
+    const auto find = [&window]<class Widget>(Widget *&widget, const QString &name) {
+        widget = window.findChild<Widget *>(name);
+        QVERIFY2(widget, qPrintable(name));
+    };
+    const QString letter = side == 0 ? u"L"_s : u"R"_s;
+    const QString word = side == 0 ? u"left"_s : u"right"_s;
+    Stage::Player player = {};
+    player.side = side;
+    find(player.midi, word + "MidiRadio"_L1);
+    find(player.xbox, word + "XboxRadio"_L1);
+    find(player.keyboard, word + "KeyboardRadio"_L1);
+    find(player.midiList, "midi"_L1 + letter + "ComboBox"_L1);
+    find(player.xboxList, "xbox"_L1 + letter + "ComboBox"_L1);
+    find(player.learnMove, "learnCC"_L1 + letter);
+    find(player.learnStart, "learnStart"_L1 + letter);
+    find(player.learnUp, "learnUp"_L1 + letter);
+    find(player.learnDown, "learnDown"_L1 + letter);
+    find(player.bits, "bits"_L1 + letter + "Check"_L1);
+    find(player.sensitivity, "sens"_L1 + letter + "Slider"_L1);
+    return player;
+}
+
+} // namespace
+
+Stage::Stage(const QStringList &midiDevices, int pads, const Settings &settings)
+    : midi(midiDevices)
+    , pads(pads)
+    , m_previousFolder(QDir::currentPath())
+{
+    host.ready = 0;
+    QVERIFY(m_folder.isValid());
+    QDir::setCurrent(m_folder.path());
+    QSettings store(fileName, QSettings::IniFormat);
+    for (auto setting = settings.begin(); setting != settings.end(); ++setting)
+        store.setValue(setting.key(), setting.value());
+}
+
+Stage::~Stage()
+{
+    close();
+    QDir::setCurrent(m_previousFolder);
+}
+
+void Stage::open()
+{
+    window = std::make_unique<MainWindow>();
+    players = {playerOf(*window, 0), playerOf(*window, 1)};
+    window->show();
+    QTRY_COMPARE(players[0].midiList->itemText(0), u"Select MIDI device"_s);
+}
+
+void Stage::close()
+{
+    window.reset();
+}
+
+Stage::Settings Stage::settings() const
+{
+    const QSettings store(fileName, QSettings::IniFormat);
+    Settings all;
+    for (const QString &key : store.allKeys())
+        all.insert(key, store.value(key).toString());
+    return all;
+}
+
+int Stage::step(int side) const
+{
+    const Pong &game = window->game();
+    return side == 0 ? game.leftStep : game.rightStep;
+}
+
+std::optional<int> Stage::takeStart()
+{
+    const Pong &game = window->game();
+    if (game.pointPending)
+        return std::nullopt;
+    const int side = game.servePhase;
+    window->on_resetButton_clicked();
+    return side;
+}
+
+void Stage::click(QAbstractButton *button)
+{
+    QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+}
+
+int Stage::sendMidi(int device, int status, int number, int value)
+{
+    const int handles = midi.send(device, static_cast<DWORD>(status | number << 8 | value << 16));
+    QCoreApplication::processEvents();
+    return handles;
+}
+
+void Stage::poll(std::size_t pad)
+{
+    // One poll may have been under way; the one after it is whole.
+    const int enough = pads.pads[pad].reads + 2 * readsOfPoll;
+    QTRY_VERIFY(pads.pads[pad].reads >= enough);
+    QCoreApplication::processEvents();
+}
+
+bool Stage::isPolled(std::size_t pad)
+{
+    // A poller of our own, on the fourth pad, is the clock.
+    CXBOXController clock(4);
+    clock.startPolling();
+    poll(3);
+    const int before = pads.pads[pad].reads;
+    poll(3);
+    return pads.pads[pad].reads != before;
+}
+
+void addSides()
+{
+    QTest::addColumn<int>("side");
+    QTest::addRow("left") << 0;
+    QTest::addRow("right") << 1;
+}
+
+QString midiKey(const QString &control, int side, int byte)
+{
+    return control + u'_' + QString::number(side) + QString::number(byte);
+}

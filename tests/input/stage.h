@@ -1,0 +1,90 @@
+#pragma once
+
+#include "fakehost.h"
+#include "fakemidi.h"
+#include "fakepads.h"
+#include "mainwindow.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QMap>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <optional>
+
+/// The operator's window with a host, MIDI devices and gamepads that are played by hand, in a
+/// working directory of its own. The host is not ready unless told otherwise, so that no match
+/// goes on behind a test.
+class Stage
+{
+public:
+    /// The widgets of one player.
+    struct Player
+    {
+        int side;
+        QRadioButton *midi;
+        QRadioButton *xbox;
+        QRadioButton *keyboard;
+        QComboBox *midiList;
+        QComboBox *xboxList;
+        QPushButton *learnMove;
+        QPushButton *learnStart;
+        QPushButton *learnUp;
+        QPushButton *learnDown;
+        QCheckBox *bits;
+        QSlider *sensitivity;
+    };
+
+    /// What a settings file holds or held: every key with its value as text.
+    using Settings = QMap<QString, QString>;
+
+    /// Sets everything up but the window.
+    explicit Stage(
+        const QStringList &midiDevices = {}, int pads = 0, const Settings &settings = {});
+    ~Stage();
+    Stage(const Stage &) = delete;
+    Stage &operator=(const Stage &) = delete;
+
+    /// Shows the window and waits until it has listed the devices.
+    void open();
+    /// Destroys the window.
+    void close();
+
+    /// What the window holds in its store now, written to the file or not.
+    Settings settings() const;
+    /// The step of a side's paddle.
+    int step(int side) const;
+    /// The side that has requested a start since the last call, if one has; the match is then put
+    /// back to its beginning.
+    std::optional<int> takeStart();
+
+    /// Clicks a button where a radio button and a check box have their mark.
+    static void click(QAbstractButton *button);
+    /// Sends a short message from input device `device` on a thread of its own, and lets the
+    /// window work. Returns how many handles received it.
+    int sendMidi(int device, int status, int number, int value);
+    /// Waits until the pad of user index `pad` has been read as it is now, and the window has
+    /// worked on that.
+    void poll(std::size_t pad);
+    /// Whether the pad of user index `pad` is still read, as long as it is not the fourth.
+    bool isPolled(std::size_t pad);
+
+    FakeHost host;
+    FakeMidi midi;
+    FakePads pads;
+    std::unique_ptr<MainWindow> window;
+    std::array<Player, 2> players = {};
+
+private:
+    QTemporaryDir m_folder;
+    QString m_previousFolder;
+};
+
+/// Adds the column `side` and a row for each.
+void addSides();
+/// The key of a byte, 0 or 1, of a MIDI binding: "CC_00".
+QString midiKey(const QString &control, int side, int byte);

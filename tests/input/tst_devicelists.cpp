@@ -1,0 +1,399 @@
+#include "mididevices.h"
+#include "stage.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const Stage::Settings midiModes = {
+    {u"ControlModeLeft"_s, u"MIDI"_s},
+    {u"ControlModeRight"_s, u"MIDI"_s},
+};
+constexpr auto failureLine = "Cannot open and start Midi device";
+
+MidiDevIn &midiIn(int side)
+{
+    return side == 0 ? midiInLeft : midiInRight;
+}
+
+QStringList entries(const QComboBox *list)
+{
+    QStringList texts;
+    for (int i = 0; i < list->count(); ++i)
+        texts.append(list->itemText(i));
+    return texts;
+}
+
+} // namespace
+
+class tst_DeviceLists : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_midi_lists_hold_the_devices_in_the_order_of_the_system_data();
+    void the_midi_lists_hold_the_devices_in_the_order_of_the_system();
+    void the_pad_lists_hold_the_unbroken_run_of_pads_data();
+    void the_pad_lists_hold_the_unbroken_run_of_pads();
+    void what_is_plugged_in_later_is_not_offered();
+    void nothing_is_opened_or_polled_at_the_start();
+    void choosing_a_device_opens_and_starts_it_data();
+    void choosing_a_device_opens_and_starts_it();
+    void choosing_the_placeholder_stops_and_closes_the_device_data();
+    void choosing_the_placeholder_stops_and_closes_the_device();
+    void the_arrow_keys_choose_a_device();
+    void of_two_devices_with_one_name_the_position_decides();
+    void a_device_that_cannot_be_opened_is_left_again_data();
+    void a_device_that_cannot_be_opened_is_left_again();
+    void a_device_that_cannot_be_started_is_left_again_data();
+    void a_device_that_cannot_be_started_is_left_again();
+    void a_device_unplugged_before_it_was_chosen_is_left_again();
+    void a_second_device_leaves_the_first_open_and_silent_data();
+    void a_second_device_leaves_the_first_open_and_silent();
+    void a_second_device_that_fails_closes_the_first();
+    void the_placeholder_without_a_device_is_harmless_data();
+    void the_placeholder_without_a_device_is_harmless();
+    void a_device_serves_one_side_at_a_time_data();
+    void a_device_serves_one_side_at_a_time();
+    void a_device_that_vanishes_can_be_left_data();
+    void a_device_that_vanishes_can_be_left();
+    void no_device_is_open_after_the_window();
+};
+
+void tst_DeviceLists::the_midi_lists_hold_the_devices_in_the_order_of_the_system_data()
+{
+    QTest::addColumn<QStringList>("devices");
+    QTest::addRow("none") << QStringList();
+    QTest::addRow("one") << QStringList{u"nanoKONTROL2"_s};
+    QTest::addRow("three") << QStringList{u"Zeta"_s, u"Alpha"_s, u"Mitte für Töne"_s};
+    QTest::addRow("the same name twice") << QStringList{u"USB MIDI"_s, u"Other"_s, u"USB MIDI"_s};
+    QTest::addRow("without a name") << QStringList{QString(), u"Other"_s};
+}
+
+void tst_DeviceLists::the_midi_lists_hold_the_devices_in_the_order_of_the_system()
+{
+    QFETCH(QStringList, devices);
+    Stage stage(devices);
+    stage.open();
+    for (const Stage::Player &player : stage.players) {
+        QCOMPARE(entries(player.midiList), QStringList{u"Select MIDI device"_s} + devices);
+        QCOMPARE(player.midiList->currentIndex(), 0);
+    }
+}
+
+void tst_DeviceLists::the_pad_lists_hold_the_unbroken_run_of_pads_data()
+{
+    QTest::addColumn<QList<int>>("connected");
+    QTest::addColumn<int>("listed");
+    QTest::addColumn<QList<int>>("probes"); // by user index, the fifth for all beyond
+    QTest::addRow("none") << QList<int>() << 0 << QList<int>{1, 0, 0, 0, 0};
+    QTest::addRow("the first") << QList<int>{0} << 1 << QList<int>{1, 1, 0, 0, 0};
+    QTest::addRow("not the first") << QList<int>{1, 2, 3} << 0 << QList<int>{1, 0, 0, 0, 0};
+    QTest::addRow("0 and 2") << QList<int>{0, 2} << 1 << QList<int>{1, 1, 0, 0, 0};
+    QTest::addRow("all four") << QList<int>{0, 1, 2, 3} << 4 << QList<int>{1, 1, 1, 1, 1};
+}
+
+void tst_DeviceLists::the_pad_lists_hold_the_unbroken_run_of_pads()
+{
+    QFETCH(QList<int>, connected);
+    QFETCH(int, listed);
+    QFETCH(QList<int>, probes);
+    Stage stage;
+    for (const int pad : connected)
+        stage.pads.pads[size_t(pad)].connected = true;
+    stage.open();
+    QStringList expected = {u"Select XBox device"_s, u"XBox Controller 1"_s, u"XBox Controller 2"_s,
+        u"XBox Controller 3"_s, u"XBox Controller 4"_s};
+    expected.resize(1 + listed);
+    for (const Stage::Player &player : stage.players) {
+        QCOMPARE(entries(player.xboxList), expected);
+        QCOMPARE(player.xboxList->currentIndex(), 0);
+    }
+    QList<int> reads;
+    for (const FakePads::Pad &pad : stage.pads.pads)
+        reads.append(pad.reads);
+    QCOMPARE(reads + QList<int>{stage.pads.readsBeyond}, probes);
+}
+
+void tst_DeviceLists::what_is_plugged_in_later_is_not_offered()
+{
+    Stage stage({u"First"_s}, 1, midiModes);
+    stage.open();
+    stage.midi.inputs.append({.name = u"Second"_s});
+    stage.pads.pads[1].connected = true;
+    for (const Stage::Player &player : stage.players) {
+        Stage::click(player.xbox);
+        Stage::click(player.midi);
+        QCOMPARE(player.midiList->count(), 2);
+        QCOMPARE(player.xboxList->count(), 2);
+    }
+}
+
+void tst_DeviceLists::nothing_is_opened_or_polled_at_the_start()
+{
+    Stage stage({u"First"_s, u"Second"_s}, 2, {{u"ControlModeLeft"_s, u"MIDI"_s}});
+    stage.open();
+    QCOMPARE(stage.midi.takeDeviceCalls(), QStringList());
+    for (const int side : {0, 1})
+        QCOMPARE(midiIn(side).getDeviceIndex(), -1);
+    for (const std::size_t pad : {0, 1})
+        QVERIFY(!stage.isPolled(pad));
+}
+
+void tst_DeviceLists::choosing_a_device_opens_and_starts_it_data()
+{
+    addSides();
+}
+
+void tst_DeviceLists::choosing_a_device_opens_and_starts_it()
+{
+    QFETCH(int, side);
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    stage.open();
+    stage.players[size_t(side)].midiList->setCurrentIndex(2);
+    QCOMPARE(stage.midi.takeDeviceCalls(), QStringList({u"midiInOpen 1"_s, u"midiInStart 1"_s}));
+    QCOMPARE(stage.midi.instances, {reinterpret_cast<DWORD_PTR>(stage.window.get())});
+    QCOMPARE(midiIn(side).getDeviceIndex(), 1);
+    QCOMPARE(midiIn(side).getDeviceName(), u"Second"_s);
+    QCOMPARE(midiIn(1 - side).getDeviceIndex(), -1);
+    QCOMPARE(stage.players[size_t(1 - side)].midiList->currentIndex(), 0);
+}
+
+void tst_DeviceLists::choosing_the_placeholder_stops_and_closes_the_device_data()
+{
+    addSides();
+}
+
+void tst_DeviceLists::choosing_the_placeholder_stops_and_closes_the_device()
+{
+    QFETCH(int, side);
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    stage.open();
+    QComboBox *list = stage.players[size_t(side)].midiList;
+    list->setCurrentIndex(2);
+    stage.midi.takeCalls();
+    list->setCurrentIndex(0);
+    QCOMPARE(stage.midi.takeDeviceCalls(), QStringList({u"midiInStop 1"_s, u"midiInClose 1"_s}));
+    QCOMPARE(midiIn(side).getDeviceIndex(), -1);
+    QVERIFY(stage.midi.openInputs.isEmpty());
+}
+
+void tst_DeviceLists::the_arrow_keys_choose_a_device()
+{
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    stage.open();
+    QComboBox *list = stage.players[1].midiList;
+    QTest::keyClick(list, Qt::Key_Down);
+    QCOMPARE(midiInRight.getDeviceName(), u"First"_s);
+    QTest::keyClick(list, Qt::Key_Up);
+    QCOMPARE(midiInRight.getDeviceName(), QString());
+}
+
+void tst_DeviceLists::of_two_devices_with_one_name_the_position_decides()
+{
+    Stage stage({u"USB MIDI"_s, u"USB MIDI"_s}, 0, midiModes);
+    stage.open();
+    stage.players[0].midiList->setCurrentIndex(2);
+    stage.players[1].midiList->setCurrentIndex(1);
+    QCOMPARE(stage.midi.takeDeviceCalls(),
+        QStringList(
+            {u"midiInOpen 1"_s, u"midiInStart 1"_s, u"midiInOpen 0"_s, u"midiInStart 0"_s}));
+    QCOMPARE(midiInLeft.getDeviceIndex(), 1);
+    QCOMPARE(midiInRight.getDeviceIndex(), 0);
+}
+
+void tst_DeviceLists::a_device_that_cannot_be_opened_is_left_again_data()
+{
+    addSides();
+}
+
+void tst_DeviceLists::a_device_that_cannot_be_opened_is_left_again()
+{
+    QFETCH(int, side);
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    stage.midi.inputs[1].openResult = MMSYSERR_NOMEM;
+    stage.open();
+    const Stage::Player &player = stage.players[size_t(side)];
+    QTest::ignoreMessage(QtDebugMsg, failureLine);
+    player.midiList->setCurrentIndex(2);
+    QCOMPARE(stage.midi.takeDeviceCalls(),
+        QStringList({u"midiInOpen 1"_s, u"midiInStop invalid"_s, u"midiInClose invalid"_s}));
+    QCOMPARE(player.midiList->currentIndex(), 0);
+    QCOMPARE(midiIn(side).getDeviceIndex(), -1);
+    QVERIFY(!player.learnMove->isEnabled());
+    QCOMPARE(player.learnMove->text(), u"Click to learn Move"_s);
+}
+
+void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again_data()
+{
+    addSides();
+}
+
+void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again()
+{
+    QFETCH(int, side);
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    stage.midi.inputs[0].startResult = MMSYSERR_ERROR;
+    stage.open();
+    const Stage::Player &player = stage.players[size_t(side)];
+    QTest::ignoreMessage(QtDebugMsg, failureLine);
+    player.midiList->setCurrentIndex(1);
+    QCOMPARE(stage.midi.takeDeviceCalls(),
+        QStringList(
+            {u"midiInOpen 0"_s, u"midiInStart 0"_s, u"midiInStop 0"_s, u"midiInClose 0"_s}));
+    QCOMPARE(player.midiList->currentIndex(), 0);
+    QCOMPARE(midiIn(side).getDeviceIndex(), -1);
+    QVERIFY(stage.midi.openInputs.isEmpty());
+}
+
+void tst_DeviceLists::a_device_unplugged_before_it_was_chosen_is_left_again()
+{
+    Stage stage({u"First"_s}, 0, midiModes);
+    stage.open();
+    stage.midi.unplugInput(0);
+    QTest::ignoreMessage(QtDebugMsg, failureLine);
+    stage.players[0].midiList->setCurrentIndex(1);
+    QCOMPARE(stage.players[0].midiList->currentIndex(), 0);
+    QCOMPARE(midiInLeft.getDeviceIndex(), -1);
+}
+
+void tst_DeviceLists::a_second_device_leaves_the_first_open_and_silent_data()
+{
+    addSides();
+}
+
+void tst_DeviceLists::a_second_device_leaves_the_first_open_and_silent()
+{
+    QFETCH(int, side);
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    stage.open();
+    const Stage::Player &player = stage.players[size_t(side)];
+    player.midiList->setCurrentIndex(1);
+    Stage::click(player.learnMove);
+    stage.sendMidi(0, 0xB0, 7, 64);
+    stage.midi.takeCalls();
+    player.midiList->setCurrentIndex(2);
+    QCOMPARE(stage.midi.takeDeviceCalls(), QStringList({u"midiInOpen 1"_s, u"midiInStart 1"_s}));
+    QCOMPARE(midiIn(side).getDeviceIndex(), 1);
+    QCOMPARE(stage.sendMidi(0, 0xB0, 7, 100), 1);
+    QCOMPARE(stage.step(0), 0);
+    QCOMPARE(stage.step(1), 0);
+    QCOMPARE(stage.sendMidi(1, 0xB0, 7, 100), 1);
+    QCOMPARE(stage.step(side), 36);
+}
+
+void tst_DeviceLists::a_second_device_that_fails_closes_the_first()
+{
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    stage.midi.inputs[1].openResult = MMSYSERR_NOMEM;
+    stage.open();
+    stage.players[0].midiList->setCurrentIndex(1);
+    stage.midi.takeCalls();
+    QTest::ignoreMessage(QtDebugMsg, failureLine);
+    stage.players[0].midiList->setCurrentIndex(2);
+    QCOMPARE(stage.midi.takeDeviceCalls(),
+        QStringList({u"midiInOpen 1"_s, u"midiInStop 0"_s, u"midiInClose 0"_s}));
+    QCOMPARE(midiInLeft.getDeviceIndex(), -1);
+}
+
+void tst_DeviceLists::the_placeholder_without_a_device_is_harmless_data()
+{
+    addSides();
+}
+
+void tst_DeviceLists::the_placeholder_without_a_device_is_harmless()
+{
+    QFETCH(int, side);
+    Stage stage({u"First"_s}, 0, midiModes);
+    stage.open();
+    stage.players[size_t(1 - side)].midiList->setCurrentIndex(1);
+    stage.midi.takeCalls();
+    // The list is there already, and would not say so again.
+    if (side == 0)
+        stage.window->midiLComboChanged(0);
+    else
+        stage.window->midiRComboChanged(0);
+    QCOMPARE(stage.midi.takeDeviceCalls(),
+        QStringList({u"midiInStop invalid"_s, u"midiInClose invalid"_s}));
+    QCOMPARE(midiIn(side).getDeviceIndex(), -1);
+    QCOMPARE(midiIn(1 - side).getDeviceIndex(), 0);
+}
+
+void tst_DeviceLists::a_device_serves_one_side_at_a_time_data()
+{
+    addSides();
+}
+
+void tst_DeviceLists::a_device_serves_one_side_at_a_time()
+{
+    QFETCH(int, side);
+    Stage stage({u"First"_s}, 0, midiModes);
+    stage.open();
+    const Stage::Player &first = stage.players[size_t(side)];
+    const Stage::Player &second = stage.players[size_t(1 - side)];
+    first.midiList->setCurrentIndex(1);
+    QTest::ignoreMessage(QtDebugMsg, failureLine);
+    second.midiList->setCurrentIndex(1);
+    QCOMPARE(second.midiList->currentIndex(), 0);
+    QCOMPARE(midiIn(1 - side).getDeviceIndex(), -1);
+    QCOMPARE(first.midiList->currentIndex(), 1);
+    QCOMPARE(midiIn(side).getDeviceIndex(), 0);
+    Stage::click(first.learnMove);
+    QCOMPARE(stage.sendMidi(0, 0xB0, 7, 64), 1);
+    QCOMPARE(stage.sendMidi(0, 0xB0, 7, 127), 1);
+    QCOMPARE(stage.step(side), 63);
+
+    first.midiList->setCurrentIndex(0);
+    second.midiList->setCurrentIndex(1);
+    QCOMPARE(midiIn(1 - side).getDeviceIndex(), 0);
+}
+
+void tst_DeviceLists::a_device_that_vanishes_can_be_left_data()
+{
+    addSides();
+}
+
+void tst_DeviceLists::a_device_that_vanishes_can_be_left()
+{
+    QFETCH(int, side);
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    stage.open();
+    const Stage::Player &player = stage.players[size_t(side)];
+    player.midiList->setCurrentIndex(1);
+    Stage::click(player.learnMove);
+    stage.sendMidi(0, 0xB0, 7, 64);
+    stage.sendMidi(0, 0xB0, 7, 100);
+    QCOMPARE(stage.step(side), 36);
+    stage.midi.unplugInput(0);
+    stage.midi.takeCalls();
+    player.midiList->setCurrentIndex(0);
+    QCOMPARE(stage.midi.takeDeviceCalls(), QStringList({u"midiInStop 0"_s, u"midiInClose 0"_s}));
+    QCOMPARE(midiIn(side).getDeviceIndex(), -1);
+    QCOMPARE(stage.step(side), 0);
+    // The other device has the number of the one that is gone.
+    player.midiList->setCurrentIndex(1);
+    QCOMPARE(midiIn(side).getDeviceName(), u"Second"_s);
+    stage.sendMidi(0, 0xB0, 7, 0);
+    QCOMPARE(stage.step(side), -64);
+}
+
+void tst_DeviceLists::no_device_is_open_after_the_window()
+{
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    stage.open();
+    stage.players[0].midiList->setCurrentIndex(1);
+    stage.players[1].midiList->setCurrentIndex(2);
+    stage.midi.takeCalls();
+    stage.close();
+    QCOMPARE(stage.midi.takeDeviceCalls(),
+        QStringList(
+            {u"midiInStop 0"_s, u"midiInClose 0"_s, u"midiInStop 1"_s, u"midiInClose 1"_s}));
+    for (const int side : {0, 1})
+        QCOMPARE(midiIn(side).getDeviceIndex(), -1);
+}
+
+QTEST_MAIN(tst_DeviceLists)
+
+#include "tst_devicelists.moc"

@@ -1,0 +1,36 @@
+#include <rtmidi/RtMidi.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+// A MIDI device, played by whoever writes to its standard input: each line is a message in
+// hexadecimal bytes, "B2 07 64". Says "ready" when its port is there, "sent" after each message.
+// Ends with its input.
+//
+//     midisender alsa|jack NAME
+
+int main(int argc, char *argv[])
+try {
+    if (argc != 3)
+        return EXIT_FAILURE;
+    const std::string name = argv[2];
+    RtMidiOut port(RtMidi::getCompiledApiByName(argv[1]), name);
+    port.openVirtualPort(name);
+    std::cout << "ready" << std::endl;
+    for (std::string line; std::getline(std::cin, line);) {
+        std::istringstream words(line);
+        words >> std::hex;
+        std::vector<unsigned char> message;
+        for (unsigned byte = 0; words >> byte;)
+            message.push_back(static_cast<unsigned char>(byte));
+        port.sendMessage(&message);
+        std::cout << "sent" << std::endl;
+    }
+    return EXIT_SUCCESS;
+} catch (const RtMidiError &error) {
+    std::cerr << error.getMessage() << '\n';
+    return EXIT_FAILURE;
+}

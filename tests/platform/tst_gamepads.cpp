@@ -1,0 +1,345 @@
+#include "cxboxcontroller.h"
+
+#include <SDL2/SDL.h>
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+constexpr WORD axisCount = SDL_CONTROLLER_AXIS_MAX;
+constexpr WORD buttonCount = SDL_CONTROLLER_BUTTON_DPAD_RIGHT + 1;
+
+/// SDL may be called from beside its own thread while its joysticks are locked.
+class Locked
+{
+public:
+    Locked() { SDL_LockJoysticks(); }
+    ~Locked() { SDL_UnlockJoysticks(); }
+    Locked(const Locked &) = delete;
+    Locked &operator=(const Locked &) = delete;
+};
+
+XINPUT_STATE stateOf(DWORD user)
+{
+    XINPUT_STATE state = {};
+    XInputGetState(user, &state);
+    return state;
+}
+
+XINPUT_GAMEPAD padOf(DWORD user)
+{
+    return stateOf(user).Gamepad;
+}
+
+DWORD resultOf(DWORD user)
+{
+    XINPUT_STATE state = {};
+    return XInputGetState(user, &state);
+}
+
+/// A pad that is plugged in while it lives.
+class VirtualPad
+{
+public:
+    VirtualPad()
+    {
+        resultOf(0); // SDL begins with the first question
+        const Locked locked;
+        SDL_VirtualJoystickDesc desc = {};
+        desc.version = SDL_VIRTUAL_JOYSTICK_DESC_VERSION;
+        desc.type = SDL_JOYSTICK_TYPE_GAMECONTROLLER;
+        desc.naxes = axisCount;
+        desc.nbuttons = buttonCount;
+        desc.name = "Test pad";
+        desc.userdata = this;
+        desc.Rumble = [](void *self, Uint16 low, Uint16 high) {
+            static_cast<VirtualPad *>(self)->lowMotor = low;
+            static_cast<VirtualPad *>(self)->highMotor = high;
+            return 0;
+        };
+        m_joystick = SDL_JoystickOpen(SDL_JoystickAttachVirtualEx(&desc));
+    }
+    ~VirtualPad() { unplug(); }
+    VirtualPad(const VirtualPad &) = delete;
+    VirtualPad &operator=(const VirtualPad &) = delete;
+
+    bool works() const { return m_joystick != nullptr; }
+    void press(SDL_GameControllerButton button, bool pressed)
+    {
+        const Locked locked;
+        SDL_JoystickSetVirtualButton(m_joystick, button, pressed);
+    }
+    void move(SDL_GameControllerAxis axis, Sint16 value)
+    {
+        const Locked locked;
+        SDL_JoystickSetVirtualAxis(m_joystick, axis, value);
+    }
+    void unplug()
+    {
+        if (!m_joystick)
+            return;
+        const Locked locked;
+        const SDL_JoystickID id = SDL_JoystickInstanceID(m_joystick);
+        for (int device = 0; device < SDL_NumJoysticks(); ++device) {
+            if (SDL_JoystickGetDeviceInstanceID(device) == id)
+                SDL_JoystickDetachVirtual(device);
+        }
+        SDL_JoystickClose(m_joystick);
+        m_joystick = nullptr;
+    }
+
+    Relaxed<Uint16> lowMotor = 0;
+    Relaxed<Uint16> highMotor = 0;
+
+private:
+    SDL_Joystick *m_joystick = nullptr;
+};
+
+} // namespace
+
+class tst_Gamepads : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+
+    void without_a_pad_no_user_is_connected();
+    void a_user_that_cannot_be_is_refused();
+    void buttons_set_their_bits_data();
+    void buttons_set_their_bits();
+    void sticks_point_right_and_up_data();
+    void sticks_point_right_and_up();
+    void triggers_go_to_255_data();
+    void triggers_go_to_255();
+    void the_packet_number_tells_a_change();
+    void pads_come_in_the_order_in_which_they_were_plugged_in();
+    void an_unplugged_pad_is_not_connected_and_leaves_its_place_to_the_next();
+    void a_fifth_pad_is_nobodys();
+    void motors_run_as_they_are_set();
+    void a_poller_reports_what_is_played_on_the_pad();
+};
+
+void tst_Gamepads::cleanup()
+{
+    for (DWORD user = 0; user < XUSER_MAX_COUNT; ++user)
+        QTRY_COMPARE(resultOf(user), DWORD(ERROR_DEVICE_NOT_CONNECTED));
+}
+
+void tst_Gamepads::without_a_pad_no_user_is_connected()
+{
+    for (DWORD user = 0; user < XUSER_MAX_COUNT; ++user)
+        QCOMPARE(resultOf(user), DWORD(ERROR_DEVICE_NOT_CONNECTED));
+    XINPUT_VIBRATION vibration = {1, 1};
+    QCOMPARE(XInputSetState(0, &vibration), DWORD(ERROR_DEVICE_NOT_CONNECTED));
+}
+
+void tst_Gamepads::a_user_that_cannot_be_is_refused()
+{
+    const VirtualPad pad;
+    QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
+    XINPUT_VIBRATION vibration = {1, 1};
+    for (const DWORD user : {XUSER_MAX_COUNT, DWORD(0xFFFFFFFF)}) {
+        QVERIFY(resultOf(user) != ERROR_SUCCESS);
+        QVERIFY(XInputSetState(user, &vibration) != ERROR_SUCCESS);
+    }
+}
+
+void tst_Gamepads::buttons_set_their_bits_data()
+{
+    QTest::addColumn<int>("button");
+    QTest::addColumn<int>("bits");
+    QTest::addRow("A") << int(SDL_CONTROLLER_BUTTON_A) << 0x1000;
+    QTest::addRow("B") << int(SDL_CONTROLLER_BUTTON_B) << 0x2000;
+    QTest::addRow("X") << int(SDL_CONTROLLER_BUTTON_X) << 0x4000;
+    QTest::addRow("Y") << int(SDL_CONTROLLER_BUTTON_Y) << 0x8000;
+    QTest::addRow("start") << int(SDL_CONTROLLER_BUTTON_START) << 0x0010;
+    QTest::addRow("back") << int(SDL_CONTROLLER_BUTTON_BACK) << 0x0020;
+    QTest::addRow("up") << int(SDL_CONTROLLER_BUTTON_DPAD_UP) << 0x0001;
+    QTest::addRow("down") << int(SDL_CONTROLLER_BUTTON_DPAD_DOWN) << 0x0002;
+    QTest::addRow("left") << int(SDL_CONTROLLER_BUTTON_DPAD_LEFT) << 0x0004;
+    QTest::addRow("right") << int(SDL_CONTROLLER_BUTTON_DPAD_RIGHT) << 0x0008;
+    QTest::addRow("left stick") << int(SDL_CONTROLLER_BUTTON_LEFTSTICK) << 0x0040;
+    QTest::addRow("right stick") << int(SDL_CONTROLLER_BUTTON_RIGHTSTICK) << 0x0080;
+    QTest::addRow("left shoulder") << int(SDL_CONTROLLER_BUTTON_LEFTSHOULDER) << 0x0100;
+    QTest::addRow("right shoulder") << int(SDL_CONTROLLER_BUTTON_RIGHTSHOULDER) << 0x0200;
+}
+
+void tst_Gamepads::buttons_set_their_bits()
+{
+    QFETCH(int, button);
+    QFETCH(int, bits);
+    VirtualPad pad;
+    QVERIFY(pad.works());
+    QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
+    QCOMPARE(int(padOf(0).wButtons), 0);
+    pad.press(static_cast<SDL_GameControllerButton>(button), true);
+    QTRY_COMPARE(int(padOf(0).wButtons), bits);
+    pad.press(static_cast<SDL_GameControllerButton>(button), false);
+    QTRY_COMPARE(int(padOf(0).wButtons), 0);
+}
+
+void tst_Gamepads::sticks_point_right_and_up_data()
+{
+    QTest::addColumn<int>("axis");
+    QTest::addColumn<int>("moved");
+    QTest::addColumn<QList<int>>("sticks");
+    const int lx = SDL_CONTROLLER_AXIS_LEFTX;
+    const int ly = SDL_CONTROLLER_AXIS_LEFTY;
+    const int rx = SDL_CONTROLLER_AXIS_RIGHTX;
+    const int ry = SDL_CONTROLLER_AXIS_RIGHTY;
+    QTest::addRow("left stick right") << lx << 32767 << QList{32767, 0, 0, 0};
+    QTest::addRow("left stick left") << lx << -32768 << QList{-32768, 0, 0, 0};
+    QTest::addRow("left stick up") << ly << -32768 << QList{0, 32767, 0, 0};
+    QTest::addRow("left stick almost up") << ly << -32767 << QList{0, 32767, 0, 0};
+    QTest::addRow("left stick half up") << ly << -16000 << QList{0, 16000, 0, 0};
+    QTest::addRow("left stick down") << ly << 32767 << QList{0, -32768, 0, 0};
+    QTest::addRow("right stick right") << rx << 20000 << QList{0, 0, 20000, 0};
+    QTest::addRow("right stick left") << rx << -20000 << QList{0, 0, -20000, 0};
+    QTest::addRow("right stick up") << ry << -32768 << QList{0, 0, 0, 32767};
+    QTest::addRow("right stick down") << ry << 32767 << QList{0, 0, 0, -32768};
+}
+
+void tst_Gamepads::sticks_point_right_and_up()
+{
+    QFETCH(int, axis);
+    QFETCH(int, moved);
+    QFETCH(QList<int>, sticks);
+    VirtualPad pad;
+    QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
+    const auto read = [] {
+        const XINPUT_GAMEPAD now = padOf(0);
+        return QList<int>{now.sThumbLX, now.sThumbLY, now.sThumbRX, now.sThumbRY};
+    };
+    pad.move(static_cast<SDL_GameControllerAxis>(axis), static_cast<Sint16>(moved));
+    QTRY_COMPARE(read(), sticks);
+    pad.move(static_cast<SDL_GameControllerAxis>(axis), 0);
+    QTRY_COMPARE(read(), (QList{0, 0, 0, 0}));
+}
+
+void tst_Gamepads::triggers_go_to_255_data()
+{
+    QTest::addColumn<int>("pulled");
+    QTest::addColumn<int>("trigger");
+    // A trigger's axis rests at one end.
+    QTest::addRow("at rest") << -32768 << 0;
+    QTest::addRow("slightest pull of 255 steps") << -32768 + 257 << 1;
+    QTest::addRow("half") << 0 << 127;
+    QTest::addRow("full") << 32767 << 255;
+}
+
+void tst_Gamepads::triggers_go_to_255()
+{
+    QFETCH(int, pulled);
+    QFETCH(int, trigger);
+    VirtualPad pad;
+    QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
+    // SDL takes the first small movement of an axis for its rest.
+    for (const auto axis : {SDL_CONTROLLER_AXIS_TRIGGERLEFT, SDL_CONTROLLER_AXIS_TRIGGERRIGHT})
+        pad.move(axis, 16000);
+    QTRY_VERIFY(padOf(0).bLeftTrigger > 0 && padOf(0).bRightTrigger > 0);
+    pad.move(SDL_CONTROLLER_AXIS_TRIGGERLEFT, static_cast<Sint16>(pulled));
+    pad.move(SDL_CONTROLLER_AXIS_TRIGGERRIGHT, -32768);
+    QTRY_COMPARE(int(padOf(0).bLeftTrigger), trigger);
+    QTRY_COMPARE(int(padOf(0).bRightTrigger), 0);
+    pad.move(SDL_CONTROLLER_AXIS_TRIGGERRIGHT, static_cast<Sint16>(pulled));
+    QTRY_COMPARE(int(padOf(0).bRightTrigger), trigger);
+}
+
+void tst_Gamepads::the_packet_number_tells_a_change()
+{
+    VirtualPad pad;
+    QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
+    const DWORD before = stateOf(0).dwPacketNumber;
+    pad.press(SDL_CONTROLLER_BUTTON_A, true);
+    QTRY_VERIFY(stateOf(0).dwPacketNumber != before);
+}
+
+void tst_Gamepads::pads_come_in_the_order_in_which_they_were_plugged_in()
+{
+    VirtualPad first;
+    VirtualPad second;
+    QTRY_COMPARE(resultOf(1), DWORD(ERROR_SUCCESS));
+    first.press(SDL_CONTROLLER_BUTTON_A, true);
+    second.press(SDL_CONTROLLER_BUTTON_B, true);
+    QTRY_COMPARE(int(padOf(0).wButtons), XINPUT_GAMEPAD_A);
+    QTRY_COMPARE(int(padOf(1).wButtons), XINPUT_GAMEPAD_B);
+    QCOMPARE(resultOf(2), DWORD(ERROR_DEVICE_NOT_CONNECTED));
+}
+
+void tst_Gamepads::an_unplugged_pad_is_not_connected_and_leaves_its_place_to_the_next()
+{
+    auto first = std::make_unique<VirtualPad>();
+    VirtualPad second;
+    QTRY_COMPARE(resultOf(1), DWORD(ERROR_SUCCESS));
+    first->press(SDL_CONTROLLER_BUTTON_A, true);
+    QTRY_COMPARE(int(padOf(0).wButtons), XINPUT_GAMEPAD_A);
+    first->unplug();
+    QTRY_COMPARE(resultOf(0), DWORD(ERROR_DEVICE_NOT_CONNECTED));
+    QCOMPARE(resultOf(1), DWORD(ERROR_SUCCESS));
+    first = std::make_unique<VirtualPad>();
+    QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
+    QCOMPARE(int(padOf(0).wButtons), 0);
+    first->press(SDL_CONTROLLER_BUTTON_Y, true);
+    QTRY_COMPARE(int(padOf(0).wButtons), XINPUT_GAMEPAD_Y);
+    QCOMPARE(int(padOf(1).wButtons), 0);
+}
+
+void tst_Gamepads::a_fifth_pad_is_nobodys()
+{
+    std::array<VirtualPad, 5> pads;
+    QTRY_COMPARE(resultOf(3), DWORD(ERROR_SUCCESS));
+    pads[4].press(SDL_CONTROLLER_BUTTON_A, true);
+    pads[3].press(SDL_CONTROLLER_BUTTON_B, true);
+    QTRY_COMPARE(int(padOf(3).wButtons), XINPUT_GAMEPAD_B);
+    for (DWORD user = 0; user < 3; ++user)
+        QCOMPARE(int(padOf(user).wButtons), 0);
+}
+
+void tst_Gamepads::motors_run_as_they_are_set()
+{
+    const VirtualPad pad;
+    QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
+    XINPUT_VIBRATION vibration = {1000, 65535};
+    QCOMPARE(XInputSetState(0, &vibration), DWORD(ERROR_SUCCESS));
+    QTRY_COMPARE(int(pad.lowMotor), 1000);
+    QTRY_COMPARE(int(pad.highMotor), 65535);
+    vibration = {};
+    QCOMPARE(XInputSetState(0, &vibration), DWORD(ERROR_SUCCESS));
+    QTRY_COMPARE(int(pad.lowMotor), 0);
+    QTRY_COMPARE(int(pad.highMotor), 0);
+}
+
+void tst_Gamepads::a_poller_reports_what_is_played_on_the_pad()
+{
+    auto pad = std::make_unique<VirtualPad>();
+    CXBOXController controller(1);
+    CXBOXController other(2);
+    QTRY_VERIFY(controller.isConnected());
+    QVERIFY(!other.isConnected());
+    QSignalSpy buttons(&controller, &CXBOXController::buttonXbox);
+    QSignalSpy sticks(&controller, &CXBOXController::controllerXbox);
+    controller.startPolling();
+    other.startPolling();
+    pad->press(SDL_CONTROLLER_BUTTON_A, true);
+    QTRY_COMPARE(buttons.count(), 1);
+    QCOMPARE(buttons[0][0].value<CXBOXController::buttonList>(), CXBOXController::ButtonA);
+    QCOMPARE(buttons[0][1].toBool(), true);
+    pad->move(SDL_CONTROLLER_AXIS_LEFTY, -20000);
+    QTRY_COMPARE(sticks.count(), 1);
+    QCOMPARE(sticks[0][0].value<CXBOXController::controllerList>(), CXBOXController::ThumbLY);
+    QCOMPARE(sticks[0][1].value<SHORT>(), SHORT(20000));
+    pad.reset();
+    QTRY_COMPARE(buttons.count(), 2);
+    QCOMPARE(buttons[1][1].toBool(), false);
+    QTRY_COMPARE(sticks.count(), 2);
+    QCOMPARE(sticks[1][1].value<SHORT>(), SHORT(0));
+    QVERIFY(!controller.isConnected());
+}
+
+QTEST_GUILESS_MAIN(tst_Gamepads)
+
+#include "tst_gamepads.moc"

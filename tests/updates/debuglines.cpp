@@ -1,0 +1,31 @@
+#include "debuglines.h"
+
+#include <utility>
+
+DebugLines::DebugLines()
+{
+    current = this;
+    previous = qInstallMessageHandler(append);
+}
+
+DebugLines::~DebugLines()
+{
+    qInstallMessageHandler(previous);
+    current = nullptr;
+}
+
+QStringList DebugLines::take()
+{
+    const QMutexLocker lock(&mutex);
+    return std::exchange(lines, {});
+}
+
+void DebugLines::append(QtMsgType type, const QMessageLogContext &context, const QString &line)
+{
+    if (type != QtDebugMsg) {
+        current->previous(type, context, line);
+        return;
+    }
+    const QMutexLocker lock(&current->mutex);
+    current->lines += line;
+}

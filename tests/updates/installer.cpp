@@ -1,0 +1,13 @@
+// What the tests download and start in place of an installer: it leaves a file behind that tells
+// how it was started.
+
+#include <cstdio>
+
+int main(int argc, char *argv[])
+{
+    std::FILE *const file = std::fopen("installed.part", "w");
+    if (!file)
+        return 1;
+    std::fprintf(file, "%d arguments\n%s\n", argc - 1, argv[0]);
+    return std::fclose(file) == 0 && std::rename("installed.part", "installed") == 0 ? 0 : 1;
+}

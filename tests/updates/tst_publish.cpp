@@ -1,0 +1,218 @@
+#include "ownversion.h"
+#include "versionfile.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString published = u"upload/Telechargements/LaserRallyvane/"_s;
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+struct Outcome
+{
+    int exitCode;
+    QString output;
+    QString errors;
+};
+
+Outcome publish(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QCoreApplication::applicationDirPath() + "/publish"_L1, arguments);
+    process.waitForFinished();
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+        QString::fromLocal8Bit(process.readAllStandardOutput()),
+        QString::fromLocal8Bit(process.readAllStandardError())};
+}
+
+Outcome publish102()
+{
+    return publish({u"--release"_s, u"1.02"_s, u"setup.exe"_s, u"upload"_s});
+}
+
+const QByteArray changelog = "# Changelog\n\n"
+                             "## 1.02 - 2027-03-01\n\n"
+                             "- Updates.\n"
+                             "  Of all kinds.\n"
+                             "- Caf\xC3\xA9.\n\n"
+                             "## 1.01 - 2026-11-20\n\n"
+                             "- First = best.\n";
+
+} // namespace
+
+class tst_Publish : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void the_tree_is_what_the_program_asks_for();
+    void line_ends_of_windows_are_taken_too();
+    void the_last_entry_of_a_changelog_ends_with_it();
+    void what_is_published_again_is_replaced();
+    void unless_told_otherwise_it_publishes_the_version_of_the_project();
+    void what_the_program_could_not_read_is_refused_data();
+    void what_the_program_could_not_read_is_refused();
+    void a_missing_file_is_named_data();
+    void a_missing_file_is_named();
+    void wrong_usage_is_explained();
+
+private:
+    std::optional<QTemporaryDir> folder;
+};
+
+void tst_Publish::init()
+{
+    folder.emplace();
+    QVERIFY(QDir::setCurrent(folder->path()));
+    QVERIFY(write(u"CHANGELOG.md"_s, changelog));
+    QVERIFY(write(u"setup.exe"_s, QByteArray("a\0b\r\n", 5)));
+}
+
+void tst_Publish::cleanup()
+{
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
+}
+
+void tst_Publish::the_tree_is_what_the_program_asks_for()
+{
+    const Outcome outcome = publish102();
+    QCOMPARE(outcome.errors, QString());
+    QCOMPARE(outcome.exitCode, 0);
+    QCOMPARE(QDir(published).entryList(QDir::Files | QDir::Hidden, QDir::Name),
+        (QStringList{u"Rallyvane_v1.02_setup.exe"_s, u"VersionNotes.txt"_s}));
+    QCOMPARE(contents(published + "Rallyvane_v1.02_setup.exe"_L1), contents(u"setup.exe"_s));
+    const QByteArray separator(43, '=');
+    QCOMPARE(contents(published + "VersionNotes.txt"_L1),
+        "Laser Rallyvane\n" + separator
+            + "\nV1.02 - 2027-03-01\n- Updates.\n  Of all kinds.\n- Caf\xE9.\n" + separator + "\n");
+    // The version file tells of the installer, so it must not be there first.
+    QVERIFY2(outcome.output.indexOf("setup.exe"_L1) < outcome.output.indexOf("VersionNotes"_L1),
+        qPrintable(outcome.output));
+}
+
+void tst_Publish::line_ends_of_windows_are_taken_too()
+{
+    QVERIFY(write(u"CHANGELOG.md"_s, QByteArray(changelog).replace("\n", "\r\n")));
+    QCOMPARE(publish102().errors, QString());
+    QCOMPARE(readVersionFile(contents(published + "VersionNotes.txt"_L1)).notes,
+        u"- Updates.\n  Of all kinds.\n- Caf\u00E9.\n"_s);
+}
+
+void tst_Publish::the_last_entry_of_a_changelog_ends_with_it()
+{
+    QVERIFY(write(u"CHANGELOG.md"_s, "## 1.02 - 2027-03-01\n- All %1 new."));
+    QCOMPARE(publish102().errors, QString());
+    QCOMPARE(
+        readVersionFile(contents(published + "VersionNotes.txt"_L1)).notes, u"- All %1 new.\n"_s);
+}
+
+void tst_Publish::what_is_published_again_is_replaced()
+{
+    QCOMPARE(publish102().exitCode, 0);
+    QVERIFY(write(u"setup.exe"_s, "b"));
+    QVERIFY(write(u"CHANGELOG.md"_s, "## 1.02 - 2027-03-02\n- b\n"));
+    QCOMPARE(publish102().exitCode, 0);
+    QCOMPARE(contents(published + "Rallyvane_v1.02_setup.exe"_L1), "b");
+    QCOMPARE(readVersionFile(contents(published + "VersionNotes.txt"_L1)).notes, u"- b\n"_s);
+}
+
+void tst_Publish::unless_told_otherwise_it_publishes_the_version_of_the_project()
+{
+    const QByteArray own = ownVersionText;
+    QVERIFY(write(u"changes"_s, "## " + own + " - 2027-03-01\n- new\n"));
+    QCOMPARE(
+        publish({u"--changelog"_s, u"changes"_s, u"setup.exe"_s, u"upload"_s}).errors, QString());
+    QCOMPARE(
+        versionInHundredths(readVersionFile(contents(published + "VersionNotes.txt"_L1)).version),
+        ownVersion);
+}
+
+void tst_Publish::what_the_program_could_not_read_is_refused_data()
+{
+    QTest::addColumn<QByteArray>("changelog");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("an equals sign")
+        << QByteArray("## 1.02 - 2027-03-01\n- speed = 20\n") << u"equals sign"_s;
+    QTest::newRow("no notes") << QByteArray("## 1.02 - 2027-03-01\n\n## 1.01 - 2026-11-20\n- a\n")
+                              << u"empty"_s;
+    QTest::newRow("no entry") << QByteArray("# Changelog\n") << u"no entry"_s;
+    QTest::newRow("an empty changelog") << QByteArray() << u"no entry"_s;
+    QTest::newRow("another version on top")
+        << QByteArray("## 1.03 - 2027-03-01\n- a\n\n## 1.02 - 2027-03-01\n- b\n") << u"1.03"_s;
+    QTest::newRow("no version") << QByteArray("## Unreleased\n- a\n\n## 1.02 - 2027-03-01\n- b\n")
+                                << u"\"## Unreleased\""_s;
+    QTest::newRow("no date") << QByteArray("## 1.02\n- a\n") << u"\"## 1.02\""_s;
+    QTest::newRow("tenths") << QByteArray("## 1.2 - 2027-03-01\n- a\n") << u"## 1.2 - "_s;
+    QTest::newRow("not Latin-1") << QByteArray(
+        "## 1.02 - 2027-03-01\n- \xE2\x80\x9Cnew\xE2\x80\x9D")
+                                 << u"not of Latin-1"_s;
+    QTest::newRow("not UTF-8") << QByteArray("## 1.02 - 2027-03-01\n- \xFF") << u"not of Latin-1"_s;
+    QTest::newRow("more than the program reads")
+        << "## 1.02 - 2027-03-01\n- " + QByteArray(1 << 20, 'a') << u"could not read"_s;
+}
+
+void tst_Publish::what_the_program_could_not_read_is_refused()
+{
+    QFETCH(QByteArray, changelog);
+    QFETCH(QString, reason);
+    QVERIFY(write(u"CHANGELOG.md"_s, changelog));
+    const Outcome outcome = publish102();
+    QCOMPARE(outcome.exitCode, 1);
+    QVERIFY2(outcome.errors.startsWith("Nothing is published: "_L1), qPrintable(outcome.errors));
+    QVERIFY2(outcome.errors.contains(reason), qPrintable(outcome.errors));
+    QVERIFY(!QDir(u"upload"_s).exists());
+}
+
+void tst_Publish::a_missing_file_is_named_data()
+{
+    QTest::addColumn<QString>("missing");
+    QTest::addColumn<bool>("empty");
+    QTest::newRow("no installer") << u"setup.exe"_s << false;
+    QTest::newRow("an empty installer") << u"setup.exe"_s << true;
+    QTest::newRow("no changelog") << u"CHANGELOG.md"_s << false;
+}
+
+void tst_Publish::a_missing_file_is_named()
+{
+    QFETCH(QString, missing);
+    QFETCH(bool, empty);
+    QVERIFY(QFile::remove(missing));
+    if (empty)
+        QVERIFY(write(missing, ""));
+    const Outcome outcome = publish102();
+    QCOMPARE(outcome.exitCode, 1);
+    QVERIFY2(outcome.errors.contains(missing), qPrintable(outcome.errors));
+    QVERIFY(!QDir(u"upload"_s).exists());
+}
+
+void tst_Publish::wrong_usage_is_explained()
+{
+    const Outcome outcome = publish({u"setup.exe"_s});
+    QCOMPARE(outcome.exitCode, 2);
+    QVERIFY2(outcome.output.contains("publish [options] installer folder"_L1),
+        qPrintable(outcome.output));
+}
+
+QTEST_GUILESS_MAIN(tst_Publish)
+
+#include "tst_publish.moc"

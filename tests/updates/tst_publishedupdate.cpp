@@ -1,0 +1,254 @@
+// The whole way of an update: published by the tool, found by the program's window, downloaded and
+// started; and the ways in which the window ends the check.
+
+#include "debuglines.h"
+#include "fakehost.h"
+#include "fakemidi.h"
+#include "fakepads.h"
+#include "fakeupdatehost.h"
+#include "httpsserver.h"
+#include "mainwindow.h"
+#include "messageboxes.h"
+#include "ownversion.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QNetworkProxyFactory>
+#include <QProcess>
+#include <QTest>
+#include <QTimer>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString versionPath = u"/Telechargements/LaserRallyvane/VersionNotes.txt"_s;
+
+/// The version after this one, as it is written.
+QString nextVersion()
+{
+    return QString::number((ownVersion + 1) / 100.0, 'f', 2);
+}
+
+QString installerPath()
+{
+    return u"/Telechargements/LaserRallyvane/Rallyvane_v%1_setup.exe"_s.arg(nextVersion());
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Publishes the next version into the folder "upload" with the tool. Returns whether it did.
+bool publish()
+{
+    QFile changelog(u"CHANGELOG.md"_s);
+    if (!changelog.open(QIODevice::WriteOnly))
+        return false;
+    changelog.write("# Changelog\n\n## " + nextVersion().toUtf8() + " - 2027-03-01\n\n- New.\n");
+    changelog.close();
+    return QProcess::execute(QCoreApplication::applicationDirPath() + "/publish"_L1,
+               {u"--release"_s, nextVersion(), QStringLiteral(INSTALLER), u"upload"_s})
+        == 0;
+}
+
+/// What a server answers that offers the files below `root`.
+QHash<QString, Answer> filesBelow(const QString &root)
+{
+    QHash<QString, Answer> answers;
+    for (QDirIterator file(root, QDir::Files, QDirIterator::Subdirectories); file.hasNext();) {
+        const QString path = file.next();
+        answers.insert(path.sliced(root.size()), {response(contents(path))});
+    }
+    return answers;
+}
+
+} // namespace
+
+class tst_PublishedUpdate : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void a_published_update_is_found_downloaded_and_started_and_the_program_ends();
+    void a_program_that_is_up_to_date_goes_on();
+    void a_program_whose_update_was_declined_goes_on();
+    void closing_the_window_during_a_download_ends_the_program_data();
+    void closing_the_window_during_a_download_ends_the_program();
+    void quitting_during_a_download_ends_the_program();
+    void a_missing_host_library_ends_the_program_during_the_check();
+    void a_missing_host_library_ends_the_program_after_an_answer_without_a_question();
+
+private:
+    /// Runs the program until its window is closed; that is done for it after `lastLine` was
+    /// logged. Returns its exit code.
+    int run(const QString &lastLine = {});
+
+    std::optional<Identity> identity;
+    std::optional<QTemporaryDir> folder;
+    std::optional<HttpsServer> server;
+    std::optional<FakeUpdateHost> updateHost;
+    std::optional<FakeHost> host;
+    FakeMidi midi;
+    FakePads pads;
+    MainWindow *window = nullptr; ///< while the program runs
+    QStringList lines;
+};
+
+void tst_PublishedUpdate::initTestCase()
+{
+    QNetworkProxyFactory::setUseSystemConfiguration(false);
+    identity.emplace(u"IP:127.0.0.1"_s);
+    trust({*identity});
+}
+
+void tst_PublishedUpdate::init()
+{
+    folder.emplace();
+    QVERIFY(QDir::setCurrent(folder->path()));
+    QVERIFY(publish());
+    server.emplace(*identity);
+    server->answers = filesBelow(u"upload"_s);
+    QCOMPARE(server->answers.size(), 2);
+    updateHost.emplace(server->host());
+    host.emplace();
+    lines.clear();
+}
+
+void tst_PublishedUpdate::cleanup()
+{
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
+    host.reset();
+    updateHost.reset();
+}
+
+int tst_PublishedUpdate::run(const QString &lastLine)
+{
+    DebugLines log;
+    MainWindow mainWindow;
+    window = &mainWindow;
+    window->show();
+    QTimer reader;
+    connect(&reader, &QTimer::timeout, window, [&] {
+        lines += log.take();
+        if (lines.contains(lastLine))
+            window->close();
+    });
+    reader.start(10);
+    const int exitCode = QApplication::exec();
+    lines += log.take();
+    return exitCode;
+}
+
+void tst_PublishedUpdate::a_published_update_is_found_downloaded_and_started_and_the_program_ends()
+{
+    const MessageBoxes boxes({QMessageBox::Yes});
+    QCOMPARE(run(), 0);
+    QCOMPARE(boxes.shown.size(), 1);
+    QCOMPARE(boxes.shown[0].title, u"New version available"_s);
+    QCOMPARE(boxes.shown[0].text,
+        u"Version %1 is available.\n\nDo you want to update and restart now?\n\n"
+        "Content of this new version:\n- New.\n"_s.arg(nextVersion()));
+    QVERIFY(lines.contains(u"Update Requested - Actual Version = %1"_s.arg(ownVersion)));
+    QCOMPARE(server->asked, (QStringList{versionPath, installerPath()}));
+    const QString path =
+        QDir::current().filePath(u"sw_fw/Rallyvane_v%1_setup.exe"_s.arg(nextVersion()));
+    QCOMPARE(contents(path), contents(QStringLiteral(INSTALLER)));
+    QTRY_COMPARE(contents(u"installed"_s), "0 arguments\n" + path.toUtf8() + "\n");
+}
+
+void tst_PublishedUpdate::a_program_that_is_up_to_date_goes_on()
+{
+    const QByteArray separator(43, '=');
+    server->answers[versionPath] = {
+        response(separator + "\nV" + ownVersionText + " \nold\n" + separator)};
+    const MessageBoxes boxes;
+    QCOMPARE(run(u"Software up to date"_s), 0);
+    QCOMPARE(boxes.shown.size(), 0);
+    QCOMPARE(server->asked, QStringList{versionPath});
+}
+
+void tst_PublishedUpdate::a_program_whose_update_was_declined_goes_on()
+{
+    const MessageBoxes boxes({QMessageBox::No});
+    QCOMPARE(run(u"Update declined"_s), 0);
+    QCOMPARE(boxes.shown.size(), 1);
+    QCOMPARE(server->asked, QStringList{versionPath});
+}
+
+void tst_PublishedUpdate::closing_the_window_during_a_download_ends_the_program_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("of the version file") << versionPath;
+    QTest::newRow("of the installer") << installerPath();
+}
+
+void tst_PublishedUpdate::closing_the_window_during_a_download_ends_the_program()
+{
+    QFETCH(QString, path);
+    server->answers[path] = {server->answers[path].bytes.chopped(1), Answer::StayConnected};
+    connect(&*server, &HttpsServer::requested, qApp, [&](const QString &requested) {
+        if (requested == path)
+            window->close();
+    });
+    const MessageBoxes boxes({QMessageBox::Yes});
+    QElapsedTimer time;
+    time.start();
+    QCOMPARE(run(), 0);
+    QVERIFY2(time.elapsed() < 4000, "it waited for the server");
+    QCOMPARE(boxes.shown.size(), path == versionPath ? 0 : 1);
+    QVERIFY(lines.contains(u"Update check abandoned: the program ends"_s));
+    QVERIFY(!QFileInfo::exists(u"sw_fw"_s));
+}
+
+void tst_PublishedUpdate::quitting_during_a_download_ends_the_program()
+{
+    server->answers[versionPath].end = Answer::StayConnected;
+    server->answers[versionPath].bytes.chop(1);
+    connect(&*server, &HttpsServer::requested, qApp, &QCoreApplication::quit);
+    QCOMPARE(run(), 0);
+    QVERIFY(lines.contains(u"Update check abandoned: the program ends"_s));
+}
+
+void tst_PublishedUpdate::a_missing_host_library_ends_the_program_during_the_check()
+{
+    host->installed = false;
+    server->answers[versionPath] = {"", Answer::StayConnected};
+    const MessageBoxes boxes({QMessageBox::Ok});
+    QElapsedTimer time;
+    time.start();
+    QCOMPARE(run(), 0);
+    QVERIFY2(time.elapsed() < 4000, "it waited for the server");
+    QCOMPARE(boxes.shown.size(), 1);
+    QCOMPARE(boxes.shown[0].title, u"BEYOND DLL Not Found"_s);
+    QVERIFY(lines.contains(u"Update check abandoned: the program ends"_s));
+}
+
+void tst_PublishedUpdate::
+    a_missing_host_library_ends_the_program_after_an_answer_without_a_question()
+{
+    host->installed = false;
+    // The answer comes while the box about the library is up.
+    server->answers[versionPath].pieces = 2;
+    server->answers[versionPath].pause = std::chrono::milliseconds(500);
+    MessageBoxes boxes({QMessageBox::Ok});
+    boxes.delay = std::chrono::milliseconds(1500);
+    QCOMPARE(run(), 0);
+    QCOMPARE(boxes.shown.size(), 1);
+    QCOMPARE(boxes.shown[0].title, u"BEYOND DLL Not Found"_s);
+    QVERIFY(lines.contains(u"Update check abandoned: the program ends"_s));
+}
+
+QTEST_MAIN(tst_PublishedUpdate)
+
+#include "tst_publishedupdate.moc"
