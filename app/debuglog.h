@@ -16,8 +16,8 @@ class DebugLog
 public:
     /// Logs into `fileName`, which is turned over at `maxSize` bytes: one older file is kept,
     /// with ".1" after its name.
-    explicit DebugLog(
-        const QString &fileName = QStringLiteral("rallyvane.log"), qint64 maxSize = qint64(1024) * 1024);
+    explicit DebugLog(const QString &fileName = QStringLiteral("rallyvane.log"),
+        qint64 maxSize = qint64(1024) * 1024);
     /// Writes out what was logged and gives the lines back to whom they went before.
     ~DebugLog();
     DebugLog(const DebugLog &) = delete;

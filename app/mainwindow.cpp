@@ -72,6 +72,7 @@ MainWindow::MainWindow(QWidget *parent)
     // A learnt key works whichever widget has the focus.
     for (QObject *object : findChildren<QObject *>())
         object->installEventFilter(this);
+    makeReadable();
     connectGame();
     readSettings();
     ui->statusbar->addPermanentWidget(ui->statusLabel, 1);
@@ -82,6 +83,17 @@ MainWindow::MainWindow(QWidget *parent)
             connect(radio, &QRadioButton::toggled, this, [this] { applyControlMode(); });
     }
     QTimer::singleShot(0, this, &MainWindow::FirstLoad);
+}
+
+void MainWindow::makeReadable()
+{
+    for (const PlayerSide &player : players) {
+        // The form's lists are as wide as their placeholders, too narrow for a pad's number.
+        for (QComboBox *list : {player.midiList, player.xboxList})
+            list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+        // The form's style has no rule for check boxes, which are dark on dark by the system's.
+        player.bits->setStyleSheet(QStringLiteral("QCheckBox {color:#CCC;}"));
+    }
 }
 
 void MainWindow::connectGame()
@@ -107,6 +119,8 @@ void MainWindow::readSettings()
 
 void MainWindow::FirstLoad()
 {
+    if (!store) // the window goes already
+        return;
     fillMidiLists();
     fillXboxLists();
     for (const PlayerSide &player : players)
@@ -124,7 +138,9 @@ MainWindow::~MainWindow()
     for (const PlayerSide &player : players)
         settings::write(
             *store, settings::sensitivity[size_t(player.side)], player.sensitivity->value());
-    cancelLearn(); // what is learnt from here on could not be kept
+    // What is changed or learnt from here on could not be kept.
+    setEnabled(false);
+    cancelLearn();
     store.reset();
     while (!xboxControllers.isEmpty())
         delete xboxControllers.takeLast();

@@ -62,6 +62,7 @@ public slots:
 
 private:
     // app/mainwindow.cpp
+    void makeReadable();
     void connectGame();
     void readSettings();
 

@@ -62,7 +62,7 @@ void Pong::FirstLoad()
     startThread();
     const int build = bey->ConnectBeyond();
     if (build == BadBey::NotLoaded) {
-        disconnect(statusTimer, &QTimer::timeout, this, &Pong::checkHost);
+        statusTimer->disconnect(this);
     } else if (build >= oldestBeyondBuild) {
         hostFound(build);
     } else {
@@ -78,12 +78,16 @@ void Pong::startTimers()
     tickTimer = new QTimer;
     tickTimer->setTimerType(Qt::PreciseTimer);
     tickTimer->setInterval(tickInterval);
-    // The timer stays on the GUI thread, and so does the decision whether a tick is posted.
-    connect(tickTimer, &QTimer::timeout, this, &Pong::postTick, Qt::DirectConnection);
+    // The timers stay on the GUI thread, and so does the decision whether something is posted.
+    connect(
+        tickTimer, &QTimer::timeout, this, [this] { post(&Pong::UpdatePongDisplay, tickWaits); },
+        Qt::DirectConnection);
     tickTimer->start();
     statusTimer = new QTimer;
     statusTimer->setInterval(hostCheckInterval);
-    connect(statusTimer, &QTimer::timeout, this, &Pong::checkHost);
+    connect(
+        statusTimer, &QTimer::timeout, this, [this] { post(&Pong::checkHost, checkWaits); },
+        Qt::DirectConnection);
 }
 
 void Pong::startThread()
@@ -106,6 +110,7 @@ void Pong::hostFound(int build)
 void Pong::checkHost()
 {
     Q_ASSERT(QThread::currentThread() == thread());
+    checkWaits = false;
     if (beyondState == BeyondReady) {
         if (bey->IsBeyondReady())
             return;
@@ -117,12 +122,12 @@ void Pong::checkHost()
     }
 }
 
-void Pong::postTick()
+void Pong::post(void (Pong::*step)(), Relaxed<bool> &waits)
 {
-    // A tick that finds another one waiting is dropped: after a stall the ball goes on where it
-    // was instead of catching up.
-    if (!tickWaits.exchange(true))
-        QMetaObject::invokeMethod(this, &Pong::UpdatePongDisplay, Qt::QueuedConnection);
+    // What finds its like waiting is dropped: after a stall the ball goes on where it was instead
+    // of catching up, and the host is asked once.
+    if (!waits.exchange(true))
+        QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
 }
 
 void Pong::UpdatePongDisplay()

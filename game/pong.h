@@ -57,7 +57,8 @@ public slots:
     void UpdatePongDisplay();
 
 private:
-    void postTick();
+    /// Queues a tick or a check of the host to the game thread, unless one waits there.
+    void post(void (Pong::*step)(), Relaxed<bool> &waits);
     void startTimers();
     void startThread();
     void hostFound(int build);
@@ -68,4 +69,5 @@ private:
     QTimer *statusTimer = nullptr;
     Relaxed<BeyondState> beyondState = BeyondNotReady;
     Relaxed<bool> tickWaits = false;
+    Relaxed<bool> checkWaits = false;
 };

@@ -79,9 +79,11 @@ void MainWindow::learnOrCancel(int &learnSide, int side)
     cancelLearn();
     if (begins) {
         learnSide = side;
-        // The control that held the paddle may be the one that is about to change.
-        if (&learnSide != &startLearnSide)
-            stopPaddle(players[size_t(side)]);
+        // The stick or key that held the paddle may be the one that is about to change, and then
+        // nobody would let it go. A MIDI control has no release: the paddle goes on.
+        const PlayerSide &player = players[size_t(side)];
+        if (&learnSide != &startLearnSide && player.mode() != ControlMode::Midi)
+            stopPaddle(player);
     }
     refreshLearnButtons();
 }

@@ -51,7 +51,8 @@ void MainWindow::RefreshZoneList(bool noZones)
             ui->zoneComboBox->addItem(tr("BEYOND Zone ") + QString::number(k));
     }
     connect(ui->zoneComboBox, selected, this, &MainWindow::zoneChanged);
-    if (pong->zoneCount() > 0)
+    // Asked a second time, the host may have zones that are not listed yet.
+    if (pong->zoneCount() > 0 && ui->zoneComboBox->count() > 1)
         ui->zoneComboBox->setCurrentIndex(1);
 }
 

@@ -96,7 +96,7 @@ bool readsAs(const QByteArray &bytes, const Entry &entry)
 
 std::optional<QByteArray> readInstaller(const QString &path)
 {
-    const std::optional<QByteArray> installer = contents(path);
+    std::optional<QByteArray> installer = contents(path);
     if (installer && installer->isEmpty())
         return refuse(u"%1 is empty"_s.arg(path));
     if (installer && installer->size() > largestInstaller)

@@ -17,6 +17,8 @@
 
 #else
 
+// NOLINTBEGIN(bugprone-reserved-identifier, modernize-avoid-c-arrays): the system's own names
+
 #include <cstdint>
 
 using BOOL = int;
@@ -172,5 +174,7 @@ struct XINPUT_VIBRATION
 DWORD XInputGetState(DWORD userIndex, XINPUT_STATE *state);
 /// Drives the motors of a pad until the next call. Any thread.
 DWORD XInputSetState(DWORD userIndex, XINPUT_VIBRATION *vibration);
+
+// NOLINTEND(bugprone-reserved-identifier, modernize-avoid-c-arrays)
 
 #endif

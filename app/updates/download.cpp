@@ -63,11 +63,12 @@ Download download(const QUrl &url, const DownloadLimits &limits)
     const auto restartSilence = [&] { silence.start(limits.silence); };
     QObject::connect(reply, &QNetworkReply::redirected, &loop, restartSilence);
     QObject::connect(reply, &QNetworkReply::metaDataChanged, &loop, restartSilence);
-    QObject::connect(reply, &QNetworkReply::readyRead, &loop, [&] {
-        restartSilence();
+    const auto watchSize = [&] {
         if (exceeds(*reply, limits.size))
             refuse(u"the answer is larger than %1 bytes"_s.arg(limits.size));
-    });
+    };
+    QObject::connect(reply, &QNetworkReply::readyRead, &loop, restartSilence);
+    QObject::connect(reply, &QNetworkReply::readyRead, &loop, watchSize);
     // The box that reports a missing host library closes the window from inside this loop: the
     // answer may have come by then, and the application's own quitting not yet.
     bool abandoned = false;

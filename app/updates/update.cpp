@@ -28,9 +28,8 @@ bool isExample(const QUrl &url)
 Download fetch(const UpdateServer &server, const QString &file, const DownloadLimits &limits)
 {
     const QUrl url("https://"_L1 + server.host + QLatin1StringView(updateFolder) + file);
-    const Download answer = isExample(url)
-        ? Download{.failure = u"this build has no update server"_s}
-        : download(url, limits);
+    Download answer = isExample(url) ? Download{.failure = u"this build has no update server"_s}
+                                     : download(url, limits);
     if (answer.result == Download::Failed)
         qDebug("Cannot download %s: %s", qUtf8Printable(url.toDisplayString()),
             qUtf8Printable(answer.failure));

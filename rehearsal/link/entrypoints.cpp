@@ -15,11 +15,13 @@ HostLink host;
 
 std::int32_t ldbCreate()
 {
+    host.openSession();
     return host.isReady() ? 1 : 0;
 }
 
 std::int32_t ldbDestroy()
 {
+    host.closeSession();
     return 1;
 }
 

@@ -4,12 +4,25 @@
 
 #include <utility>
 
+void HostLink::openSession()
+{
+    if (const SharedMemory *host = livingHost()) {
+        m_sessionRun = hostRun(*host);
+        m_inSession = true;
+    }
+}
+
+void HostLink::closeSession()
+{
+    m_inSession = false;
+}
+
 bool HostLink::isReady()
 {
     if (!livingHost())
         lookForHost();
     const SharedMemory *host = livingHost();
-    return host && isHostReady(*host);
+    return host && isHostReady(*host) && (!m_inSession || hostRun(*host) == m_sessionRun);
 }
 
 std::int32_t HostLink::build() const

@@ -17,7 +17,12 @@
 class HostLink
 {
 public:
-    /// Whether a host is alive and ready. The only function that looks for one.
+    /// Opens the game's session with the host that is there.
+    void openSession();
+    void closeSession();
+    /// Whether a host is alive and ready, and not another one than that of the session: the one
+    /// that comes after knows nothing of what the game has switched. The only function that looks
+    /// for a host.
     bool isReady();
     /// 0 without a host.
     std::int32_t build() const;
@@ -34,6 +39,8 @@ private:
     void lookForHost();
 
     std::atomic<SharedMemory *> m_memory = nullptr;
+    std::atomic<bool> m_inSession = false;
+    std::atomic<std::uint32_t> m_sessionRun = 0;
     std::mutex m_looking;
     std::vector<std::unique_ptr<MemoryFile>> m_files;
 };

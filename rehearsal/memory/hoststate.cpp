@@ -15,6 +15,7 @@ void openHost(SharedMemory &memory, const HostInfo &info, SharedTime now)
     header.zoneCount.write(info.zoneCount);
     header.ready.write(info.ready ? 1 : 0);
     header.outputOn.write(0);
+    header.run.write(header.run.read() + 1);
     header.magic.write(memoryMagic);
     beat(memory, now);
 }
@@ -48,6 +49,11 @@ bool isHostAlive(const SharedMemory &memory, SharedTime now)
 bool isHostReady(const SharedMemory &memory)
 {
     return memory.header.ready.read() == 1;
+}
+
+std::uint32_t hostRun(const SharedMemory &memory)
+{
+    return memory.header.run.read();
 }
 
 std::int32_t hostBuild(const SharedMemory &memory)

@@ -38,6 +38,8 @@ void closeHost(SharedMemory &memory);
 bool isHostAlive(const SharedMemory &memory, SharedTime now);
 /// Whether the host says that it is ready; asked of one that is alive.
 bool isHostReady(const SharedMemory &memory);
+/// Another number after every start of a host.
+std::uint32_t hostRun(const SharedMemory &memory);
 std::int32_t hostBuild(const SharedMemory &memory);
 /// 0 ... maxZones; a count out of range counts as none.
 std::int32_t hostZoneCount(const SharedMemory &memory);

@@ -48,6 +48,7 @@ struct HostHeader
     Shared<std::int32_t> zoneCount; ///< 0 ... maxZones
     Shared<std::uint32_t> ready; ///< 1 unless the host plays one that is still starting
     Shared<std::uint32_t> outputOn; ///< 1 while laser output is enabled; the game switches it
+    Shared<std::uint32_t> run; ///< counts the hosts that started in this memory
     Shared<std::int64_t> heartbeat; ///< SharedTime of the last sign of life, 0 = gone
 };
 

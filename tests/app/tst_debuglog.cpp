@@ -1,3 +1,4 @@
+#include "debuglines.h"
 #include "debuglog.h"
 
 #include <QDebug>
@@ -8,8 +9,6 @@
 #include <QTest>
 
 #include <array>
-#include <mutex>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -17,37 +16,6 @@ namespace {
 
 const QString logName = u"rallyvane.log"_s;
 const QString olderName = u"rallyvane.log.1"_s;
-
-/// Who is told the lines when there is no log.
-class Listener
-{
-public:
-    Listener()
-    {
-        current = this;
-        m_previous = qInstallMessageHandler(&Listener::take);
-    }
-    ~Listener() { qInstallMessageHandler(m_previous); }
-    Listener(const Listener &) = delete;
-    Listener &operator=(const Listener &) = delete;
-
-    QStringList takeAll()
-    {
-        const std::lock_guard lock(m_mutex);
-        return std::exchange(m_lines, {});
-    }
-    static void take(QtMsgType, const QMessageLogContext &, const QString &line)
-    {
-        const std::lock_guard lock(current->m_mutex);
-        current->m_lines.append(line);
-    }
-
-private:
-    static inline Listener *current = nullptr;
-    QtMessageHandler m_previous;
-    std::mutex m_mutex;
-    QStringList m_lines;
-};
 
 QtMessageHandler installedHandler()
 {
@@ -127,7 +95,7 @@ void tst_DebugLog::cleanup()
 
 void tst_DebugLog::a_line_tells_its_time_and_thread()
 {
-    const Listener listener;
+    const DebugLines previous;
     const QDateTime before = QDateTime::currentDateTime();
     {
         const DebugLog log;
@@ -151,7 +119,7 @@ void tst_DebugLog::a_line_tells_its_time_and_thread()
 
 void tst_DebugLog::a_thread_without_a_name_shows_its_number()
 {
-    const Listener listener;
+    const DebugLines previous;
     const DebugLog log;
     QString number;
     std::unique_ptr<QThread> thread(QThread::create([&number] {
@@ -167,7 +135,7 @@ void tst_DebugLog::a_thread_without_a_name_shows_its_number()
 
 void tst_DebugLog::every_kind_of_message_is_logged()
 {
-    const Listener listener;
+    const DebugLines previous;
     const DebugLog log;
     qDebug("debug");
     qInfo("info");
@@ -180,17 +148,17 @@ void tst_DebugLog::every_kind_of_message_is_logged()
 
 void tst_DebugLog::the_lines_still_go_where_they_went_before()
 {
-    Listener listener;
+    DebugLines previous;
     const DebugLog log;
     qDebug("one");
     qDebug("two");
     DebugLog::flush();
-    QCOMPARE(listener.takeAll(), (QStringList{u"one"_s, u"two"_s}));
+    QCOMPARE(previous.takeAll(), (QStringList{u"one"_s, u"two"_s}));
 }
 
 void tst_DebugLog::the_previous_handler_is_back_when_the_log_is_gone()
 {
-    Listener listener;
+    DebugLines previous;
     const QtMessageHandler before = installedHandler();
     {
         const DebugLog log;
@@ -198,13 +166,13 @@ void tst_DebugLog::the_previous_handler_is_back_when_the_log_is_gone()
     }
     QVERIFY(installedHandler() == before);
     qDebug("after");
-    QCOMPARE(listener.takeAll(), QStringList{u"after"_s});
+    QCOMPARE(previous.takeAll(), QStringList{u"after"_s});
     QCOMPARE(linesOf(logName), QStringList());
 }
 
 void tst_DebugLog::flushing_waits_for_what_was_logged()
 {
-    const Listener listener;
+    const DebugLines previous;
     const DebugLog log;
     for (int i = 1; i <= 100; ++i) {
         qDebug("%d", i);
@@ -217,7 +185,7 @@ void tst_DebugLog::flushing_waits_for_what_was_logged()
 
 void tst_DebugLog::the_last_lines_are_written_when_the_log_goes()
 {
-    Listener listener;
+    DebugLines previous;
     {
         const DebugLog log;
         for (int i = 0; i < 1000; ++i)
@@ -225,12 +193,12 @@ void tst_DebugLog::the_last_lines_are_written_when_the_log_goes()
     }
     QCOMPARE(messagesOf(logName).size(), 1000);
     QCOMPARE(messagesOf(logName).last(), u"999"_s);
-    QCOMPARE(listener.takeAll().size(), 1000);
+    QCOMPARE(previous.takeAll().size(), 1000);
 }
 
 void tst_DebugLog::a_fatal_message_is_written_before_the_process_ends()
 {
-    const Listener listener;
+    const DebugLines previous;
     const DebugLog log;
     // As Qt does: it ends the process when the handler is through.
     installedHandler()(QtFatalMsg, QMessageLogContext(), u"the end"_s);
@@ -239,7 +207,7 @@ void tst_DebugLog::a_fatal_message_is_written_before_the_process_ends()
 
 void tst_DebugLog::a_new_run_goes_on_in_the_same_file()
 {
-    const Listener listener;
+    const DebugLines previous;
     for (const char *run : {"first run", "second run"}) {
         const DebugLog log;
         qDebug("%s", run);
@@ -262,7 +230,7 @@ void tst_DebugLog::the_log_lies_in_the_working_directory_and_is_turned_over_at_1
     QFETCH(bool, turned);
     constexpr qint64 size = 1024 * 1024;
     fill(logName, size - room);
-    const Listener listener;
+    const DebugLines previous;
     {
         const DebugLog log;
         qDebug("ten chars.");
@@ -276,7 +244,7 @@ void tst_DebugLog::one_older_file_is_kept()
 {
     constexpr qint64 maxSize = 500;
     constexpr int count = 100;
-    const Listener listener;
+    const DebugLines previous;
     const DebugLog log(u"small.log"_s, maxSize);
     for (int i = 1; i <= count; ++i) {
         qDebug("line %d", i);
@@ -295,7 +263,7 @@ void tst_DebugLog::one_older_file_is_kept()
 
 void tst_DebugLog::a_line_longer_than_the_file_may_be_stands_alone()
 {
-    const Listener listener;
+    const DebugLines previous;
     const DebugLog log(logName, 100);
     const QString longLine(1000, u'x');
     for (const QString &line : {u"before"_s, longLine, u"after"_s})
@@ -308,31 +276,31 @@ void tst_DebugLog::a_line_longer_than_the_file_may_be_stands_alone()
 void tst_DebugLog::what_cannot_be_put_aside_is_given_up()
 {
     QVERIFY(QDir().mkpath(olderName + u"/taken"_s));
-    Listener listener;
+    DebugLines previous;
     const DebugLog log(logName, 100);
     for (int i = 1; i <= 10; ++i)
         qDebug("line %d of ten", i);
     DebugLog::flush();
     QCOMPARE(messagesOf(logName).last(), u"line 10 of ten"_s);
     QVERIFY(QFileInfo(logName).size() <= 100);
-    QCOMPARE(listener.takeAll().size(), 10);
+    QCOMPARE(previous.takeAll().size(), 10);
 }
 
 void tst_DebugLog::a_log_that_cannot_be_written_is_no_error()
 {
-    Listener listener;
+    DebugLines previous;
     {
         const DebugLog log(u"no such folder/rallyvane.log"_s);
         qDebug("one");
         qDebug("two");
     }
-    QCOMPARE(listener.takeAll(), (QStringList{u"one"_s, u"two"_s}));
+    QCOMPARE(previous.takeAll(), (QStringList{u"one"_s, u"two"_s}));
     QVERIFY(QDir().isEmpty());
 }
 
 void tst_DebugLog::a_log_that_can_be_written_again_goes_on()
 {
-    const Listener listener;
+    const DebugLines previous;
     const DebugLog log(u"folder/rallyvane.log"_s);
     qDebug("lost");
     DebugLog::flush();
@@ -345,7 +313,7 @@ void tst_DebugLog::a_log_that_can_be_written_again_goes_on()
 void tst_DebugLog::the_lines_of_several_threads_are_whole_and_in_order()
 {
     constexpr int lineCount = 250;
-    Listener listener;
+    DebugLines previous;
     std::array<std::unique_ptr<QThread>, 4> threads;
     {
         const DebugLog log;
@@ -369,7 +337,7 @@ void tst_DebugLog::the_lines_of_several_threads_are_whole_and_in_order()
             expected += line.endsWith(ending.arg(expected)) ? 1 : 0;
         QCOMPARE(expected, lineCount);
     }
-    QCOMPARE(listener.takeAll().size(), lines.size());
+    QCOMPARE(previous.takeAll().size(), lines.size());
 }
 
 QTEST_GUILESS_MAIN(tst_DebugLog)

@@ -18,8 +18,11 @@ std::int32_t answer(const char *name)
         return host->ready;
     if (called == "ldbGetBeyondVersion")
         return host->build;
-    if (called == "ldbGetZoneCount")
+    if (called == "ldbGetZoneCount") {
+        if (host->onZoneCount)
+            host->onZoneCount();
         return host->zones;
+    }
     if (called == "ldbEnableLaserOutput" || called == "ldbDisableLaserOutput") {
         host->outputOn = called == "ldbEnableLaserOutput";
         return host->outputAnswer;

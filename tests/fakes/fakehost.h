@@ -33,6 +33,7 @@ public:
     std::atomic<qint32> ready = 1; ///< the answer of ldbBeyondExeReady
     std::atomic<qint32> build = 1700;
     std::atomic<qint32> zones = 1;
+    std::function<void()> onZoneCount; ///< runs inside ldbGetZoneCount, before it answers
     std::atomic<qint32> outputAnswer = 1; ///< the answer of the output switch
     std::function<void()> onSendFrame; ///< runs inside ldbSendFrame, to stall it for example
 

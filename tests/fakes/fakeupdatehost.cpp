@@ -2,23 +2,26 @@
 
 #include "updatehost.h"
 
+#include <utility>
+
 namespace {
 
-QString current;
+FakeUpdateHost *current = nullptr;
 
 } // namespace
 
-FakeUpdateHost::FakeUpdateHost(const QString &host)
+FakeUpdateHost::FakeUpdateHost(QString host_)
+    : host(std::move(host_))
 {
-    current = host;
+    current = this;
 }
 
 FakeUpdateHost::~FakeUpdateHost()
 {
-    current.clear();
+    current = nullptr;
 }
 
 QString updateHost()
 {
-    return current.isEmpty() ? QStringLiteral("updates.example") : current;
+    return current ? current->host : QStringLiteral("updates.example");
 }

@@ -7,8 +7,10 @@ class FakeUpdateHost
 {
 public:
     /// Becomes the one of this process until it is destroyed. One at a time.
-    explicit FakeUpdateHost(const QString &host);
+    explicit FakeUpdateHost(QString host);
     ~FakeUpdateHost();
     FakeUpdateHost(const FakeUpdateHost &) = delete;
     FakeUpdateHost &operator=(const FakeUpdateHost &) = delete;
+
+    const QString host; ///< with or without a port
 };

@@ -1,5 +1,6 @@
 #include "versionfile.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -15,11 +16,9 @@ void require(bool holds)
 /// might be taken for markup.
 bool isHarmless(const QString &version)
 {
-    for (const QChar character : version) {
-        if (!character.isSpace() && !QStringLiteral("0123456789.+-eE").contains(character))
-            return false;
-    }
-    return true;
+    return std::ranges::all_of(version, [](QChar character) {
+        return character.isSpace() || QStringLiteral("0123456789.+-eE").contains(character);
+    });
 }
 
 } // namespace

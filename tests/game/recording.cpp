@@ -3,8 +3,10 @@
 #include "fakehost.h"
 #include "pong.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
+#include <utility>
 
 namespace {
 

@@ -18,7 +18,9 @@ thread_local long allocations = 0; ///< of one thread, because the framework has
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
-#include <sanitizer/allocator_interface.h>
+// Declared here because not every compiler brings the sanitizers' header.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(
+    void (*allocated)(const volatile void *, size_t), void (*freed)(const volatile void *));
 
 namespace {
 

@@ -4,6 +4,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <limits>
 
 namespace {

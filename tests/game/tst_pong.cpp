@@ -5,11 +5,14 @@
 
 #include <QCoreApplication>
 #include <QHash>
+#include <QPointer>
 #include <QSemaphore>
+#include <QSet>
 #include <QTest>
 #include <QThread>
 #include <QTimer>
 
+#include <atomic>
 #include <memory>
 
 using namespace Qt::StringLiterals;

@@ -2,6 +2,7 @@
 #include "drawing.h"
 #include "strokes.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 #include <limits>

@@ -5,6 +5,7 @@
 
 #include <QMetaMethod>
 #include <QTest>
+#include <QThread>
 
 #include <limits>
 

@@ -19,7 +19,7 @@ Stage::Player playerOf(const MainWindow &window, int side)
         widget = window.findChild<Widget *>(name);
         QVERIFY2(widget, qPrintable(name));
     };
-    const QString letter = side == 0 ? u"L"_s : u"R"_s;
+    const QString letter = sideLetter(side);
     const QString word = side == 0 ? u"left"_s : u"right"_s;
     Stage::Player player = {};
     player.side = side;
@@ -80,6 +80,34 @@ Stage::Settings Stage::settings() const
     return all;
 }
 
+Stage::Settings Stage::settingsSince(const Settings &before) const
+{
+    const Settings now = settings();
+    Settings changes;
+    for (auto setting = now.begin(); setting != now.end(); ++setting) {
+        if (!before.contains(setting.key()) || before[setting.key()] != setting.value())
+            changes.insert(setting.key(), setting.value());
+    }
+    for (auto setting = before.begin(); setting != before.end(); ++setting) {
+        if (!now.contains(setting.key()))
+            changes.insert(setting.key(), u"removed"_s);
+    }
+    return changes;
+}
+
+QStringList Stage::learning() const
+{
+    QStringList names;
+    for (const Player &player : players) {
+        for (const QPushButton *button :
+            {player.learnMove, player.learnStart, player.learnUp, player.learnDown}) {
+            if (button->text().startsWith("Learning"_L1))
+                names.append(button->objectName());
+        }
+    }
+    return names;
+}
+
 int Stage::step(int side) const
 {
     const Pong &game = window->game();
@@ -132,6 +160,11 @@ void addSides()
     QTest::addColumn<int>("side");
     QTest::addRow("left") << 0;
     QTest::addRow("right") << 1;
+}
+
+QString sideLetter(int side)
+{
+    return side == 0 ? u"L"_s : u"R"_s;
 }
 
 QString midiKey(const QString &control, int side, int byte)

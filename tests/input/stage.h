@@ -56,6 +56,10 @@ public:
 
     /// What the window holds in its store now, written to the file or not.
     Settings settings() const;
+    /// What is new or different in the store since `before`; what is gone has the value "removed".
+    Settings settingsSince(const Settings &before) const;
+    /// The names of the buttons that say that they learn.
+    QStringList learning() const;
     /// The step of a side's paddle.
     int step(int side) const;
     /// The side that has requested a start since the last call, if one has; the match is then put
@@ -86,5 +90,7 @@ private:
 
 /// Adds the column `side` and a row for each.
 void addSides();
+/// "L" or "R".
+QString sideLetter(int side);
 /// The key of a byte, 0 or 1, of a MIDI binding: "CC_00".
 QString midiKey(const QString &control, int side, int byte);

@@ -61,8 +61,8 @@ private slots:
     void no_message_reaches_another_side_or_binding();
     void a_play_of_no_side_is_ignored();
     void a_message_is_handled_on_the_thread_of_the_window();
-    void a_message_still_queued_does_not_move_a_paddle_that_left_midi_data();
-    void a_message_still_queued_does_not_move_a_paddle_that_left_midi();
+    void a_message_still_queued_does_not_move_a_paddle_that_left_its_device_data();
+    void a_message_still_queued_does_not_move_a_paddle_that_left_its_device();
     void another_device_stops_the_paddle_but_not_what_it_sends_itself();
 };
 
@@ -302,15 +302,15 @@ void tst_ControlMapping::a_message_is_handled_on_the_thread_of_the_window()
     QCOMPARE(stage.step(0), 36);
 }
 
-void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left_midi_data()
+void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left_its_device_data()
 {
     addSides();
 }
 
-void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left_midi()
+void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left_its_device()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s, u"Third"_s}, 0, learntMidi);
     const auto word = static_cast<DWORD>(moveStatus[side] | moveNumber[side] << 8 | 127 << 16);
     openDevices(stage);
     const Stage::Player &player = stage.players[size_t(side)];
@@ -323,6 +323,10 @@ void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left
         QCoreApplication::processEvents();
         QCOMPARE(stage.step(side), 0);
     };
+    leaveWithAMessageQueued([&] { player.midiList->setCurrentIndex(3); });
+    player.midiList->setCurrentIndex(0);
+    stage.midi.openInputs.removeIf( // the one that was left open, to be opened again
+        [&](const FakeMidi::Input &input) { return input.device == side; });
     leaveWithAMessageQueued([&] { player.midiList->setCurrentIndex(0); });
     leaveWithAMessageQueued([&] { Stage::click(player.xbox); });
     leaveWithAMessageQueued([&] { Stage::click(player.keyboard); });

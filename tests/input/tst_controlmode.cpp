@@ -189,7 +189,7 @@ void tst_ControlMode::leaving_a_mode_stops_the_paddle_data()
 void tst_ControlMode::leaving_a_mode_stops_the_paddle()
 {
     QFETCH(int, side);
-    const QString letter = side == 0 ? u"L"_s : u"R"_s;
+    const QString letter = sideLetter(side);
     Stage stage({u"First"_s}, 2,
         {{midiKey(u"CC"_s, side, 0), u"176"_s}, {midiKey(u"CC"_s, side, 1), u"7"_s},
             {u"KeyboardUp"_s + letter, QString::number(Qt::Key_U)}});

@@ -57,11 +57,13 @@ class tst_HostLibrary : public QObject
 
 private slots:
     void initTestCase();
+    void cleanup() { ldbDestroy(); }
     void without_memory_there_is_no_host();
     void the_host_is_ready_when_it_says_so_data();
     void the_host_is_ready_when_it_says_so();
     void the_host_is_gone_when_its_heart_stops_and_back_when_it_beats_again();
     void a_host_that_takes_its_leave_is_gone_at_once();
+    void a_host_that_was_replaced_during_a_session_is_gone_until_the_session_ends();
     void a_host_that_comes_back_in_a_new_file_is_found();
     void garbage_in_the_memory_is_no_host_data();
     void garbage_in_the_memory_is_no_host();
@@ -144,6 +146,22 @@ void tst_HostLibrary::a_host_that_takes_its_leave_is_gone_at_once()
     QCOMPARE(ldbBeyondExeReady(), 1);
     QCOMPARE(ldbGetBeyondVersion(), 1800);
     QCOMPARE(ldbGetZoneCount(), 3);
+}
+
+void tst_HostLibrary::a_host_that_was_replaced_during_a_session_is_gone_until_the_session_ends()
+{
+    TestHost host;
+    QCOMPARE(ldbBeyondExeReady(), 1);
+    ldbCreate();
+    QCOMPARE(ldbBeyondExeReady(), 1);
+    openHost(host.memory(), {}, sharedNow());
+    QCOMPARE(ldbBeyondExeReady(), 0);
+    QCOMPARE(ldbBeyondExeReady(), 0);
+    ldbDestroy();
+    QCOMPARE(ldbBeyondExeReady(), 1);
+    ldbCreate();
+    QCOMPARE(ldbBeyondExeReady(), 1);
+    ldbDestroy();
 }
 
 void tst_HostLibrary::a_host_that_comes_back_in_a_new_file_is_found()

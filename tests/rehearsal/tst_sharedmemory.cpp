@@ -54,6 +54,7 @@ void tst_SharedMemory::the_layout_is_that_of_version_1()
     QCOMPARE(offsetof(HostHeader, zoneCount), 16U);
     QCOMPARE(offsetof(HostHeader, ready), 20U);
     QCOMPARE(offsetof(HostHeader, outputOn), 24U);
+    QCOMPARE(offsetof(HostHeader, run), 28U);
     QCOMPARE(offsetof(HostHeader, heartbeat), 32U);
     QCOMPARE(offsetof(FrameSlot, sentAt), 8U);
     QCOMPARE(offsetof(FrameSlot, pointCount), 16U);

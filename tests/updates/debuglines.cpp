@@ -3,9 +3,9 @@
 #include <utility>
 
 DebugLines::DebugLines()
+    : previous(qInstallMessageHandler(append))
 {
     current = this;
-    previous = qInstallMessageHandler(append);
 }
 
 DebugLines::~DebugLines()
@@ -22,6 +22,8 @@ QStringList DebugLines::take()
 
 void DebugLines::append(QtMsgType type, const QMessageLogContext &context, const QString &line)
 {
+    if (!current)
+        return;
     if (type != QtDebugMsg) {
         current->previous(type, context, line);
         return;

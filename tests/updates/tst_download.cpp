@@ -26,7 +26,7 @@ const Identity &loopback()
 }
 
 constexpr DownloadLimits patient = {20s, 1 << 20};
-constexpr DownloadLimits impatient = {500ms, 1 << 20};
+constexpr DownloadLimits impatient = {1s, 1 << 20};
 
 Download get(const HttpsServer &server, const QString &path, const DownloadLimits &limits = patient)
 {
@@ -215,7 +215,7 @@ void tst_Download::a_status_other_than_200_yields_nothing()
     QFETCH(QByteArray, status);
     HttpsServer server(loopback());
     server.answers[u"/file"_s] = {response("<h1>A page</h1>", status)};
-    const Download got = get(server, u"/file"_s, impatient);
+    const Download got = get(server, u"/file"_s);
     QCOMPARE(got.result, Download::Failed);
     QCOMPARE(got.body, QByteArray());
     QVERIFY2(!got.failure.isEmpty(), "no reason given");
@@ -265,8 +265,8 @@ void tst_Download::silence_for_the_limit_is_no_answer()
         const Download got = get(server, path, impatient);
         QCOMPARE(got.result, Download::Failed);
         QCOMPARE(got.body, QByteArray());
-        QCOMPARE(got.failure, u"no data for 500 ms"_s);
-        QCOMPARE(server.asked.last(), u"/file"_s);
+        QCOMPARE(got.failure, u"no data for 1000 ms"_s);
+        QVERIFY(server.asked.contains(u"/file"_s));
     }
 }
 
@@ -278,7 +278,7 @@ void tst_Download::a_server_that_does_not_speak_tls_is_no_answer_after_the_limit
     const Download got =
         download(QUrl(u"https://127.0.0.1:%1/file"_s.arg(mute.serverPort())), impatient);
     QCOMPARE(got.result, Download::Failed);
-    QCOMPARE(got.failure, u"no data for 500 ms"_s);
+    QCOMPARE(got.failure, u"no data for 1000 ms"_s);
     QVERIFY(connections.count() > 0);
 }
 
@@ -287,14 +287,14 @@ void tst_Download::a_slow_answer_that_goes_on_is_waited_for()
     HttpsServer server(loopback());
     const QByteArray body(8000, 'x');
     server.answers[u"/file"_s] = {
-        .bytes = response(body), .end = Answer::HangUp, .pieces = 8, .pause = 250ms};
+        .bytes = response(body), .end = Answer::HangUp, .pieces = 8, .pause = 300ms};
     QElapsedTimer time;
     time.start();
-    const Download got = get(server, u"/file"_s, {1s, 1 << 20});
+    const Download got = get(server, u"/file"_s, {2s, 1 << 20});
     QCOMPARE(got.failure, QString());
     QCOMPARE(got.result, Download::Complete);
     QCOMPARE(got.body, body);
-    QVERIFY2(time.elapsed() > 1000, "it came too quickly to tell");
+    QVERIFY2(time.elapsed() > 2000, "it came too quickly to tell");
 }
 
 void tst_Download::an_answer_larger_than_the_limit_is_refused_data()

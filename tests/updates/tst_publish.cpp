@@ -48,13 +48,16 @@ Outcome publish102()
     return publish({u"--release"_s, u"1.02"_s, u"setup.exe"_s, u"upload"_s});
 }
 
-const QByteArray changelog = "# Changelog\n\n"
-                             "## 1.02 - 2027-03-01\n\n"
-                             "- Updates.\n"
-                             "  Of all kinds.\n"
-                             "- Caf\xC3\xA9.\n\n"
-                             "## 1.01 - 2026-11-20\n\n"
-                             "- First = best.\n";
+QByteArray changelog()
+{
+    return "# Changelog\n\n"
+           "## 1.02 - 2027-03-01\n\n"
+           "- Updates.\n"
+           "  Of all kinds.\n"
+           "- Caf\xC3\xA9.\n\n"
+           "## 1.01 - 2026-11-20\n\n"
+           "- First = best.\n";
+}
 
 } // namespace
 
@@ -84,7 +87,7 @@ void tst_Publish::init()
 {
     folder.emplace();
     QVERIFY(QDir::setCurrent(folder->path()));
-    QVERIFY(write(u"CHANGELOG.md"_s, changelog));
+    QVERIFY(write(u"CHANGELOG.md"_s, changelog()));
     QVERIFY(write(u"setup.exe"_s, QByteArray("a\0b\r\n", 5)));
 }
 
@@ -112,7 +115,7 @@ void tst_Publish::the_tree_is_what_the_program_asks_for()
 
 void tst_Publish::line_ends_of_windows_are_taken_too()
 {
-    QVERIFY(write(u"CHANGELOG.md"_s, QByteArray(changelog).replace("\n", "\r\n")));
+    QVERIFY(write(u"CHANGELOG.md"_s, changelog().replace("\n", "\r\n")));
     QCOMPARE(publish102().errors, QString());
     QCOMPARE(readVersionFile(contents(published + "VersionNotes.txt"_L1)).notes,
         u"- Updates.\n  Of all kinds.\n- Caf\u00E9.\n"_s);

@@ -14,7 +14,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QDirIterator>
-#include <QElapsedTimer>
 #include <QNetworkProxyFactory>
 #include <QProcess>
 #include <QTest>
@@ -202,10 +201,7 @@ void tst_PublishedUpdate::closing_the_window_during_a_download_ends_the_program(
             window->close();
     });
     const MessageBoxes boxes({QMessageBox::Yes});
-    QElapsedTimer time;
-    time.start();
     QCOMPARE(run(), 0);
-    QVERIFY2(time.elapsed() < 4000, "it waited for the server");
     QCOMPARE(boxes.shown.size(), path == versionPath ? 0 : 1);
     QVERIFY(lines.contains(u"Update check abandoned: the program ends"_s));
     QVERIFY(!QFileInfo::exists(u"sw_fw"_s));
@@ -225,10 +221,7 @@ void tst_PublishedUpdate::a_missing_host_library_ends_the_program_during_the_che
     host->installed = false;
     server->answers[versionPath] = {"", Answer::StayConnected};
     const MessageBoxes boxes({QMessageBox::Ok});
-    QElapsedTimer time;
-    time.start();
     QCOMPARE(run(), 0);
-    QVERIFY2(time.elapsed() < 4000, "it waited for the server");
     QCOMPARE(boxes.shown.size(), 1);
     QCOMPARE(boxes.shown[0].title, u"BEYOND DLL Not Found"_s);
     QVERIFY(lines.contains(u"Update check abandoned: the program ends"_s));

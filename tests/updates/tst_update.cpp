@@ -22,14 +22,17 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int ownVersion = 101;
-const QByteArray separator(43, '=');
+QByteArray separator()
+{
+    return {43, '='};
+}
 const QString versionPath = u"/Telechargements/LaserRallyvane/VersionNotes.txt"_s;
 const QString installerPath = u"/Telechargements/LaserRallyvane/Rallyvane_v1.02_setup.exe"_s;
 const QString savedInstaller = u"sw_fw/Rallyvane_v1.02_setup.exe"_s;
 
 QByteArray versionFile(const QByteArray &version, const QByteArray &notes = "- new\n")
 {
-    return separator + "\nV" + version + " \n" + notes + separator + "\n";
+    return separator() + "\nV" + version + " \n" + notes + separator() + "\n";
 }
 
 MessageBoxes::Box question(const QString &version, const QString &notes)
@@ -155,9 +158,9 @@ void tst_Update::the_version_file_decides_without_a_question_data()
     QTest::newRow("not a number") << versionFile("nan") << older;
     QTest::newRow("too large for a whole number") << versionFile("1e30") << older;
     QTest::newRow("a space on a later line only")
-        << separator + "\nV1.02\nall new\n" + separator << older;
-    QTest::newRow("no space") << separator + "\nV1.02\nnew\n" + separator << unreadable;
-    QTest::newRow("one separator") << separator + "\nV1.02 \nnew\n" << unreadable;
+        << separator() + "\nV1.02\nall new\n" + separator() << older;
+    QTest::newRow("no space") << separator() + "\nV1.02\nnew\n" + separator() << unreadable;
+    QTest::newRow("one separator") << separator() + "\nV1.02 \nnew\n" << unreadable;
     QTest::newRow("no separator") << QByteArray("<h1>Welcome</h1>") << noWebsite;
     QTest::newRow("nothing") << QByteArray() << noWebsite;
 }
@@ -212,11 +215,11 @@ void tst_Update::a_server_that_falls_silent_counts_as_no_website()
     QFETCH(QByteArray, bytes);
     server->answers[versionPath] = {bytes, Answer::StayConnected};
     const MessageBoxes boxes;
-    const UpdateServer impatient = {.host = server->host(), .versionFile = {500ms, 1 << 20}};
+    const UpdateServer impatient = {.host = server->host(), .versionFile = {1s, 1 << 20}};
     QVERIFY(!checkForUpdate(impatient, ownVersion, notes));
     QCOMPARE(log->take(),
         (QStringList{"Cannot download https://"_L1 + server->host() + versionPath
-                + ": no data for 500 ms"_L1,
+                + ": no data for 1000 ms"_L1,
             u"Cannot connect to Website"_s}));
     QCOMPARE(boxes.shown.size(), 0);
     QCOMPARE(server->asked, QStringList{versionPath});
@@ -368,7 +371,7 @@ void tst_Update::an_installer_that_does_not_arrive_whole_is_neither_kept_nor_sta
     QTest::newRow("redirected to plain HTTP")
         << Answer{redirect(u"http://127.0.0.1:9/"_s)} << u"Insecure"_s;
     QTest::newRow("stalled") << Answer{response(installer()).chopped(1), Answer::StayConnected}
-                             << u"no data for 500 ms"_s;
+                             << u"no data for 2000 ms"_s;
 }
 
 void tst_Update::an_installer_that_does_not_arrive_whole_is_neither_kept_nor_started()
@@ -378,7 +381,7 @@ void tst_Update::an_installer_that_does_not_arrive_whole_is_neither_kept_nor_sta
     server->answers[versionPath] = {response(versionFile("1.02"))};
     server->answers[installerPath] = answer;
     const MessageBoxes boxes({QMessageBox::Yes});
-    const UpdateServer impatient = {.host = server->host(), .installer = {500ms, largestInstaller}};
+    const UpdateServer impatient = {.host = server->host(), .installer = {2s, largestInstaller}};
     QVERIFY(!checkForUpdate(impatient, ownVersion, notes));
     QCOMPARE(boxes.shown.size(), 1);
     const QStringList lines = log->take();

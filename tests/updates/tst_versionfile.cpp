@@ -7,13 +7,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QByteArray separator(43, '=');
+QByteArray separator()
+{
+    return {43, '='};
+}
 
 /// A version file in the form that is published.
 QByteArray versionFile(const QByteArray &versionLine, const QByteArray &notes)
 {
-    return "Laser Rallyvane\r\n" + separator + "\r\n" + versionLine + "\r\n\r\n" + notes + separator
-        + "\r\n";
+    return "Laser Rallyvane\r\n" + separator() + "\r\n" + versionLine + "\r\n\r\n" + notes
+        + separator() + "\r\n";
 }
 
 } // namespace
@@ -52,12 +55,12 @@ void tst_VersionFile::version_and_notes_are_read_from_between_the_separators_dat
     QTest::newRow("nothing after the space")
         << versionFile("V1.02 ", "- new\n") << u"1.02"_s << u"- new\n"_s;
     QTest::newRow("nothing before the first separator")
-        << separator + "V1.02 \nnew" + separator << u"1.02"_s << u"new"_s;
+        << separator() + "V1.02 \nnew" + separator() << u"1.02"_s << u"new"_s;
     QTest::newRow("no V") << versionFile("1.02 ", "new") << u"1.02"_s << u"new"_s;
     QTest::newRow("any mix before the version")
-        << separator + "=\n=V\r==VV\n1.02 \nnew" + separator << u"1.02"_s << u"new"_s;
+        << separator() + "=\n=V\r==VV\n1.02 \nnew" + separator() << u"1.02"_s << u"new"_s;
     QTest::newRow("separators longer than they need be")
-        << separator + "==\nV1.02 \nnew" + separator + "==" << u"1.02"_s << u"new"_s;
+        << separator() + "==\nV1.02 \nnew" + separator() + "==" << u"1.02"_s << u"new"_s;
     QTest::newRow("an empty version") << versionFile("V 1.02", "new") << u""_s << u"new"_s;
     QTest::newRow("a version of letters") << versionFile("Vnext ", "new") << u"next"_s << u"new"_s;
     QTest::newRow("a small v") << versionFile("v1.02 ", "new") << u"v1.02"_s << u"new"_s;
@@ -74,7 +77,7 @@ void tst_VersionFile::version_and_notes_are_read_from_between_the_separators_dat
                                  << QString(u"a\0b"_s);
     // The second separator is looked for from the first one's second character on.
     QTest::newRow("one line of 44 equals signs, and no other")
-        << separator + "=\nV1.02 \nnew" << u"1.02"_s << u"new"_s;
+        << separator() + "=\nV1.02 \nnew" << u"1.02"_s << u"new"_s;
 }
 
 void tst_VersionFile::version_and_notes_are_read_from_between_the_separators()
@@ -103,12 +106,12 @@ void tst_VersionFile::a_file_without_a_separator_is_no_version_file()
 void tst_VersionFile::a_file_that_is_not_whole_is_unreadable_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("one separator") << separator + "\nV1.02 \nnew\n";
-    QTest::newRow("a separator alone") << separator;
-    QTest::newRow("nothing but separators") << separator + separator;
+    QTest::newRow("one separator") << separator() + "\nV1.02 \nnew\n";
+    QTest::newRow("a separator alone") << separator();
+    QTest::newRow("nothing but separators") << separator() + separator();
     QTest::newRow("cut within the second separator")
-        << separator + "\nV1.02 \nnew\n" + separator.chopped(1);
-    QTest::newRow("no space up to the end") << separator + "\nV1.02\nnew\n" + separator + "\n";
+        << separator() + "\nV1.02 \nnew\n" + separator().chopped(1);
+    QTest::newRow("no space up to the end") << separator() + "\nV1.02\nnew\n" + separator() + "\n";
 }
 
 void tst_VersionFile::a_file_that_is_not_whole_is_unreadable()

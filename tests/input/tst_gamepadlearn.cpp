@@ -1,0 +1,235 @@
+#include "stage.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Opens the window with a pad of their own for both players.
+void openPads(Stage &stage)
+{
+    stage.open();
+    for (const Stage::Player &player : stage.players)
+        player.xboxList->setCurrentIndex(player.side + 1);
+}
+
+} // namespace
+
+class tst_GamepadLearn : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_stick_is_learnt_beyond_24999_data();
+    void a_stick_is_learnt_beyond_24999();
+    void a_button_is_learnt_by_a_press_or_a_release_data();
+    void a_button_is_learnt_by_a_press_or_a_release();
+    void a_paddle_does_not_follow_the_pad_from_which_move_is_learnt_data();
+    void a_paddle_does_not_follow_the_pad_from_which_move_is_learnt();
+    void start_does_not_start_while_it_is_learnt_but_the_stick_moves();
+    void what_is_learnt_from_a_shared_pad_plays_for_nobody_data();
+    void what_is_learnt_from_a_shared_pad_plays_for_nobody();
+    void a_pad_of_the_other_side_is_not_learnt_from();
+    void a_cancelled_pad_learn_leaves_the_pad_playing();
+};
+
+void tst_GamepadLearn::a_stick_is_learnt_beyond_24999_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::addColumn<int>("deflection");
+    QTest::addColumn<bool>("learnt");
+    for (const int side : {0, 1}) {
+        const char *name = side == 0 ? "left" : "right";
+        for (const int deflection : {3000, 24999, -24999, 25000, -25000, 32767, -32768})
+            QTest::addRow("%s %d", name, deflection)
+                << side << deflection << (std::abs(deflection) >= 25000);
+    }
+}
+
+void tst_GamepadLearn::a_stick_is_learnt_beyond_24999()
+{
+    QFETCH(int, side);
+    QFETCH(int, deflection);
+    QFETCH(bool, learnt);
+    Stage stage({}, 2);
+    openPads(stage);
+    const Stage::Settings before = stage.settings();
+    Stage::click(stage.players[size_t(side)].learnMove);
+    stage.pads.pads[size_t(side)].thumbRY = static_cast<SHORT>(deflection);
+    stage.poll(size_t(side));
+    const Stage::Settings expected = {{u"XMove"_s + sideLetter(side), u"3"_s}};
+    QCOMPARE(stage.settingsSince(before), learnt ? expected : Stage::Settings());
+    QCOMPARE(stage.learning().isEmpty(), learnt);
+    QCOMPARE(stage.step(side), 0);
+}
+
+void tst_GamepadLearn::a_button_is_learnt_by_a_press_or_a_release_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::addColumn<bool>("press");
+    for (const int side : {0, 1}) {
+        const char *name = side == 0 ? "left" : "right";
+        QTest::addRow("%s, press", name) << side << true;
+        QTest::addRow("%s, release", name) << side << false;
+    }
+}
+
+void tst_GamepadLearn::a_button_is_learnt_by_a_press_or_a_release()
+{
+    QFETCH(int, side);
+    QFETCH(bool, press);
+    Stage stage({}, 2);
+    openPads(stage);
+    const auto pad = size_t(side);
+    if (!press) {
+        stage.pads.pads[pad].buttons = XINPUT_GAMEPAD_Y;
+        stage.poll(pad);
+    }
+    const Stage::Settings before = stage.settings();
+    Stage::click(stage.players[pad].learnStart);
+    stage.poll(pad);
+    QCOMPARE(stage.learning(), QStringList{stage.players[pad].learnStart->objectName()});
+    stage.pads.pads[pad].buttons = press ? XINPUT_GAMEPAD_Y : WORD(0);
+    stage.poll(pad);
+    QCOMPARE(
+        stage.settingsSince(before), (Stage::Settings{{u"XStart"_s + sideLetter(side), u"3"_s}}));
+    QCOMPARE(stage.learning(), QStringList());
+    QCOMPARE(stage.players[pad].learnStart->text(), u"Click to learn Start - Button 3"_s);
+    QVERIFY(!stage.takeStart());
+    // From now on it starts, by a press alone.
+    stage.pads.pads[pad].buttons = 0;
+    stage.poll(pad);
+    QVERIFY(!stage.takeStart());
+    stage.pads.pads[pad].buttons = XINPUT_GAMEPAD_Y;
+    stage.poll(pad);
+    QCOMPARE(stage.takeStart(), std::optional(side));
+}
+
+void tst_GamepadLearn::a_paddle_does_not_follow_the_pad_from_which_move_is_learnt_data()
+{
+    addSides();
+}
+
+void tst_GamepadLearn::a_paddle_does_not_follow_the_pad_from_which_move_is_learnt()
+{
+    QFETCH(int, side);
+    Stage stage({}, 2);
+    openPads(stage);
+    const auto pad = size_t(side);
+    stage.pads.pads[pad].thumbLX = 20000;
+    stage.poll(pad);
+    QCOMPARE(stage.step(side), 39);
+    Stage::click(stage.players[pad].learnMove);
+    QCOMPARE(stage.step(side), 0);
+    stage.pads.pads[pad].thumbLX = 24000;
+    stage.poll(pad);
+    QCOMPARE(stage.step(side), 0);
+    // The other side plays on.
+    stage.pads.pads[1 - pad].thumbLX = 32767;
+    stage.poll(1 - pad);
+    QCOMPARE(stage.step(1 - side), 63);
+    // Start is not what is learnt.
+    stage.pads.pads[pad].buttons = XINPUT_GAMEPAD_A;
+    stage.poll(pad);
+    QCOMPARE(stage.takeStart(), std::optional(side));
+    // The push that is learnt moves nothing yet; the next one does.
+    stage.pads.pads[pad].thumbRX = 30000;
+    stage.poll(pad);
+    QCOMPARE(stage.learning(), QStringList());
+    QCOMPARE(stage.step(side), 0);
+    stage.pads.pads[pad].thumbRX = 20000;
+    stage.poll(pad);
+    QCOMPARE(stage.step(side), 39);
+    stage.pads.pads[pad].thumbLX = 0;
+    stage.poll(pad);
+    QCOMPARE(stage.step(side), 39);
+}
+
+void tst_GamepadLearn::start_does_not_start_while_it_is_learnt_but_the_stick_moves()
+{
+    Stage stage({}, 2);
+    openPads(stage);
+    stage.pads.pads[0].thumbLX = 32767;
+    stage.poll(0);
+    Stage::click(stage.players[0].learnStart);
+    QCOMPARE(stage.step(0), 63);
+    stage.pads.pads[0].thumbLX = -32768;
+    stage.poll(0);
+    QCOMPARE(stage.step(0), -64);
+    stage.pads.pads[0].buttons = XINPUT_GAMEPAD_A;
+    stage.poll(0);
+    QVERIFY(!stage.takeStart());
+    QCOMPARE(stage.settings()[u"XStartL"_s], u"0"_s);
+}
+
+void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody_data()
+{
+    addSides();
+}
+
+void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody()
+{
+    QFETCH(int, side);
+    Stage stage({}, 1);
+    stage.open();
+    for (const Stage::Player &player : stage.players)
+        player.xboxList->setCurrentIndex(1);
+    FakePads::Pad &pad = stage.pads.pads[0];
+    // Both play on the same stick and button, of which one is to have others.
+    Stage::click(stage.players[size_t(side)].learnStart);
+    pad.buttons = XINPUT_GAMEPAD_A;
+    stage.poll(0);
+    QVERIFY(!stage.takeStart());
+    Stage::click(stage.players[size_t(side)].learnMove);
+    pad.thumbLX = 20000;
+    stage.poll(0);
+    QCOMPARE(stage.step(1 - side), 0);
+    pad.thumbLX = 32767;
+    stage.poll(0);
+    QCOMPARE(stage.learning(), QStringList());
+    QCOMPARE(stage.step(0), 0);
+    QCOMPARE(stage.step(1), 0);
+    pad.thumbLX = -32768;
+    stage.poll(0);
+    QCOMPARE(stage.step(0), -64);
+    QCOMPARE(stage.step(1), -64);
+}
+
+void tst_GamepadLearn::a_pad_of_the_other_side_is_not_learnt_from()
+{
+    Stage stage({}, 2);
+    openPads(stage);
+    const Stage::Settings before = stage.settings();
+    Stage::click(stage.players[1].learnMove);
+    stage.pads.pads[0].thumbRY = 32767;
+    stage.pads.pads[0].buttons = XINPUT_GAMEPAD_Y;
+    stage.poll(0);
+    QCOMPARE(stage.settings(), before);
+    Stage::click(stage.players[1].learnStart);
+    stage.pads.pads[0].buttons = 0;
+    stage.poll(0);
+    QCOMPARE(stage.settings(), before);
+    QCOMPARE(stage.learning(), QStringList{u"learnStartR"_s});
+}
+
+void tst_GamepadLearn::a_cancelled_pad_learn_leaves_the_pad_playing()
+{
+    Stage stage({}, 2);
+    openPads(stage);
+    for (QPushButton *button : {stage.players[0].learnMove, stage.players[0].learnStart}) {
+        Stage::click(button);
+        Stage::click(button);
+    }
+    stage.pads.pads[0].thumbLX = 32767;
+    stage.pads.pads[0].buttons = XINPUT_GAMEPAD_A;
+    stage.poll(0);
+    QCOMPARE(stage.step(0), 63);
+    QCOMPARE(stage.takeStart(), std::optional(0));
+    QVERIFY(!stage.settings().contains(u"XMoveL"_s));
+    QVERIFY(!stage.settings().contains(u"XStartL"_s));
+}
+
+QTEST_MAIN(tst_GamepadLearn)
+
+#include "tst_gamepadlearn.moc"

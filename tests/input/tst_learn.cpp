@@ -1,0 +1,290 @@
+#include "stage.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const Stage::Settings midiModes = {
+    {u"ControlModeLeft"_s, u"MIDI"_s},
+    {u"ControlModeRight"_s, u"MIDI"_s},
+};
+
+/// Opens the window with a MIDI device of their own for both players.
+void openDevices(Stage &stage)
+{
+    stage.open();
+    for (const Stage::Player &player : stage.players)
+        player.midiList->setCurrentIndex(player.side + 1);
+}
+
+} // namespace
+
+class tst_Learn : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void move_is_learnt_from_the_first_message_data();
+    void move_is_learnt_from_the_first_message();
+    void start_is_learnt_from_the_first_message_data();
+    void start_is_learnt_from_the_first_message();
+    void messages_of_the_other_side_play_while_a_side_learns_data();
+    void messages_of_the_other_side_play_while_a_side_learns();
+    void the_message_that_is_learnt_plays_nothing();
+    void a_second_click_cancels_data();
+    void a_second_click_cancels();
+    void a_learn_cancels_every_other();
+    void a_key_is_learnt_while_a_pad_learn_is_replaced();
+    void what_is_learnt_is_in_the_file();
+};
+
+void tst_Learn::move_is_learnt_from_the_first_message_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<int>("number");
+    for (const int side : {0, 1}) {
+        const char *name = side == 0 ? "left" : "right";
+        QTest::addRow("%s, control change", name) << side << 0xB2 << 7;
+        QTest::addRow("%s, controller 0", name) << side << 0xB0 << 0;
+        QTest::addRow("%s, pitch bend", name) << side << 0xE0 << 127;
+        QTest::addRow("%s, a clock", name) << side << 0xF8 << 0;
+    }
+}
+
+void tst_Learn::move_is_learnt_from_the_first_message()
+{
+    QFETCH(int, side);
+    QFETCH(int, status);
+    QFETCH(int, number);
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    openDevices(stage);
+    const Stage::Settings before = stage.settings();
+    Stage::click(stage.players[size_t(side)].learnMove);
+    stage.sendMidi(side, status, number, 100);
+    QCOMPARE(stage.settingsSince(before),
+        (Stage::Settings{{midiKey(u"CC"_s, side, 0), QString::number(status)},
+            {midiKey(u"CC"_s, side, 1), QString::number(number)}}));
+    QCOMPARE(stage.learning(), QStringList());
+    QCOMPARE(stage.step(side), 0);
+    stage.sendMidi(side, status, number, 100);
+    QCOMPARE(stage.step(side), 36);
+    QCOMPARE(stage.settingsSince(before).size(), 2);
+}
+
+void tst_Learn::start_is_learnt_from_the_first_message_data()
+{
+    addSides();
+}
+
+void tst_Learn::start_is_learnt_from_the_first_message()
+{
+    QFETCH(int, side);
+    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    openDevices(stage);
+    const Stage::Settings before = stage.settings();
+    Stage::click(stage.players[size_t(side)].learnStart);
+    stage.sendMidi(side, 0x90, 60, 0);
+    QCOMPARE(stage.settingsSince(before),
+        (Stage::Settings{
+            {midiKey(u"Start"_s, side, 0), u"144"_s}, {midiKey(u"Start"_s, side, 1), u"60"_s}}));
+    QCOMPARE(stage.learning(), QStringList());
+    QVERIFY(!stage.takeStart());
+    stage.sendMidi(side, 0x90, 60, 100);
+    QCOMPARE(stage.takeStart(), std::optional(side));
+    QCOMPARE(stage.settingsSince(before).size(), 2);
+}
+
+void tst_Learn::messages_of_the_other_side_play_while_a_side_learns_data()
+{
+    addSides();
+}
+
+void tst_Learn::messages_of_the_other_side_play_while_a_side_learns()
+{
+    QFETCH(int, side);
+    const int other = 1 - side;
+    Stage::Settings settings = midiModes;
+    settings[midiKey(u"CC"_s, other, 0)] = u"176"_s;
+    settings[midiKey(u"CC"_s, other, 1)] = u"7"_s;
+    settings[midiKey(u"Start"_s, other, 0)] = u"144"_s;
+    settings[midiKey(u"Start"_s, other, 1)] = u"60"_s;
+    Stage stage({u"First"_s, u"Second"_s}, 0, settings);
+    openDevices(stage);
+    const Stage::Player &player = stage.players[size_t(side)];
+    for (QPushButton *button : {player.learnMove, player.learnStart}) {
+        const Stage::Settings before = stage.settings();
+        Stage::click(button);
+        stage.sendMidi(other, 176, 7, 127);
+        QCOMPARE(stage.step(other), 63);
+        stage.sendMidi(other, 176, 7, 0);
+        QCOMPARE(stage.step(other), -64);
+        stage.sendMidi(other, 144, 60, 1);
+        QCOMPARE(stage.takeStart(), std::optional(other));
+        QCOMPARE(stage.settings(), before);
+        QCOMPARE(stage.learning(), QStringList{button->objectName()});
+        stage.sendMidi(side, 176, 9, 127);
+        QCOMPARE(stage.settingsSince(before).size(), 2);
+        QCOMPARE(stage.learning(), QStringList());
+    }
+}
+
+void tst_Learn::the_message_that_is_learnt_plays_nothing()
+{
+    Stage stage({u"First"_s, u"Second"_s}, 0,
+        {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"CC_00"_s, u"176"_s}, {u"CC_01"_s, u"7"_s},
+            {u"Start_00"_s, u"176"_s}, {u"Start_01"_s, u"7"_s}});
+    openDevices(stage);
+    const Stage::Player &player = stage.players[0];
+    stage.sendMidi(0, 176, 7, 80);
+    QCOMPARE(stage.takeStart(), std::optional(0));
+    for (QPushButton *button : {player.learnMove, player.learnStart}) {
+        Stage::click(button);
+        stage.sendMidi(0, 176, 7, 127);
+        // The learnt message is over; what held the paddle before it still does.
+        QCOMPARE(stage.step(0), 16);
+        QVERIFY(!stage.takeStart());
+    }
+}
+
+void tst_Learn::a_second_click_cancels_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QString>("button");
+    for (const char *side : {"L", "R"}) {
+        const QString name = QString::fromLatin1(side);
+        for (const QString &mode : {u"MIDI"_s, u"XBOX"_s}) {
+            QTest::addRow("%s Move %s", qPrintable(mode), side) << mode << u"learnCC"_s + name;
+            QTest::addRow("%s Start %s", qPrintable(mode), side) << mode << u"learnStart"_s + name;
+        }
+        for (const QString &control : {u"Start"_s, u"Up"_s, u"Down"_s})
+            QTest::addRow("KEYBOARD %s %s", qPrintable(control), side)
+                << u"KEYBOARD"_s << u"learn"_s + control + name;
+    }
+}
+
+void tst_Learn::a_second_click_cancels()
+{
+    QFETCH(QString, mode);
+    QFETCH(QString, button);
+    Stage stage({u"First"_s, u"Second"_s}, 2,
+        {{u"ControlModeLeft"_s, mode}, {u"ControlModeRight"_s, mode}});
+    stage.open();
+    for (const Stage::Player &player : stage.players) {
+        if (mode == "MIDI"_L1)
+            player.midiList->setCurrentIndex(player.side + 1);
+        player.xboxList->setCurrentIndex(player.side + 1);
+    }
+    auto *learn = stage.window->findChild<QPushButton *>(button);
+    const QString text = learn->text();
+    const QString styleSheet = learn->styleSheet();
+    const Stage::Settings before = stage.settings();
+    Stage::click(learn);
+    QCOMPARE(stage.learning(), QStringList{button});
+    Stage::click(learn);
+    QCOMPARE(stage.learning(), QStringList());
+    QCOMPARE(learn->text(), text);
+    QCOMPARE(learn->styleSheet(), styleSheet);
+    for (const std::size_t side : {0, 1}) {
+        stage.sendMidi(int(side), 0xB0, 7, 100);
+        stage.pads.pads[side].thumbRY = 32767;
+        stage.pads.pads[side].buttons = XINPUT_GAMEPAD_Y;
+        if (mode == "XBOX"_L1)
+            stage.poll(side);
+    }
+    QTest::keyClick(learn, Qt::Key_Y);
+    QCOMPARE(stage.settings(), before);
+}
+
+void tst_Learn::a_learn_cancels_every_other()
+{
+    // The left player on a pad, the right one on the keyboard: every kind of learn button.
+    Stage stage({u"First"_s}, 1,
+        {{u"ControlModeLeft"_s, u"XBOX"_s}, {u"ControlModeRight"_s, u"KEYBOARD"_s}});
+    stage.open();
+    const Stage::Player &left = stage.players[0];
+    const Stage::Player &right = stage.players[1];
+    left.xboxList->setCurrentIndex(1);
+    const QList<QPushButton *> onPadAndKeys = {
+        left.learnMove, left.learnStart, right.learnStart, right.learnUp, right.learnDown};
+    const auto eachAfterEach = [&stage](const QList<QPushButton *> &buttons) {
+        for (QPushButton *first : buttons) {
+            for (QPushButton *second : buttons) {
+                if (first == second)
+                    continue;
+                Stage::click(first);
+                QCOMPARE(stage.learning(), QStringList{first->objectName()});
+                Stage::click(second);
+                QCOMPARE(stage.learning(), QStringList{second->objectName()});
+                Stage::click(second);
+                QCOMPARE(stage.learning(), QStringList());
+            }
+        }
+    };
+    eachAfterEach(onPadAndKeys);
+    Stage::click(left.midi);
+    left.midiList->setCurrentIndex(1);
+    eachAfterEach(onPadAndKeys);
+    // And the other way round.
+    Stage::click(left.keyboard);
+    Stage::click(right.xbox);
+    right.xboxList->setCurrentIndex(1);
+    eachAfterEach(
+        {left.learnStart, left.learnUp, left.learnDown, right.learnMove, right.learnStart});
+}
+
+void tst_Learn::a_key_is_learnt_while_a_pad_learn_is_replaced()
+{
+    Stage stage({}, 1, {{u"ControlModeRight"_s, u"KEYBOARD"_s}});
+    stage.open();
+    stage.players[0].xboxList->setCurrentIndex(1);
+    for (QPushButton *padLearn : {stage.players[0].learnMove, stage.players[0].learnStart}) {
+        Stage::click(padLearn);
+        const Stage::Settings before = stage.settings();
+        Stage::click(stage.players[1].learnUp);
+        // The pad plays again at once.
+        stage.pads.pads[0].thumbLX = 32767;
+        stage.pads.pads[0].buttons = XINPUT_GAMEPAD_A;
+        stage.poll(0);
+        QCOMPARE(stage.step(0), 63);
+        QCOMPARE(stage.takeStart(), std::optional(0));
+        stage.pads.pads[0].thumbLX = 0;
+        stage.pads.pads[0].buttons = 0;
+        stage.poll(0);
+        QCOMPARE(stage.learning(), QStringList{u"learnUpR"_s});
+        QCOMPARE(stage.settings(), before);
+        const Qt::Key key = padLearn == stage.players[0].learnMove ? Qt::Key_U : Qt::Key_V;
+        QTest::keyClick(padLearn, key);
+        QCOMPARE(stage.settingsSince(before),
+            (Stage::Settings{{u"KeyboardUpR"_s, QString::number(key)}}));
+        QCOMPARE(stage.learning(), QStringList());
+    }
+}
+
+void tst_Learn::what_is_learnt_is_in_the_file()
+{
+    Stage stage({u"First"_s, u"Second"_s}, 1, midiModes);
+    openDevices(stage);
+    Stage::click(stage.players[1].learnMove);
+    stage.sendMidi(1, 0xE3, 5, 100);
+    Stage::click(stage.players[0].xbox);
+    stage.players[0].xboxList->setCurrentIndex(1);
+    Stage::click(stage.players[0].learnStart);
+    stage.pads.pads[0].leftTrigger = 1;
+    stage.poll(0);
+    stage.close();
+    QFile file(u".pong"_s);
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    lines.sort();
+    QCOMPARE(lines,
+        QStringList(
+            {u"CC_10=227"_s, u"CC_11=5"_s, u"ControlModeLeft=XBOX"_s, u"ControlModeRight=MIDI"_s,
+                u"SensL=512"_s, u"SensR=512"_s, u"XStartL=10"_s, u"[General]"_s}));
+}
+
+QTEST_MAIN(tst_Learn)
+
+#include "tst_learn.moc"

@@ -1,0 +1,295 @@
+#include "stage.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString mauve = u"QPushButton {background-color:#97A;} "
+                      "QPushButton:hover {background-color:#FF4;} "
+                      "QPushButton:pressed {background-color:#DD0;} "
+                      "QPushButton:disabled {background-color:#999;}"_s;
+const QString grey = u"QPushButton {background-color:#BBB;} "
+                     "QPushButton:hover {background-color:#FF4;} "
+                     "QPushButton:pressed {background-color:#DD0;} "
+                     "QPushButton:disabled {background-color:#999;}"_s;
+const QString blue = u"QPushButton {background-color:#08F;} "
+                     "QPushButton:hover {background-color:#0AF;} "
+                     "QPushButton:pressed {background-color:#08D;}"_s;
+
+/// How a learn button looks; a hidden one looks of nothing.
+struct Look
+{
+    QString text;
+    bool enabled = true;
+    QString styleSheet;
+
+    bool operator==(const Look &) const = default;
+};
+
+/// What QCOMPARE shows of a look.
+char *toString(const Look &look)
+{
+    return QTest::toString(
+        look.text + (look.enabled ? u", "_s : u", disabled, "_s) + look.styleSheet.left(45));
+}
+
+Look lookOf(const QPushButton *button)
+{
+    if (!button->isVisible())
+        return {};
+    return {button->text(), button->isEnabled(), button->styleSheet()};
+}
+
+/// Both players learnt everything, on every kind of device.
+const Stage::Settings everything = {
+    {u"CC_00"_s, u"176"_s},
+    {u"CC_01"_s, u"0"_s},
+    {u"CC_10"_s, u"177"_s},
+    {u"CC_11"_s, u"0"_s},
+    {u"Start_00"_s, u"144"_s},
+    {u"Start_01"_s, u"0"_s},
+    {u"Start_10"_s, u"145"_s},
+    {u"Start_11"_s, u"0"_s},
+    {u"XStartL"_s, u"0"_s},
+    {u"XStartR"_s, u"0"_s},
+    {u"XMoveL"_s, u"0"_s},
+    {u"XMoveR"_s, u"0"_s},
+    {u"KeyboardUpL"_s, u"85"_s},
+    {u"KeyboardUpR"_s, u"85"_s},
+    {u"KeyboardDownL"_s, u"68"_s},
+    {u"KeyboardDownR"_s, u"68"_s},
+    {u"KeyboardStartL"_s, u"83"_s},
+    {u"KeyboardStartR"_s, u"83"_s},
+};
+
+const QList<QPushButton *> buttonsOf(const Stage::Player &player)
+{
+    return {player.learnStart, player.learnMove, player.learnUp, player.learnDown};
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Look)
+
+class tst_LearnButtons : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_button_says_what_a_click_does_data();
+    void a_button_says_what_a_click_does();
+    void a_pad_button_shows_the_numbers_that_play_data();
+    void a_pad_button_shows_the_numbers_that_play();
+    void a_pad_control_counts_as_learnt_once_it_is_written_data();
+    void a_pad_control_counts_as_learnt_once_it_is_written();
+    void a_midi_control_counts_as_learnt_by_its_status_alone();
+    void a_learn_that_lost_its_device_stays_blue();
+    void the_form_shows_no_text_of_its_own_after_the_start();
+};
+
+void tst_LearnButtons::a_button_says_what_a_click_does_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<bool>("device");
+    QTest::addColumn<bool>("learnt");
+    QTest::addColumn<int>("learning"); // 0 start, 1 move, 2 up, 3 down, -1 nothing
+    QTest::addColumn<Look>("start");
+    QTest::addColumn<Look>("move");
+    QTest::addColumn<Look>("up");
+    QTest::addColumn<Look>("down");
+    const Look hidden;
+    const Look learningStart = {u"Learning Start..."_s, true, blue};
+    const Look learningMove = {u"Learning Move..."_s, true, blue};
+    const Look learningUp = {u"Learning Up..."_s, true, blue};
+    const Look learningDown = {u"Learning Down..."_s, true, blue};
+    for (const bool learnt : {false, true}) {
+        const QString &colour = learnt ? mauve : grey;
+        const char *name = learnt ? "learnt" : "not learnt";
+        const Look noStart = {u"Click to learn Start"_s, false, colour};
+        const Look noMove = {u"Click to learn Move"_s, false, colour};
+        const Look start = {u"Click to learn Start - "_s, true, colour};
+        const Look move = {u"Click to learn Move - "_s, true, colour};
+        const Look up = {u"Click to learn Up - "_s, true, colour};
+        const Look down = {u"Click to learn Down - "_s, true, colour};
+        const Look button = {u"Click to learn Start - Button 0"_s, true, colour};
+        const Look stick = {u"Click to learn Move - Controller 0"_s, true, colour};
+
+        QTest::addRow("MIDI, no device, %s", name)
+            << u"MIDI"_s << false << learnt << -1 << noStart << noMove << hidden << hidden;
+        QTest::addRow("MIDI, %s", name)
+            << u"MIDI"_s << true << learnt << -1 << start << move << hidden << hidden;
+        QTest::addRow("MIDI, %s, learning Start", name)
+            << u"MIDI"_s << true << learnt << 0 << learningStart << move << hidden << hidden;
+        QTest::addRow("MIDI, %s, learning Move", name)
+            << u"MIDI"_s << true << learnt << 1 << start << learningMove << hidden << hidden;
+
+        QTest::addRow("gamepad, no pad, %s", name)
+            << u"XBOX"_s << false << learnt << -1 << noStart << noMove << hidden << hidden;
+        QTest::addRow("gamepad, %s", name)
+            << u"XBOX"_s << true << learnt << -1 << button << stick << hidden << hidden;
+        QTest::addRow("gamepad, %s, learning Start", name)
+            << u"XBOX"_s << true << learnt << 0 << learningStart << stick << hidden << hidden;
+        QTest::addRow("gamepad, %s, learning Move", name)
+            << u"XBOX"_s << true << learnt << 1 << button << learningMove << hidden << hidden;
+
+        QTest::addRow("keyboard, %s", name)
+            << u"KEYBOARD"_s << false << learnt << -1 << start << hidden << up << down;
+        QTest::addRow("keyboard, %s, learning Start", name)
+            << u"KEYBOARD"_s << false << learnt << 0 << learningStart << hidden << up << down;
+        QTest::addRow("keyboard, %s, learning Up", name)
+            << u"KEYBOARD"_s << false << learnt << 2 << start << hidden << learningUp << down;
+        QTest::addRow("keyboard, %s, learning Down", name)
+            << u"KEYBOARD"_s << false << learnt << 3 << start << hidden << up << learningDown;
+    }
+}
+
+void tst_LearnButtons::a_button_says_what_a_click_does()
+{
+    QFETCH(QString, mode);
+    QFETCH(bool, device);
+    QFETCH(bool, learnt);
+    QFETCH(int, learning);
+    QFETCH(Look, start);
+    QFETCH(Look, move);
+    QFETCH(Look, up);
+    QFETCH(Look, down);
+    Stage::Settings settings = learnt ? everything : Stage::Settings();
+    settings[u"ControlModeLeft"_s] = mode;
+    settings[u"ControlModeRight"_s] = mode;
+    Stage stage({u"First"_s, u"Second"_s}, 2, settings);
+    stage.open();
+    for (const Stage::Player &player : stage.players) {
+        if (device)
+            (mode == "MIDI"_L1 ? player.midiList : player.xboxList)
+                ->setCurrentIndex(player.side + 1);
+    }
+    const auto compare = [&](const Stage::Player &player) {
+        QCOMPARE(lookOf(player.learnStart), start);
+        QCOMPARE(lookOf(player.learnMove), move);
+        QCOMPARE(lookOf(player.learnUp), up);
+        QCOMPARE(lookOf(player.learnDown), down);
+    };
+    QList<QList<Look>> idle;
+    for (const Stage::Player &player : stage.players) {
+        idle.append(QList<Look>());
+        for (const QPushButton *button : buttonsOf(player))
+            idle.last().append(lookOf(button));
+    }
+    for (const Stage::Player &player : stage.players) {
+        if (learning >= 0)
+            Stage::click(buttonsOf(player)[learning]);
+        compare(player);
+        // What one player learns does not show on the other.
+        const Stage::Player &other = stage.players[size_t(1 - player.side)];
+        for (int i = 0; learning >= 0 && i < buttonsOf(other).size(); ++i)
+            QCOMPARE(lookOf(buttonsOf(other)[i]), idle[other.side][i]);
+    }
+}
+
+void tst_LearnButtons::a_pad_button_shows_the_numbers_that_play_data()
+{
+    addSides();
+}
+
+void tst_LearnButtons::a_pad_button_shows_the_numbers_that_play()
+{
+    QFETCH(int, side);
+    const QString letter = sideLetter(side);
+    Stage stage({}, 1, {{u"XStart"_s + letter, u"15"_s}, {u"XMove"_s + letter, u"3"_s}});
+    stage.open();
+    for (const Stage::Player &player : stage.players) {
+        player.xboxList->setCurrentIndex(1);
+        const bool learnt = player.side == side;
+        QCOMPARE(player.learnStart->text(),
+            learnt ? u"Click to learn Start - Button 15"_s : u"Click to learn Start - Button 0"_s);
+        QCOMPARE(player.learnMove->text(),
+            learnt ? u"Click to learn Move - Controller 3"_s
+                   : u"Click to learn Move - Controller 0"_s);
+    }
+}
+
+void tst_LearnButtons::a_pad_control_counts_as_learnt_once_it_is_written_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QStringList>("mauveButtons");
+    QTest::addRow("nothing") << u"Other"_s << u"1"_s << QStringList();
+    QTest::addRow("left Move 0") << u"XMoveL"_s << u"0"_s << QStringList{u"learnCCL"_s};
+    QTest::addRow("right Move 0") << u"XMoveR"_s << u"0"_s << QStringList{u"learnCCR"_s};
+    QTest::addRow("left Start 0") << u"XStartL"_s << u"0"_s << QStringList{u"learnStartL"_s};
+    QTest::addRow("right Start 0") << u"XStartR"_s << u"0"_s << QStringList{u"learnStartR"_s};
+    QTest::addRow("-1 written") << u"XMoveL"_s << u"-1"_s << QStringList();
+}
+
+void tst_LearnButtons::a_pad_control_counts_as_learnt_once_it_is_written()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, value);
+    QFETCH(QStringList, mauveButtons);
+    Stage stage({}, 1, {{key, value}});
+    stage.open();
+    for (const int pad : {0, 1}) { // with and without a pad
+        QStringList found;
+        for (const Stage::Player &player : stage.players) {
+            player.xboxList->setCurrentIndex(pad);
+            for (const QPushButton *button : {player.learnMove, player.learnStart}) {
+                if (button->styleSheet() == mauve)
+                    found.append(button->objectName());
+                else
+                    QCOMPARE(button->styleSheet(), grey);
+            }
+        }
+        QCOMPARE(found, mauveButtons);
+    }
+}
+
+void tst_LearnButtons::a_midi_control_counts_as_learnt_by_its_status_alone()
+{
+    Stage stage({u"First"_s}, 0,
+        {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"ControlModeRight"_s, u"MIDI"_s},
+            {u"CC_00"_s, u"248"_s}, {u"Start_01"_s, u"60"_s}, {u"CC_11"_s, u"7"_s},
+            {u"Start_10"_s, u"144"_s}});
+    stage.open();
+    QCOMPARE(stage.players[0].learnMove->styleSheet(), mauve);
+    QCOMPARE(stage.players[0].learnStart->styleSheet(), grey);
+    QCOMPARE(stage.players[1].learnMove->styleSheet(), grey);
+    QCOMPARE(stage.players[1].learnStart->styleSheet(), mauve);
+}
+
+void tst_LearnButtons::a_learn_that_lost_its_device_stays_blue()
+{
+    Stage stage({u"First"_s}, 0, {{u"ControlModeLeft"_s, u"MIDI"_s}});
+    stage.open();
+    const Stage::Player &player = stage.players[0];
+    player.midiList->setCurrentIndex(1);
+    Stage::click(player.learnMove);
+    player.midiList->setCurrentIndex(0);
+    QCOMPARE(lookOf(player.learnMove), (Look{u"Learning Move..."_s, false, blue}));
+    QCOMPARE(lookOf(player.learnStart), (Look{u"Click to learn Start"_s, false, grey}));
+    // With the device back it learns, as it says.
+    player.midiList->setCurrentIndex(1);
+    QCOMPARE(lookOf(player.learnMove), (Look{u"Learning Move..."_s, true, blue}));
+    stage.sendMidi(0, 0xB0, 7, 100);
+    QCOMPARE(lookOf(player.learnMove), (Look{u"Click to learn Move - "_s, true, mauve}));
+}
+
+void tst_LearnButtons::the_form_shows_no_text_of_its_own_after_the_start()
+{
+    for (const QString &mode : {u"MIDI"_s, u"XBOX"_s, u"KEYBOARD"_s}) {
+        Stage stage({}, 0, {{u"ControlModeLeft"_s, mode}, {u"ControlModeRight"_s, mode}});
+        stage.open();
+        for (const Stage::Player &player : stage.players) {
+            for (const QPushButton *button : buttonsOf(player)) {
+                if (button->isVisible())
+                    QVERIFY2(button->text().startsWith("Click to learn "_L1),
+                        qPrintable(button->text()));
+            }
+        }
+    }
+}
+
+QTEST_MAIN(tst_LearnButtons)
+
+#include "tst_learnbuttons.moc"

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "stage.h"
+
+#include <QDeadlineTimer>
+#include <QSemaphore>
+#include <QTest>
+#include <QThread>
+
+#include <atomic>
+
+/// Lets the poller of the first pad work while the window does not.
+class UnseenPoll
+{
+public:
+    /// To be made before the window is opened, and to outlive it.
+    explicit UnseenPoll(Stage &stage)
+        : m_stage(stage)
+    {
+        stage.pads.onGetState = [this](DWORD pad) {
+            // The lists' own probe was the first read; the polls follow.
+            const bool isFirstRead = m_stage.pads.pads[0].reads % readsOfPoll == 1;
+            if (pad != 0 || !isFirstRead || !m_holds.exchange(false))
+                return;
+            m_polledOn = QThread::currentThread();
+            m_arrived.release();
+            m_goesOn.acquire();
+        };
+    }
+    ~UnseenPoll()
+    {
+        m_goesOn.release(); // in case that a failed check left the poller waiting
+        m_stage.close();
+    }
+    UnseenPoll(const UnseenPoll &) = delete;
+    UnseenPoll &operator=(const UnseenPoll &) = delete;
+
+    /// Pushes the left stick up and presses A, and lets a whole poll of that pass.
+    void pushAndPress()
+    {
+        m_holds = true;
+        QTRY_COMPARE(m_arrived.available(), 1);
+        m_arrived.acquire();
+        FakePads::Pad &pad = m_stage.pads.pads[0];
+        const int end = pad.reads + readsOfPoll;
+        pad.thumbLX = 32767;
+        pad.buttons = XINPUT_GAMEPAD_A;
+        m_goesOn.release();
+        // By the read of the last stick the others have been told.
+        for (const QDeadlineTimer patience(5000); pad.reads < end;) {
+            QVERIFY(!patience.hasExpired());
+            QThread::yieldCurrentThread();
+        }
+    }
+
+    QThread *polledOn() const { return m_polledOn; }
+
+private:
+    static constexpr int readsOfPoll = 20;
+    Stage &m_stage;
+    QSemaphore m_arrived;
+    QSemaphore m_goesOn;
+    std::atomic<bool> m_holds = false;
+    std::atomic<QThread *> m_polledOn = nullptr;
+};
