@@ -37,7 +37,7 @@ using LPCWSTR = const wchar_t *;
 
 // Modules -----------------------------------------------------------------------------------
 
-using HMODULE = struct HINSTANCE__ *;
+using HMODULE = struct ModuleHandle *;
 using FARPROC = void (*)();
 
 /// Loads a library by bare file name: NAME.dll is looked for as NAME.so, beside the executable
@@ -55,8 +55,8 @@ BOOL FreeLibrary(HMODULE module);
 // Call them from one thread, and never from inside the callback.
 
 using MMRESULT = UINT;
-using HMIDIIN = struct HMIDIIN__ *;
-using HMIDIOUT = struct HMIDIOUT__ *;
+using HMIDIIN = struct MidiInHandle *;
+using HMIDIOUT = struct MidiOutHandle *;
 
 constexpr MMRESULT MMSYSERR_NOERROR = 0;
 constexpr MMRESULT MMSYSERR_ERROR = 1;
@@ -80,6 +80,7 @@ constexpr UINT MIM_MOREDATA = 0x3CC;
 
 constexpr int MAXPNAMELEN = 32;
 
+// NOLINTBEGIN(modernize-avoid-c-arrays): the layouts are those of Windows.
 struct MIDIINCAPSA
 {
     WORD wMid;
@@ -103,6 +104,7 @@ struct MIDIOUTCAPSA
     DWORD dwSupport;
 };
 static_assert(sizeof(MIDIOUTCAPSA) == 52);
+// NOLINTEND(modernize-avoid-c-arrays)
 
 UINT midiInGetNumDevs();
 MMRESULT midiInGetDevCapsA(DWORD_PTR device, MIDIINCAPSA *caps, UINT capsSize);
