@@ -248,9 +248,9 @@ void tst_ControlMapping::no_message_reaches_another_side_or_binding()
                         status == moveStatus[side] && (fourteenBits || number == moveNumber[side]);
                     const int step = !isMove ? before : (fourteenBits ? number : value) - 64;
                     const bool isStart = status == startStatus[side] && number == startNumber[side];
-                    const std::optional<int> start = isStart ? std::optional(side) : std::nullopt;
+                    const int start = isStart ? side : noSide;
                     strays += stage.step(side) != step || stage.step(1 - side) != otherBefore
-                        || stage.takeStart() != start;
+                        || stage.takeStart().value_or(noSide) != start;
                     moves += isMove;
                     starts += isStart;
                 }
