@@ -61,7 +61,7 @@ private:
     {
         auto *enable = m_window->findChild<QAbstractButton *>(QStringLiteral("enableButton"));
         auto *show = m_window->findChild<QAbstractButton *>(QStringLiteral("showButton"));
-        if (!enable->isEnabled())
+        if (!enable || !show || !enable->isEnabled())
             return; // the host is not found yet
         if (!enable->isChecked()) {
             enable->click();

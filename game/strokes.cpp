@@ -100,7 +100,8 @@ void addLinePoints(QList<FramePoint> &stroke, StrokeSize size, Point centre, int
 {
     const int evenSteps = std::max(steps, 0);
     PointWriter points(stroke, qsizetype(evenSteps) + 1, color);
-    const auto [w, h] = size;
+    const float w = size.w;
+    const float h = size.h;
     const auto cx = static_cast<float>(centre.x);
     const auto cy = static_cast<float>(centre.y);
     const auto n = static_cast<float>(steps);

@@ -92,7 +92,7 @@ void BadBey::sendFirst(qsizetype count, qint32 toZone)
     if (!dllLoaded)
         return;
     std::array<LdbPoint, ldbMaxPoints> buffer = {};
-    auto record = buffer.begin();
+    LdbPoint *record = buffer.data();
     for (auto point = points.cbegin(); point != points.cbegin() + count; ++point)
         writePoint(*record++, *point);
     ldbSendFrame(
