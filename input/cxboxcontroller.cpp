@@ -23,7 +23,7 @@ struct ButtonSource
 };
 
 /// The buttons in the order in which a poll reads them.
-constexpr ButtonSource buttonSources[] = {
+constexpr auto buttonSources = std::to_array<ButtonSource>({
     {CXBOXController::DPadUp, XINPUT_GAMEPAD_DPAD_UP},
     {CXBOXController::DPadDown, XINPUT_GAMEPAD_DPAD_DOWN},
     {CXBOXController::DPadLeft, XINPUT_GAMEPAD_DPAD_LEFT},
@@ -40,7 +40,7 @@ constexpr ButtonSource buttonSources[] = {
     {CXBOXController::ButtonBack, XINPUT_GAMEPAD_BACK},
     {CXBOXController::LeftTrigger, 0, &XINPUT_GAMEPAD::bLeftTrigger},
     {CXBOXController::RightTrigger, 0, &XINPUT_GAMEPAD::bRightTrigger},
-};
+});
 
 struct StickSource
 {
@@ -49,12 +49,12 @@ struct StickSource
 };
 
 /// The sticks in the order in which a poll reads them.
-constexpr StickSource stickSources[] = {
+constexpr auto stickSources = std::to_array<StickSource>({
     {CXBOXController::ThumbLX, &XINPUT_GAMEPAD::sThumbLX},
     {CXBOXController::ThumbLY, &XINPUT_GAMEPAD::sThumbLY},
     {CXBOXController::ThumbRX, &XINPUT_GAMEPAD::sThumbRX},
     {CXBOXController::ThumbRY, &XINPUT_GAMEPAD::sThumbRY},
-};
+});
 
 } // namespace
 
@@ -104,7 +104,7 @@ bool CXBOXController::isConnected() const
     return XInputGetState(controllerIndex, &now) == ERROR_SUCCESS;
 }
 
-DWORD CXBOXController::vibrate(quint16 leftMotor, quint16 rightMotor)
+DWORD CXBOXController::vibrate(quint16 leftMotor, quint16 rightMotor) const
 {
     XINPUT_VIBRATION vibration = {leftMotor, rightMotor};
     return XInputSetState(controllerIndex, &vibration);

@@ -68,9 +68,11 @@ public:
     /// Whether the pad is connected now. Any thread.
     bool isConnected() const;
     /// Drives the motors (0 ... 65535) and returns the system's result. Any thread.
-    DWORD vibrate(quint16 leftMotor, quint16 rightMotor);
+    DWORD vibrate(quint16 leftMotor, quint16 rightMotor) const;
 
 signals:
+    // The types are registered by these names.
+    // clazy:excludeall=fully-qualified-moc-types
     void killThread();
     /// A button was pressed or released. Emitted on the worker thread.
     void buttonXbox(buttonList index, bool pressed);

@@ -3,6 +3,8 @@
 #include <QThread>
 
 #include <algorithm>
+#include <iterator>
+#include <span>
 
 // Constructed in this order, before main.
 MidiDevIn midiInLeft;
@@ -10,10 +12,11 @@ MidiDevIn midiInRight;
 
 namespace {
 
-template <std::size_t size>
-QString productName(const char (&name)[size])
+/// The text of a field that ends with a zero or with itself.
+QString productName(std::span<const char> field)
 {
-    return QString::fromUtf8(name, std::find(name, name + size, '\0') - name);
+    return QString::fromUtf8(
+        field.data(), std::distance(field.begin(), std::find(field.begin(), field.end(), '\0')));
 }
 
 /// The number of the first device of that exact name, or -1.

@@ -16,7 +16,9 @@ LDB_ENTRY_POINTS(DECLARE_POINTER)
 template <class Function>
 bool resolve(Function *&pointer, const char *name)
 {
-    pointer = reinterpret_cast<Function *>(GetProcAddress(library, name));
+    // By way of the one function type that stands for every other, as Windows has its own.
+    pointer =
+        reinterpret_cast<Function *>(reinterpret_cast<void (*)()>(GetProcAddress(library, name)));
     return pointer != nullptr;
 }
 

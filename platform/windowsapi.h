@@ -17,6 +17,8 @@
 
 #else
 
+// NOLINTBEGIN(bugprone-reserved-identifier, modernize-avoid-c-arrays): the system's own names
+
 #include <cstdint>
 
 using BOOL = int;
@@ -35,7 +37,7 @@ using LPCWSTR = const wchar_t *;
 
 // Modules -----------------------------------------------------------------------------------
 
-using HMODULE = struct HINSTANCE__ *;
+using HMODULE = struct ModuleHandle *;
 using FARPROC = void (*)();
 
 /// Loads a library by bare file name: NAME.dll is looked for as NAME.so, beside the executable
@@ -53,8 +55,8 @@ BOOL FreeLibrary(HMODULE module);
 // Call them from one thread, and never from inside the callback.
 
 using MMRESULT = UINT;
-using HMIDIIN = struct HMIDIIN__ *;
-using HMIDIOUT = struct HMIDIOUT__ *;
+using HMIDIIN = struct MidiInHandle *;
+using HMIDIOUT = struct MidiOutHandle *;
 
 constexpr MMRESULT MMSYSERR_NOERROR = 0;
 constexpr MMRESULT MMSYSERR_ERROR = 1;
@@ -78,6 +80,7 @@ constexpr UINT MIM_MOREDATA = 0x3CC;
 
 constexpr int MAXPNAMELEN = 32;
 
+// NOLINTBEGIN(modernize-avoid-c-arrays): the layouts are those of Windows.
 struct MIDIINCAPSA
 {
     WORD wMid;
@@ -101,6 +104,7 @@ struct MIDIOUTCAPSA
     DWORD dwSupport;
 };
 static_assert(sizeof(MIDIOUTCAPSA) == 52);
+// NOLINTEND(modernize-avoid-c-arrays)
 
 UINT midiInGetNumDevs();
 MMRESULT midiInGetDevCapsA(DWORD_PTR device, MIDIINCAPSA *caps, UINT capsSize);
@@ -172,5 +176,7 @@ struct XINPUT_VIBRATION
 DWORD XInputGetState(DWORD userIndex, XINPUT_STATE *state);
 /// Drives the motors of a pad until the next call. Any thread.
 DWORD XInputSetState(DWORD userIndex, XINPUT_VIBRATION *vibration);
+
+// NOLINTEND(bugprone-reserved-identifier, modernize-avoid-c-arrays)
 
 #endif

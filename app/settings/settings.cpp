@@ -12,6 +12,35 @@ namespace {
 
 constexpr QLatin1StringView fileName(".pong");
 
+void keepDamagedFile()
+{
+    const QString copy = fileName + ".damaged"_L1;
+    QFile::remove(copy);
+    QFile::copy(fileName, copy);
+    qDebug() << "The settings file is damaged; it is kept as" << copy;
+}
+
+/// Takes the lines out of the file with which Qt would build a value of any type and any size, up
+/// to one that no memory holds. Such a value begins with "@", plain or behind a backslash; what
+/// the program writes has neither. Returns whether there were any.
+bool dropTypedValues()
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    QByteArrayList lines = file.readAll().split('\n');
+    file.close();
+    const auto isTyped = [](const QByteArray &line) {
+        return line.contains('@') || line.contains('\\');
+    };
+    if (lines.removeIf(isTyped) == 0)
+        return false;
+    keepDamagedFile();
+    if (file.open(QIODevice::WriteOnly))
+        file.write(lines.join('\n'));
+    return true;
+}
+
 template <class Number>
 Number readNumber(const QSettings &store, const Setting<Number> &setting)
 {
@@ -30,14 +59,11 @@ namespace settings {
 
 std::unique_ptr<QSettings> open()
 {
+    const bool isKept = dropTypedValues();
     auto store = std::make_unique<QSettings>(QString(fileName), QSettings::IniFormat);
     store->allKeys(); // only this reads the lines, and notices damage in them
-    if (store->status() == QSettings::FormatError) {
-        const QString copy = QString(fileName) + ".damaged"_L1;
-        QFile::remove(copy);
-        QFile::copy(fileName, copy);
-        qDebug() << "The settings file is damaged; it is kept as" << copy;
-    }
+    if (!isKept && store->status() == QSettings::FormatError)
+        keepDamagedFile();
     return store;
 }
 

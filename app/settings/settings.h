@@ -47,8 +47,8 @@ OF_SIDES(uint, startKey, "KeyboardStartL", "KeyboardStartR", 0)
 
 #undef OF_SIDES
 
-/// Opens ".pong" in the working directory. A damaged file is kept as ".pong.damaged", because the
-/// next write drops the lines of it that could not be read.
+/// Opens ".pong" in the working directory. A damaged file is kept as ".pong.damaged", because its
+/// lines that cannot be read, or that hold values such as the program never writes, are dropped.
 std::unique_ptr<QSettings> open();
 
 /// What the store holds, or the fallback. What is no number, or one too large, reads as 0 and is

@@ -29,7 +29,7 @@ struct ButtonBit
     WORD bit;
 };
 
-constexpr ButtonBit buttonBits[] = {
+constexpr auto buttonBits = std::to_array<ButtonBit>({
     {SDL_CONTROLLER_BUTTON_DPAD_UP, XINPUT_GAMEPAD_DPAD_UP},
     {SDL_CONTROLLER_BUTTON_DPAD_DOWN, XINPUT_GAMEPAD_DPAD_DOWN},
     {SDL_CONTROLLER_BUTTON_DPAD_LEFT, XINPUT_GAMEPAD_DPAD_LEFT},
@@ -44,7 +44,7 @@ constexpr ButtonBit buttonBits[] = {
     {SDL_CONTROLLER_BUTTON_B, XINPUT_GAMEPAD_B},
     {SDL_CONTROLLER_BUTTON_X, XINPUT_GAMEPAD_X},
     {SDL_CONTROLLER_BUTTON_Y, XINPUT_GAMEPAD_Y},
-};
+});
 
 /// SDL counts downward, with the centre at 0 on both scales and full deflection full on both.
 SHORT upward(Sint16 value)
@@ -164,8 +164,7 @@ void Gamepads::run(const std::stop_token &stop)
 
     for (User &user : m_users)
         SDL_GameControllerClose(user.pad);
-    if (works)
-        SDL_QuitSubSystem(SDL_INIT_GAMECONTROLLER);
+    SDL_Quit(); // the hints too: nobody else here uses SDL
 }
 
 void Gamepads::update()

@@ -163,6 +163,7 @@ public:
         port = std::make_unique<Port>();
         port->portName = name;
         port->client = makeClient<Rt>();
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is a number, never dereferenced
         port->handle = reinterpret_cast<Handle>(++m_lastHandle);
         return port->client ? MMSYSERR_NOERROR : MMSYSERR_NODRIVER;
     }
@@ -244,6 +245,7 @@ MMRESULT midiInOpen(
     std::unique_ptr<Input> input;
     if (const MMRESULT result = inputs().prepare(device, input); result != MMSYSERR_NOERROR)
         return result;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): so Windows has functions handed over
     input->callback = reinterpret_cast<MidiInCallback>(callback);
     input->instance = instance;
     input->client->ignoreTypes(true, false, false);
@@ -305,7 +307,7 @@ MMRESULT midiOutOpen(
     std::unique_ptr<Output> output;
     if (const MMRESULT result = outputs().prepare(device, output); result != MMSYSERR_NOERROR)
         return result;
-    const HMIDIOUT opened = output->handle;
+    HMIDIOUT opened = output->handle;
     const MMRESULT result = outputs().connect(device, std::move(output));
     if (result == MMSYSERR_NOERROR)
         *handle = opened;

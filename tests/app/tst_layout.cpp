@@ -1,6 +1,5 @@
 #include "ui_mainwindow.h"
 
-#include <QMetaEnum>
 #include <QTest>
 #include <QTranslator>
 
@@ -89,8 +88,6 @@ const std::initializer_list<std::pair<const char *, const char *>> grids = {
     {"frame_8", "gridLayout_12"},
 };
 
-constexpr QSize learnButtonSize = {0, 22};
-
 /// Answers with the context that a text was asked in.
 class ContextTranslator : public QTranslator
 {
@@ -105,7 +102,7 @@ public:
 
 } // namespace
 
-/// The form as it is before the running window has its say.
+/// Where the widgets of the form lie, before the running window has its say.
 class tst_Layout : public QObject
 {
     Q_OBJECT
@@ -113,8 +110,6 @@ class tst_Layout : public QObject
 private slots:
     void init();
     void cleanup();
-    void the_window_has_its_size_title_and_parts();
-    void the_style_sheet_is_eight_rules_in_order();
     void every_widget_lies_in_its_cell_data();
     void every_widget_lies_in_its_cell();
     void every_widget_shows_its_text_data();
@@ -123,16 +118,10 @@ private slots:
     void there_is_no_widget_beyond_the_table();
     void every_container_carries_its_grid_data();
     void every_container_carries_its_grid();
-    void every_property_has_its_first_value_data();
-    void every_property_has_its_first_value();
-    void only_the_caption_of_the_speed_is_italic();
     void the_spacers_hold_their_place_data();
     void the_spacers_hold_their_place();
     void the_cells_between_stay_empty_data();
     void the_cells_between_stay_empty();
-    void only_the_left_radio_buttons_are_in_the_group();
-    void a_radio_button_unchecks_its_own_side_alone_data();
-    void a_radio_button_unchecks_its_own_side_alone();
 
 private:
     template <class T = QWidget>
@@ -154,37 +143,6 @@ void tst_Layout::init()
 void tst_Layout::cleanup()
 {
     m_window.reset();
-}
-
-void tst_Layout::the_window_has_its_size_title_and_parts()
-{
-    QCOMPARE(m_window->objectName(), u"MainWindow"_s);
-    QCOMPARE(m_window->size(), QSize(937, 387));
-    QCOMPARE(m_window->minimumSize(), QSize(0, 0));
-    QCOMPARE(m_window->sizePolicy(), QSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred));
-    QCOMPARE(m_window->documentMode(), false);
-    QCOMPARE(m_window->windowTitle(), u"Laser Rallyvane - by Vellaro"_s);
-    QCOMPARE(m_window->centralWidget()->objectName(), u"centralwidget"_s);
-    QCOMPARE(m_window->centralWidget()->metaObject()->className(), "QWidget");
-    QCOMPARE(m_window->menuWidget(), find("menubar"));
-    QCOMPARE(m_form.menubar->geometry(), QRect(0, 0, 937, 21));
-    QVERIFY(m_form.menubar->actions().isEmpty());
-    QCOMPARE(m_window->statusBar(), find<QStatusBar>("statusbar"));
-}
-
-void tst_Layout::the_style_sheet_is_eight_rules_in_order()
-{
-    const QStringList rules = {
-        u"QPushButton {border:1px solid #AAA; background:#888;}"_s,
-        u"QPushButton:hover {background:#AAD;}"_s,
-        u"QPushButton:pressed {background:#88B;}"_s,
-        u"#centralwidget {background-color:#222;}"_s,
-        u"QLabel {color:#CCC;}"_s,
-        u"QRadioButton {color:#CCC; }"_s,
-        u"QGroupBox {color:#CCC; }"_s,
-        u"#statusbar {background-color:#222;}"_s,
-    };
-    QCOMPARE(m_window->styleSheet(), rules.join(u'\n'));
 }
 
 void tst_Layout::every_widget_lies_in_its_cell_data()
@@ -302,69 +260,6 @@ void tst_Layout::every_container_carries_its_grid()
     }
 }
 
-void tst_Layout::every_property_has_its_first_value_data()
-{
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<QByteArray>("property");
-    QTest::addColumn<QVariant>("expected");
-    const auto add = [](const QByteArray &name, const QByteArray &property,
-                         const QVariant &expected) {
-        QTest::addRow("%s of %s", property.constData(), name.constData())
-            << name << property << expected;
-    };
-    add("genGroupBox", "alignment", int(Qt::AlignLeft | Qt::AlignVCenter));
-    add("genGroupBox", "flat", false);
-    add("genGroupBox", "checkable", false);
-    for (const char *button : {"enableButton", "showButton", "resetButton"}) {
-        add(button, "checkable", true);
-        add(button, "checked", false);
-        add(button, "enabled", true);
-    }
-    add("resetButton", "minimumSize", QSize(0, 25));
-    add("label_3", "alignment", int(Qt::AlignCenter));
-    add("statusLabel", "alignment", int(Qt::AlignCenter));
-    const auto addSlider = [&](const char *name, int minimum, int maximum, int value) {
-        add(name, "minimum", minimum);
-        add(name, "maximum", maximum);
-        add(name, "value", value);
-        add(name, "orientation", int(Qt::Horizontal));
-    };
-    addSlider("speedSlider", 10, 30, 20);
-    addSlider("sensLSlider", 256, 768, 512);
-    addSlider("sensRSlider", 256, 768, 512);
-    for (const char *button : {"learnStartL", "learnCCL", "learnUpL", "learnDownL", "learnStartR",
-             "learnCCR", "learnUpR", "learnDownR"}) {
-        add(button, "minimumSize", learnButtonSize);
-        add(button, "checkable", false);
-    }
-    for (const QByteArray side : {"left", "right"}) {
-        add(side + "MidiRadio", "checked", false);
-        add(side + "XboxRadio", "checked", true);
-        add(side + "KeyboardRadio", "checked", false);
-    }
-    for (const char *box : {"bitsLCheck", "bitsRCheck"})
-        add(box, "checked", false);
-}
-
-void tst_Layout::every_property_has_its_first_value()
-{
-    QFETCH(QByteArray, name);
-    QFETCH(QByteArray, property);
-    QFETCH(QVariant, expected);
-    const QWidget *widget = find(name);
-    QVERIFY(widget);
-    QVariant value = widget->property(property);
-    QVERIFY(value.isValid());
-    QVERIFY(value.convert(expected.metaType()));
-    QCOMPARE(value, expected);
-}
-
-void tst_Layout::only_the_caption_of_the_speed_is_italic()
-{
-    for (const QLabel *label : m_window->findChildren<QLabel *>())
-        QCOMPARE(label->font().italic(), label == m_form.label_3);
-}
-
 void tst_Layout::the_spacers_hold_their_place_data()
 {
     QTest::addColumn<QByteArray>("layout");
@@ -417,56 +312,6 @@ void tst_Layout::the_cells_between_stay_empty()
     QVERIFY(grid);
     QCOMPARE(grid->count(), items);
     QVERIFY(!grid->itemAtPosition(row, 0));
-}
-
-void tst_Layout::only_the_left_radio_buttons_are_in_the_group()
-{
-    const auto *group = find<QButtonGroup>("buttonGroup");
-    QVERIFY(group);
-    QCOMPARE(group->parent(), m_window.get());
-    QVERIFY(group->exclusive());
-    const QList<QAbstractButton *> buttons = group->buttons();
-    QCOMPARE(buttons.size(), 3);
-    for (QAbstractButton *button :
-        {m_form.leftMidiRadio, m_form.leftXboxRadio, m_form.leftKeyboardRadio}) {
-        QVERIFY(buttons.contains(button));
-        QVERIFY(group->id(button) < -1); // as Qt assigns them by itself
-    }
-    for (const QRadioButton *button :
-        {m_form.rightMidiRadio, m_form.rightXboxRadio, m_form.rightKeyboardRadio}) {
-        QVERIFY(!button->group());
-        QVERIFY(button->autoExclusive());
-    }
-}
-
-void tst_Layout::a_radio_button_unchecks_its_own_side_alone_data()
-{
-    QTest::addColumn<QString>("clicked");
-    QTest::addColumn<QStringList>("checked");
-    QTest::addRow("left MIDI") << u"leftMidiRadio"_s
-                               << QStringList{u"leftMidiRadio"_s, u"rightXboxRadio"_s};
-    QTest::addRow("left keyboard")
-        << u"leftKeyboardRadio"_s << QStringList{u"leftKeyboardRadio"_s, u"rightXboxRadio"_s};
-    QTest::addRow("right MIDI") << u"rightMidiRadio"_s
-                                << QStringList{u"leftXboxRadio"_s, u"rightMidiRadio"_s};
-    QTest::addRow("right keyboard")
-        << u"rightKeyboardRadio"_s << QStringList{u"leftXboxRadio"_s, u"rightKeyboardRadio"_s};
-}
-
-void tst_Layout::a_radio_button_unchecks_its_own_side_alone()
-{
-    QFETCH(QString, clicked);
-    QFETCH(QStringList, checked);
-    m_window->show();
-    auto *radio = m_window->findChild<QRadioButton *>(clicked);
-    QTest::mouseClick(radio, Qt::LeftButton, {}, {8, radio->height() / 2});
-    QStringList found;
-    for (const QRadioButton *button : m_window->findChildren<QRadioButton *>()) {
-        if (button->isChecked())
-            found.append(button->objectName());
-    }
-    found.sort();
-    QCOMPARE(found, checked);
 }
 
 QTEST_MAIN(tst_Layout)

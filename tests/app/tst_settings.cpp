@@ -275,6 +275,13 @@ void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
     QTest::addRow("cut in the middle of a key") << QByteArray("[General]\nBallSpeed=25\nSen");
+    QTest::addRow("a value of another type")
+        << QByteArray("[General]\nBallSpeed=25\nSensL=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x19)\n");
+    QTest::addRow("a value that no memory holds") << QByteArray(
+        "[General]\nBallSpeed=25\nSensL=@Variant(\\0\\0\\0\\t\\0\\xff\\xff\\xff\\xfe)\n");
+    QTest::addRow("a type behind a backslash")
+        << QByteArray("[General]\nSensL=\\x40Invalid()\nBallSpeed=25\n");
+    QTest::addRow("both") << QByteArray("[General]\nBallSpeed=25\nSensL=@Invalid()\nSen");
     QTest::addRow("rubbish in front") << QByteArray("\xff\xfe rubbish\n[General]\nBallSpeed=25\n");
 }
 
@@ -327,7 +334,6 @@ void tst_Settings::what_is_no_number_reads_as_0_and_is_told_data()
     add("a fraction", "20.5", "20.5");
     add("beyond 32 bits", "99999999999", "99999999999");
     add("a list", "20, 21", "");
-    add("no value at all", "@Invalid()", "");
 }
 
 void tst_Settings::what_is_no_number_reads_as_0_and_is_told()

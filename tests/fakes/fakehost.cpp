@@ -139,7 +139,7 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         return nullptr;
 #define FIND_ENTRY_POINT(entry, parameters, arguments) \
     if (wanted == #entry)                              \
-        return reinterpret_cast<FARPROC>(&library::entry);
+        return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(&library::entry));
     LDB_ENTRY_POINTS(FIND_ENTRY_POINT)
     return nullptr;
 }

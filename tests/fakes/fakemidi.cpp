@@ -16,6 +16,7 @@ using MidiInCallback = void(CALLBACK *)(HMIDIIN, UINT, DWORD_PTR, DWORD_PTR, DWO
 template <class Handle>
 Handle newHandle()
 {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is a number, never dereferenced
     return reinterpret_cast<Handle>(++lastHandle);
 }
 
@@ -121,6 +122,7 @@ int FakeMidi::deliver(
         if (input.device != index || !receives(input))
             continue;
         const auto call = [&] {
+            // NOLINTNEXTLINE(performance-no-int-to-ptr): so Windows has functions handed over
             reinterpret_cast<MidiInCallback>(input.callback)(
                 input.handle, message, input.instance, parameter1, timeStamp);
         };

@@ -2,7 +2,6 @@
 
 #include "cxboxcontroller.h"
 
-#include <QDir>
 #include <QSettings>
 #include <QTest>
 
@@ -40,35 +39,21 @@ Stage::Player playerOf(const MainWindow &window, int side)
 } // namespace
 
 Stage::Stage(const QStringList &midiDevices, int pads, const Settings &settings)
-    : midi(midiDevices)
-    , pads(pads)
-    , m_previousFolder(QDir::currentPath())
 {
     host.ready = 0;
-    QVERIFY(m_folder.isValid());
-    QDir::setCurrent(m_folder.path());
+    for (const QString &name : midiDevices)
+        midi.inputs.append({.name = name});
+    for (int pad = 0; pad < pads; ++pad)
+        this->pads.pads[std::size_t(pad)].connected = true;
     QSettings store(fileName, QSettings::IniFormat);
     for (auto setting = settings.begin(); setting != settings.end(); ++setting)
         store.setValue(setting.key(), setting.value());
 }
 
-Stage::~Stage()
-{
-    close();
-    QDir::setCurrent(m_previousFolder);
-}
-
 void Stage::open()
 {
-    window = std::make_unique<MainWindow>();
+    RunningWindow::open();
     players = {playerOf(*window, 0), playerOf(*window, 1)};
-    window->show();
-    QTRY_COMPARE(players[0].midiList->itemText(0), u"Select MIDI device"_s);
-}
-
-void Stage::close()
-{
-    window.reset();
 }
 
 Stage::Settings Stage::settings() const

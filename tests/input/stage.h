@@ -1,9 +1,6 @@
 #pragma once
 
-#include "fakehost.h"
-#include "fakemidi.h"
-#include "fakepads.h"
-#include "mainwindow.h"
+#include "runningwindow.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,15 +8,12 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
-#include <QTemporaryDir>
 
-#include <memory>
 #include <optional>
 
-/// The operator's window with a host, MIDI devices and gamepads that are played by hand, in a
-/// working directory of its own. The host is not ready unless told otherwise, so that no match
-/// goes on behind a test.
-class Stage
+/// The operator's window, played at: its players' widgets and devices. The host is not ready unless
+/// told otherwise, so that no match goes on behind a test.
+class Stage : public RunningWindow
 {
 public:
     /// The widgets of one player.
@@ -45,14 +39,9 @@ public:
     /// Sets everything up but the window.
     explicit Stage(
         const QStringList &midiDevices = {}, int pads = 0, const Settings &settings = {});
-    ~Stage();
-    Stage(const Stage &) = delete;
-    Stage &operator=(const Stage &) = delete;
 
-    /// Shows the window and waits until it has listed the devices.
+    /// Makes and shows the window, and waits until its first load is done.
     void open();
-    /// Destroys the window.
-    void close();
 
     /// What the window holds in its store now, written to the file or not.
     Settings settings() const;
@@ -77,15 +66,7 @@ public:
     /// Whether the pad of user index `pad` is still read, as long as it is not the fourth.
     bool isPolled(std::size_t pad);
 
-    FakeHost host;
-    FakeMidi midi;
-    FakePads pads;
-    std::unique_ptr<MainWindow> window;
     std::array<Player, 2> players = {};
-
-private:
-    QTemporaryDir m_folder;
-    QString m_previousFolder;
 };
 
 /// Adds the column `side` and a row for each.

@@ -148,7 +148,7 @@ void tst_MidiDevices::a_failed_open_is_returned_and_touches_nothing()
     QCOMPARE(device.getDeviceName(), QString());
 
     QCOMPARE(device.open(0, nullptr), 0U);
-    const HMIDIIN handle = device.getHandle();
+    HMIDIIN handle = device.getHandle();
     QCOMPARE(device.open(index, nullptr), result);
     QCOMPARE(device.getHandle(), handle);
     QCOMPARE(device.getDeviceIndex(), 0);
@@ -197,7 +197,7 @@ void tst_MidiDevices::closing_forgets_the_device_but_not_its_handle()
     FakeMidi system({u"Fader"_s});
     MidiDevIn device;
     device.open(0, nullptr);
-    const HMIDIIN handle = device.getHandle();
+    HMIDIIN handle = device.getHandle();
     system.takeCalls();
     device.stop();
     QCOMPARE(device.close(), 0U);
@@ -253,7 +253,7 @@ void tst_MidiDevices::a_thread_of_its_own_ends_with_the_device()
     QCOMPARE(device->start(), 0U);
     bool finished = false;
     connect(
-        worker, &QThread::finished, worker, [&] { finished = true; }, Qt::DirectConnection);
+        worker, &QThread::finished, this, [&] { finished = true; }, Qt::DirectConnection);
     device.reset();
     QVERIFY(finished);
 }

@@ -54,15 +54,15 @@ class Running
 {
 public:
     Running(MidiDevIn &device, unsigned index)
-        : m_device(device)
+        : works(device.open(index, nullptr) == 0 && device.start() == 0)
+        , m_device(device)
     {
-        works = device.open(index, nullptr) == 0 && device.start() == 0;
     }
     ~Running() { m_device.close(); }
     Running(const Running &) = delete;
     Running &operator=(const Running &) = delete;
 
-    bool works = false;
+    const bool works;
 
 private:
     MidiDevIn &m_device;

@@ -76,7 +76,7 @@ void tst_MidiOutput::closing_forgets_the_device_but_not_its_handle()
     FakeMidi system({}, {u"Synth"_s});
     MidiDevOut output;
     output.open(0);
-    const HMIDIOUT handle = output.getHandle();
+    HMIDIOUT handle = output.getHandle();
     system.takeCalls();
     QCOMPARE(output.close(), 0U);
     QCOMPARE(system.takeCalls(), QStringList{u"midiOutClose 0"_s});

@@ -231,7 +231,7 @@ void tst_Midi::a_device_is_open_once()
 void tst_Midi::a_handle_ends_with_its_device()
 {
     QCOMPARE(midiInLeft.open(unsigned(inputNamed(faderName)), nullptr), 0U);
-    const HMIDIIN handle = midiInLeft.getHandle();
+    HMIDIIN handle = midiInLeft.getHandle();
     QCOMPARE(midiInClose(handle), unsigned(MMSYSERR_NOERROR));
     QCOMPARE(midiInStart(handle), unsigned(MMSYSERR_INVALHANDLE));
     QCOMPARE(midiInStop(handle), unsigned(MMSYSERR_INVALHANDLE));

@@ -59,6 +59,12 @@ Identity::Identity(const QString &name, bool expired)
         qFatal("the certificate that openssl made cannot be read");
 }
 
+const Identity &loopback()
+{
+    static const Identity identity(u"IP:127.0.0.1"_s);
+    return identity;
+}
+
 void trust(const QList<Identity> &identities)
 {
     QList<QSslCertificate> certificates;

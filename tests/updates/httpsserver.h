@@ -19,6 +19,9 @@ struct Identity
     QSslKey key;
 };
 
+/// One for the address that an HttpsServer listens on.
+const Identity &loopback();
+
 /// Makes this process trust `identities`, and nobody else.
 void trust(const QList<Identity> &identities);
 

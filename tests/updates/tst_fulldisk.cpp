@@ -1,10 +1,7 @@
 // For systems on which a process can limit the size of the files that it writes, which is as good
 // as a full disk.
 
-#include "debuglines.h"
-#include "httpsserver.h"
-#include "messageboxes.h"
-#include "update.h"
+#include "updatecase.h"
 
 #include <QDir>
 #include <QNetworkProxyFactory>
@@ -26,14 +23,10 @@ private slots:
 void tst_FullDisk::an_installer_that_does_not_fit_on_the_disk_is_neither_kept_nor_started()
 {
     QNetworkProxyFactory::setUseSystemConfiguration(false);
-    const Identity identity(u"IP:127.0.0.1"_s);
-    trust({identity});
-    HttpsServer server(identity);
-    const QByteArray separator(43, '=');
-    server.answers[u"/Telechargements/LaserRallyvane/VersionNotes.txt"_s] = {
-        response(separator + "\nV1.02 \nnew\n" + separator)};
-    server.answers[u"/Telechargements/LaserRallyvane/Rallyvane_v1.02_setup.exe"_s] = {
-        response("#!/bin/sh\n" + QByteArray(100'000, ' ') + "\n")};
+    trust({loopback()});
+    HttpsServer server(loopback());
+    server.answers[versionPath] = {response(versionFile("1.02"))};
+    server.answers[installerPath] = {response("#!/bin/sh\n" + QByteArray(100'000, ' ') + "\n")};
     const QTemporaryDir folder;
     QVERIFY(QDir::setCurrent(folder.path()));
 

@@ -1,15 +1,13 @@
 // The whole way of an update: published by the tool, found by the program's window, downloaded and
 // started; and the ways in which the window ends the check.
 
-#include "debuglines.h"
 #include "fakehost.h"
 #include "fakemidi.h"
 #include "fakepads.h"
 #include "fakeupdatehost.h"
-#include "httpsserver.h"
 #include "mainwindow.h"
-#include "messageboxes.h"
 #include "ownversion.h"
+#include "updatecase.h"
 
 #include <QApplication>
 #include <QDir>
@@ -25,23 +23,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString versionPath = u"/Telechargements/LaserRallyvane/VersionNotes.txt"_s;
-
 /// The version after this one, as it is written.
 QString nextVersion()
 {
     return QString::number((ownVersion + 1) / 100.0, 'f', 2);
 }
 
-QString installerPath()
+QString nextInstallerPath()
 {
     return u"/Telechargements/LaserRallyvane/Rallyvane_v%1_setup.exe"_s.arg(nextVersion());
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// Publishes the next version into the folder "upload" with the tool. Returns whether it did.
@@ -53,7 +43,7 @@ bool publish()
     changelog.write("# Changelog\n\n## " + nextVersion().toUtf8() + " - 2027-03-01\n\n- New.\n");
     changelog.close();
     return QProcess::execute(QCoreApplication::applicationDirPath() + "/publish"_L1,
-               {u"--release"_s, nextVersion(), QStringLiteral(INSTALLER), u"upload"_s})
+               {u"--release"_s, nextVersion(), installerProgram(), u"upload"_s})
         == 0;
 }
 
@@ -93,7 +83,6 @@ private:
     /// logged. Returns its exit code.
     int run(const QString &lastLine = {});
 
-    std::optional<Identity> identity;
     std::optional<QTemporaryDir> folder;
     std::optional<HttpsServer> server;
     std::optional<FakeUpdateHost> updateHost;
@@ -107,8 +96,7 @@ private:
 void tst_PublishedUpdate::initTestCase()
 {
     QNetworkProxyFactory::setUseSystemConfiguration(false);
-    identity.emplace(u"IP:127.0.0.1"_s);
-    trust({*identity});
+    trust({loopback()});
 }
 
 void tst_PublishedUpdate::init()
@@ -116,7 +104,7 @@ void tst_PublishedUpdate::init()
     folder.emplace();
     QVERIFY(QDir::setCurrent(folder->path()));
     QVERIFY(publish());
-    server.emplace(*identity);
+    server.emplace(loopback());
     server->answers = filesBelow(u"upload"_s);
     QCOMPARE(server->answers.size(), 2);
     updateHost.emplace(server->host());
@@ -159,10 +147,10 @@ void tst_PublishedUpdate::a_published_update_is_found_downloaded_and_started_and
         u"Version %1 is available.\n\nDo you want to update and restart now?\n\n"
         "Content of this new version:\n- New.\n"_s.arg(nextVersion()));
     QVERIFY(lines.contains(u"Update Requested - Actual Version = %1"_s.arg(ownVersion)));
-    QCOMPARE(server->asked, (QStringList{versionPath, installerPath()}));
+    QCOMPARE(server->asked, (QStringList{versionPath, nextInstallerPath()}));
     const QString path =
         QDir::current().filePath(u"sw_fw/Rallyvane_v%1_setup.exe"_s.arg(nextVersion()));
-    QCOMPARE(contents(path), contents(QStringLiteral(INSTALLER)));
+    QCOMPARE(contents(path), installer());
     QTRY_COMPARE(contents(u"installed"_s), "0 arguments\n" + path.toUtf8() + "\n");
 }
 
@@ -189,7 +177,7 @@ void tst_PublishedUpdate::closing_the_window_during_a_download_ends_the_program_
 {
     QTest::addColumn<QString>("path");
     QTest::newRow("of the version file") << versionPath;
-    QTest::newRow("of the installer") << installerPath();
+    QTest::newRow("of the installer") << nextInstallerPath();
 }
 
 void tst_PublishedUpdate::closing_the_window_during_a_download_ends_the_program()

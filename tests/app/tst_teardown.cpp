@@ -1,0 +1,308 @@
+#include "badbey.h"
+#include "runningwindow.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Answers the next message box as a person does, and keeps what it said.
+class Reader : public QObject
+{
+public:
+    Reader()
+    {
+        connect(&m_timer, &QTimer::timeout, this, &Reader::look);
+        m_timer.start(10);
+    }
+
+    /// Runs while the box is shown, before it is answered.
+    std::function<void()> meanwhile;
+    int boxes = 0;
+    QString title;
+    QString text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QMessageBox::StandardButtons buttons;
+    QObject *parent = nullptr;
+
+private:
+    void look()
+    {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        ++boxes;
+        title = box->windowTitle();
+        text = box->text();
+        icon = box->icon();
+        buttons = box->standardButtons();
+        parent = box->parent();
+        if (meanwhile)
+            meanwhile();
+        QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+    }
+
+    QTimer m_timer;
+};
+
+} // namespace
+
+/// How the window ends, by itself and for others.
+class tst_Teardown : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void a_missing_library_is_told_and_closes_the_window_data();
+    void a_missing_library_is_told_and_closes_the_window();
+    void no_status_is_shown_after_the_library_was_missed();
+    void a_missing_library_ends_the_program();
+    void the_game_has_a_tenth_of_a_second_to_leave_the_laser_dark_data();
+    void the_game_has_a_tenth_of_a_second_to_leave_the_laser_dark();
+    void the_last_frames_of_a_shown_game_are_empty();
+    void the_session_is_closed_before_the_library_is_given_back();
+    void the_settings_are_saved_first();
+    void no_status_is_shown_while_the_window_goes();
+    void a_window_may_go_before_its_first_load();
+    void nothing_works_any_more_in_a_window_that_goes();
+    void the_next_window_finds_everything_free();
+};
+
+void tst_Teardown::initTestCase()
+{
+    // The test goes on when a window closes.
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+void tst_Teardown::a_missing_library_is_told_and_closes_the_window_data()
+{
+    QTest::addColumn<bool>("installed");
+    QTest::addColumn<QByteArray>("missing");
+    QTest::addRow("no library") << false << QByteArray();
+    QTest::addRow("a library that lacks a function") << true << QByteArray("ldbGetZoneCount");
+}
+
+void tst_Teardown::a_missing_library_is_told_and_closes_the_window()
+{
+    QFETCH(bool, installed);
+    QFETCH(QByteArray, missing);
+    RunningWindow running;
+    running.host.installed = installed;
+    running.host.missingEntryPoint = missing;
+    Reader reader;
+    bool openMeanwhile = false;
+    reader.meanwhile = [&] { openMeanwhile = running.window->isVisible(); };
+    QTest::ignoreMessage(QtDebugMsg, "DLL Not found");
+    running.open();
+    QTRY_VERIFY(!running.window->isVisible());
+    QCOMPARE(reader.boxes, 1);
+    QCOMPARE(reader.title, u"BEYOND DLL Not Found"_s);
+    QCOMPARE(reader.text, u"BEYOND DLL was not Found, the program will exit"_s);
+    QCOMPARE(reader.icon, QMessageBox::Critical);
+    QCOMPARE(reader.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+    QVERIFY(!reader.parent);
+    QVERIFY(openMeanwhile);
+}
+
+void tst_Teardown::no_status_is_shown_after_the_library_was_missed()
+{
+    RunningWindow running;
+    running.host.installed = false;
+    Reader reader;
+    QStringList texts;
+    const auto report = [&] {
+        emit running.game().beyCoStatus(BeyondReady);
+        emit running.game().beyCoStatus(BeyondNotReady);
+        QCoreApplication::processEvents();
+        texts.append(running.text(u"statusLabel"_s));
+    };
+    reader.meanwhile = report;
+    running.open();
+    QTRY_VERIFY(!running.window->isVisible());
+    report();
+    QCOMPARE(texts, (QStringList{u"BEYOND Not started"_s, u"BEYOND Not started"_s}));
+}
+
+void tst_Teardown::a_missing_library_ends_the_program()
+{
+    RunningWindow running;
+    running.host.installed = false;
+    const Reader reader;
+    running.window = std::make_unique<MainWindow>();
+    running.window->show();
+    bool stuck = false;
+    QTimer::singleShot(10s, this, [&stuck] {
+        stuck = true;
+        QCoreApplication::exit(1);
+    });
+    QApplication::setQuitOnLastWindowClosed(true);
+    const int exitCode = QApplication::exec();
+    QApplication::setQuitOnLastWindowClosed(false);
+    QCOMPARE(exitCode, 0);
+    QVERIFY(!stuck);
+    QCOMPARE(reader.boxes, 1);
+}
+
+void tst_Teardown::the_game_has_a_tenth_of_a_second_to_leave_the_laser_dark_data()
+{
+    QTest::addColumn<int>("ready");
+    QTest::addRow("the host runs") << 1;
+    QTest::addRow("the host is not running") << 0;
+}
+
+void tst_Teardown::the_game_has_a_tenth_of_a_second_to_leave_the_laser_dark()
+{
+    QFETCH(int, ready);
+    RunningWindow running;
+    running.host.ready = ready;
+    running.open();
+    running.waitForStatus();
+    qint64 gameGone = -1;
+    QElapsedTimer sinceClose;
+    connect(
+        &running.game(), &QObject::destroyed, this, [&] { gameGone = sinceClose.elapsed(); },
+        Qt::DirectConnection);
+    sinceClose.start();
+    running.close();
+    QVERIFY2(gameGone >= 100, qPrintable(QString::number(gameGone)));
+}
+
+void tst_Teardown::the_last_frames_of_a_shown_game_are_empty()
+{
+    RunningWindow running;
+    running.host.zones = 2;
+    running.open();
+    running.waitForStatus();
+    running.click(u"showButton"_s);
+    running.click(u"enableButton"_s);
+    QTest::keyClick(running.find(u"zoneComboBox"_s), Qt::Key_End);
+    running.tick(3);
+    QVERIFY(!running.host.takeFrames().last().points.isEmpty());
+    running.close();
+    const QList<FakeHost::Frame> frames = running.host.takeFrames();
+    // The game goes on ticking while the window says farewell, and no more than the frame that
+    // was in the making when it began to is lit.
+    qsizetype lit = 0;
+    while (lit < frames.size() && !frames[lit].points.isEmpty())
+        ++lit;
+    QVERIFY(lit <= 1);
+    QVERIFY(frames.size() > lit + 3);
+    for (const FakeHost::Frame &frame : frames.mid(lit)) {
+        QCOMPARE(frame.zone, 1);
+        QVERIFY(frame.points.isEmpty());
+    }
+}
+
+void tst_Teardown::the_session_is_closed_before_the_library_is_given_back()
+{
+    RunningWindow running;
+    running.open();
+    running.waitForStatus();
+    running.click(u"showButton"_s);
+    running.tick(3);
+    running.host.takeCalls();
+    running.close();
+    QStringList calls = running.host.takeCalls();
+    QVERIFY(calls.size() > 3);
+    QCOMPARE(calls.takeLast(), u"FreeLibrary"_s);
+    QCOMPARE(calls.takeLast(), u"ldbDestroy"_s);
+    QCOMPARE(calls.takeLast(), u"ldbSendFrame 2 0 0 SingleZone 0 points null 100 -1"_s);
+    QCOMPARE(calls.filter(u"ldbDestroy"_s), QStringList());
+    QVERIFY(!running.host.loaded);
+}
+
+void tst_Teardown::the_settings_are_saved_first()
+{
+    RunningWindow running;
+    running.pads.pads[0].connected = true;
+    running.open();
+    QTest::keyClick(running.find(u"sensRSlider"_s), Qt::Key_Right);
+    QTest::keyClick(running.find(u"xboxLComboBox"_s), Qt::Key_Down);
+    QTRY_VERIFY(running.pads.pads[0].reads > 30);
+    // As soon as the window says farewell the file is written and no pad is read any more.
+    QByteArray file;
+    int reads = -1;
+    QTimer::singleShot(0, this, [&] {
+        QFile pong(u".pong"_s);
+        file = pong.open(QIODevice::ReadOnly) ? pong.readAll() : QByteArray();
+        reads = running.pads.pads[0].reads;
+    });
+    running.close();
+    QVERIFY2(file.contains("SensR=513"), file);
+    QCOMPARE(int(running.pads.pads[0].reads), reads);
+}
+
+void tst_Teardown::no_status_is_shown_while_the_window_goes()
+{
+    RunningWindow running;
+    running.open();
+    running.waitForStatus();
+    Pong &game = running.game();
+    const auto *label = running.find(u"statusLabel"_s);
+    QString text;
+    QTimer::singleShot(0, this, [&] {
+        emit game.beyCoStatus(BeyondNotReady);
+        text = label->property("text").toString();
+    });
+    running.close();
+    QCOMPARE(text, u"BEYOND 1700 Started"_s);
+}
+
+void tst_Teardown::a_window_may_go_before_its_first_load()
+{
+    RunningWindow running;
+    running.window = std::make_unique<MainWindow>();
+    running.window->show();
+    running.close();
+    QCOMPARE(running.setting(u"SensL"_s), u"512"_s);
+    QVERIFY(!running.host.loaded);
+    QVERIFY(running.midi.takeCalls().isEmpty());
+}
+
+void tst_Teardown::nothing_works_any_more_in_a_window_that_goes()
+{
+    RunningWindow running("[General]\nControlModeLeft=KEYBOARD\n");
+    running.open();
+    running.waitForStatus();
+    const QWidget *window = running.window.get();
+    bool tried = false;
+    QTimer::singleShot(0, this, [&] {
+        for (QWidget *widget : window->findChildren<QWidget *>()) {
+            if (!widget->isVisible() || widget->focusPolicy() == Qt::NoFocus)
+                continue;
+            QTest::mouseClick(widget, Qt::LeftButton, {}, {8, widget->height() / 2});
+            QTest::keyClick(widget, Qt::Key_Right);
+        }
+        tried = true;
+    });
+    running.close();
+    QVERIFY(tried);
+    QCOMPARE(running.setting(u"BallSpeed"_s), QString());
+    QVERIFY(!running.host.outputOn);
+}
+
+void tst_Teardown::the_next_window_finds_everything_free()
+{
+    RunningWindow running("[General]\nControlModeLeft=MIDI\n");
+    running.midi.inputs.append({.name = u"Fader"_s});
+    for (int times = 0; times < 2; ++times) {
+        running.open();
+        running.waitForStatus();
+        QCOMPARE(running.text(u"statusLabel"_s), u"BEYOND 1700 Started"_s);
+        QTest::keyClick(running.find(u"midiLComboBox"_s), Qt::Key_Down);
+        QCOMPARE(running.midi.openInputs.size(), 1);
+        running.close();
+        QCOMPARE(running.midi.openInputs.size(), 0);
+    }
+}
+
+QTEST_MAIN(tst_Teardown)
+#include "tst_teardown.moc"

@@ -1,0 +1,88 @@
+#include "settings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdint>
+#include <cstdlib>
+
+// An input is what stands in the settings file.
+
+namespace {
+
+const QString fileName = QStringLiteral(".pong");
+const QString copyName = QStringLiteral(".pong.damaged");
+
+void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+QByteArray contentOf(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// What is read twice is the same.
+template <class T>
+void read(const QSettings &store, const Setting<T> &setting)
+{
+    require(settings::read(store, setting) == settings::read(store, setting));
+}
+
+template <class T>
+void read(const QSettings &store, const SettingOfSides<T> &setting)
+{
+    read(store, setting[0]);
+    read(store, setting[1]);
+}
+
+void readAll(const QSettings &store)
+{
+    read(store, settings::ballSpeed);
+    read(store, settings::controlMode);
+    for (const auto &setting : {settings::sensitivity, settings::xStart, settings::xMove})
+        read(store, setting);
+    for (const auto &setting : {settings::moveStatus, settings::moveNumber, settings::startStatus,
+             settings::startNumber, settings::upKey, settings::downKey, settings::startKey})
+        read(store, setting);
+}
+
+void play(const QByteArray &content)
+{
+    QFile file(fileName);
+    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    file.close();
+    {
+        const auto store = settings::open();
+        readAll(*store);
+        settings::write(*store, settings::ballSpeed, 25);
+        require(settings::read(*store, settings::ballSpeed) == 25);
+    }
+    const QByteArray copy = contentOf(copyName);
+    require(copy.isEmpty() || copy == content);
+    require(settings::read(*settings::open(), settings::ballSpeed) == 25);
+}
+
+void keepQuiet(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString & /*text*/)
+{
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    qInstallMessageHandler(keepQuiet);
+    // A folder of its own, because Qt takes a file of the same name, size and time for the same.
+    const QString previousFolder = QDir::currentPath();
+    {
+        const QTemporaryDir folder;
+        require(QDir::setCurrent(folder.path()));
+        play(QByteArray(reinterpret_cast<const char *>(data), qsizetype(size)));
+        require(QDir::setCurrent(previousFolder));
+    }
+    return 0;
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "stage.h"
+
+#include <QKeyEvent>
+#include <QTest>
+
+/// The keys of a player.
+struct Keys
+{
+    Qt::Key up;
+    Qt::Key down;
+    Qt::Key start;
+};
+/// By side.
+inline constexpr std::array<Keys, 2> keysOf = {
+    {{Qt::Key_W, Qt::Key_S, Qt::Key_D}, {Qt::Key_I, Qt::Key_K, Qt::Key_L}}};
+
+// A paddle's step with the default sensitivity.
+inline constexpr int fullUp = 63;
+inline constexpr int fullDown = -64;
+
+/// A stage with both players on the keyboard, their keys learnt.
+class KeyboardStage : public Stage
+{
+public:
+    /// With other settings beside or in place of those.
+    explicit KeyboardStage(const Settings &others = {}, const QStringList &midiDevices = {})
+        : Stage(midiDevices, 0, settingsWith(others))
+    {
+        open();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    }
+
+    void press(Qt::Key key) const { QTest::keyPress(window->windowHandle(), key); }
+    void release(Qt::Key key) const { QTest::keyRelease(window->windowHandle(), key); }
+    /// As a held key or one without a code comes, which QTest knows none of.
+    void send(QEvent::Type type, int key, bool autoRepeat = false) const
+    {
+        QKeyEvent event(type, key, {}, {}, autoRepeat);
+        QCoreApplication::sendEvent(window->focusWidget(), &event);
+    }
+
+private:
+    static Settings settingsWith(const Settings &others)
+    {
+        Settings settings = {{QStringLiteral("ControlModeLeft"), QStringLiteral("KEYBOARD")},
+            {QStringLiteral("ControlModeRight"), QStringLiteral("KEYBOARD")}};
+        for (const int side : {0, 1}) {
+            const Keys &keys = keysOf[std::size_t(side)];
+            const QChar letter = side == 0 ? u'L' : u'R';
+            settings.insert(QStringLiteral("KeyboardUp") + letter, QString::number(keys.up));
+            settings.insert(QStringLiteral("KeyboardDown") + letter, QString::number(keys.down));
+            settings.insert(QStringLiteral("KeyboardStart") + letter, QString::number(keys.start));
+        }
+        settings.insert(others);
+        return settings;
+    }
+};

@@ -1,0 +1,241 @@
+#include "keyboardstage.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+class tst_Keyboard : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void a_held_key_holds_the_paddle_at_a_full_step_data();
+    void a_held_key_holds_the_paddle_at_a_full_step();
+    void the_sensitivity_sets_the_step_data();
+    void the_sensitivity_sets_the_step();
+    void releasing_one_direction_stops_the_paddle_though_the_other_is_held();
+    void repeats_of_a_held_key_change_nothing();
+    void start_requests_once_until_it_was_left_alone_data();
+    void start_requests_once_until_it_was_left_alone();
+    void every_press_of_start_makes_the_pause_begin_anew();
+    void the_pause_of_one_side_is_not_that_of_the_other();
+    void a_key_bound_to_start_and_up_only_starts();
+    void a_key_bound_to_up_and_down_goes_up();
+    void a_key_of_the_left_never_reaches_the_right();
+    void only_a_player_on_the_keyboard_hears_it_data();
+    void only_a_player_on_the_keyboard_hears_it();
+
+private:
+    void start(const Stage::Settings &others = {})
+    {
+        m_stage = std::make_unique<KeyboardStage>(others);
+    }
+    /// Lets more time pass than the pause that a start key needs.
+    static void leaveAlone();
+
+    std::unique_ptr<KeyboardStage> m_stage;
+};
+
+void tst_Keyboard::cleanup()
+{
+    m_stage.reset();
+}
+
+void tst_Keyboard::leaveAlone()
+{
+    // Timers end in order: one that began later and takes longer ends after that of the key.
+    bool over = false;
+    QTimer::singleShot(150, [&over] { over = true; });
+    QTRY_VERIFY(over);
+}
+
+void tst_Keyboard::a_held_key_holds_the_paddle_at_a_full_step_data()
+{
+    addSides();
+}
+
+void tst_Keyboard::a_held_key_holds_the_paddle_at_a_full_step()
+{
+    QFETCH(int, side);
+    start();
+    const Keys &keys = keysOf[std::size_t(side)];
+    for (const auto &[key, step] : {std::pair(keys.up, 63), std::pair(keys.down, -64)}) {
+        m_stage->press(key);
+        QCOMPARE(m_stage->step(side), step);
+        QCOMPARE(m_stage->step(1 - side), 0);
+        m_stage->release(key);
+        QCOMPARE(m_stage->step(side), 0);
+    }
+    QVERIFY(!m_stage->takeStart());
+}
+
+void tst_Keyboard::the_sensitivity_sets_the_step_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::addColumn<QString>("slider");
+    QTest::addColumn<int>("up");
+    QTest::addColumn<int>("down");
+    for (const int side : {0, 1}) {
+        const char *name = side == 0 ? "left" : "right";
+        QTest::addRow("%s, least", name) << side << u"256"_s << 42 << -42;
+        QTest::addRow("%s, middle", name) << side << u"512"_s << 63 << -64;
+        QTest::addRow("%s, most", name) << side << u"768"_s << 127 << -128;
+    }
+}
+
+void tst_Keyboard::the_sensitivity_sets_the_step()
+{
+    QFETCH(int, side);
+    QFETCH(QString, slider);
+    QFETCH(int, up);
+    QFETCH(int, down);
+    start({{side == 0 ? u"SensL"_s : u"SensR"_s, slider}});
+    const Keys &keys = keysOf[std::size_t(side)];
+    m_stage->press(keys.up);
+    QCOMPARE(m_stage->step(side), up);
+    m_stage->press(keys.down);
+    QCOMPARE(m_stage->step(side), down);
+    m_stage->press(keysOf[std::size_t(1 - side)].up);
+    QCOMPARE(m_stage->step(1 - side), fullUp);
+}
+
+void tst_Keyboard::releasing_one_direction_stops_the_paddle_though_the_other_is_held()
+{
+    start();
+    m_stage->press(Qt::Key_W);
+    m_stage->press(Qt::Key_S);
+    QCOMPARE(m_stage->step(0), fullDown);
+    m_stage->release(Qt::Key_S);
+    QCOMPARE(m_stage->step(0), 0);
+    m_stage->send(QEvent::KeyPress, Qt::Key_W, true);
+    QCOMPARE(m_stage->step(0), fullUp);
+}
+
+void tst_Keyboard::repeats_of_a_held_key_change_nothing()
+{
+    start();
+    m_stage->press(Qt::Key_W);
+    for (int i = 0; i < 3; ++i) {
+        m_stage->send(QEvent::KeyRelease, Qt::Key_W, true);
+        QCOMPARE(m_stage->step(0), fullUp);
+        m_stage->send(QEvent::KeyPress, Qt::Key_W, true);
+        QCOMPARE(m_stage->step(0), fullUp);
+    }
+    m_stage->release(Qt::Key_W);
+    QCOMPARE(m_stage->step(0), 0);
+}
+
+void tst_Keyboard::start_requests_once_until_it_was_left_alone_data()
+{
+    addSides();
+}
+
+void tst_Keyboard::start_requests_once_until_it_was_left_alone()
+{
+    QFETCH(int, side);
+    start();
+    const Qt::Key key = keysOf[std::size_t(side)].start;
+    for (int times = 0; times < 2; ++times) {
+        m_stage->send(QEvent::KeyPress, key);
+        QCOMPARE(m_stage->takeStart(), side);
+        m_stage->send(QEvent::KeyRelease, key);
+        m_stage->send(QEvent::KeyPress, key);
+        m_stage->send(QEvent::KeyPress, key, true);
+        QVERIFY(!m_stage->takeStart());
+        m_stage->send(QEvent::KeyRelease, key);
+        leaveAlone();
+    }
+}
+
+void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew()
+{
+    start();
+    constexpr int longest = 90;
+    bool fair = false;
+    for (int attempt = 0; !fair && attempt < 50; ++attempt) {
+        leaveAlone();
+        QElapsedTimer sincePress;
+        m_stage->send(QEvent::KeyPress, Qt::Key_D);
+        QCOMPARE(m_stage->takeStart(), 0);
+        fair = true; // unless this machine was away for longer than a repeat takes
+        for (int repeats = 0; fair && repeats < 4; ++repeats) {
+            sincePress.start();
+            QTest::qWait(40);
+            fair = sincePress.elapsed() < longest;
+            m_stage->send(QEvent::KeyPress, Qt::Key_D, true);
+            QVERIFY(!fair || !m_stage->takeStart());
+        }
+        m_stage->takeStart();
+    }
+    QVERIFY(fair);
+}
+
+void tst_Keyboard::the_pause_of_one_side_is_not_that_of_the_other()
+{
+    start();
+    m_stage->send(QEvent::KeyPress, Qt::Key_D);
+    QCOMPARE(m_stage->takeStart(), 0);
+    m_stage->send(QEvent::KeyPress, Qt::Key_L);
+    QCOMPARE(m_stage->takeStart(), 1);
+}
+
+void tst_Keyboard::a_key_bound_to_start_and_up_only_starts()
+{
+    start({{u"KeyboardUpL"_s, QString::number(Qt::Key_D)}});
+    m_stage->press(Qt::Key_D);
+    QCOMPARE(m_stage->takeStart(), 0);
+    QCOMPARE(m_stage->step(0), 0);
+}
+
+void tst_Keyboard::a_key_bound_to_up_and_down_goes_up()
+{
+    start({{u"KeyboardDownL"_s, QString::number(Qt::Key_W)}});
+    m_stage->press(Qt::Key_W);
+    QCOMPARE(m_stage->step(0), fullUp);
+}
+
+void tst_Keyboard::a_key_of_the_left_never_reaches_the_right()
+{
+    start({{u"KeyboardUpR"_s, QString::number(Qt::Key_W)},
+        {u"KeyboardStartR"_s, QString::number(Qt::Key_D)}});
+    m_stage->press(Qt::Key_K);
+    QCOMPARE(m_stage->step(1), fullDown);
+    m_stage->press(Qt::Key_W);
+    QCOMPARE(m_stage->step(0), fullUp);
+    QCOMPARE(m_stage->step(1), fullDown);
+    m_stage->release(Qt::Key_W);
+    QCOMPARE(m_stage->step(0), 0);
+    QCOMPARE(m_stage->step(1), fullDown);
+    m_stage->press(Qt::Key_D);
+    QCOMPARE(m_stage->takeStart(), 0);
+}
+
+void tst_Keyboard::only_a_player_on_the_keyboard_hears_it_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::addColumn<QString>("mode");
+    for (const char *mode : {"MIDI", "XBOX"}) {
+        QTest::addRow("left on %s", mode) << 0 << QString::fromLatin1(mode);
+        QTest::addRow("right on %s", mode) << 1 << QString::fromLatin1(mode);
+    }
+}
+
+void tst_Keyboard::only_a_player_on_the_keyboard_hears_it()
+{
+    QFETCH(int, side);
+    QFETCH(QString, mode);
+    start({{side == 0 ? u"ControlModeLeft"_s : u"ControlModeRight"_s, mode}});
+    const Keys &deaf = keysOf[std::size_t(side)];
+    for (const Qt::Key key : {deaf.up, deaf.down, deaf.start}) {
+        m_stage->press(key);
+        QCOMPARE(m_stage->step(side), 0);
+        QVERIFY(!m_stage->takeStart());
+    }
+    m_stage->press(keysOf[std::size_t(1 - side)].up);
+    QCOMPARE(m_stage->step(1 - side), fullUp);
+}
+
+QTEST_MAIN(tst_Keyboard)
+#include "tst_keyboard.moc"
