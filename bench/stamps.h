@@ -10,7 +10,7 @@ class Stamps
 {
 public:
     /// The environment variable that names the file. Without it nothing is stamped.
-    static constexpr char variable[] = "RALLYVANE_BENCH_STAMPS";
+    static constexpr const char *variable = "RALLYVANE_BENCH_STAMPS";
 
     Stamps();
     /// Remembers now, in nanoseconds of the machine's steady clock, while there is room.

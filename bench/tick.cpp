@@ -61,14 +61,16 @@ private:
             return;
         }
         x = end;
-        const float w = static_cast<float>((y - paddleY) / 50) + vy;
+        const int deflection = (y - paddleY) / 50;
+        const float w = static_cast<float>(deflection) + vy;
         const auto s = static_cast<float>(speed);
         const auto length = [](double a, double b) {
             return static_cast<float>(std::sqrt(a * a + b * b));
         };
         vx = vx * 53.0F * s / 10.0F / length(vx, w);
         vy = w * 53.0F * s / 10.0F / length(vx, w);
-        if (static_cast<float>(speed * 53 / 40) > std::fabs(vx))
+        const int least = speed * 53 / 40;
+        if (static_cast<float>(least) > std::fabs(vx))
             vx = std::fabs(vx) / vx * 53.0F * s / 10.0F * 0.25F;
     }
 };
