@@ -57,6 +57,9 @@ wine_begin() {
         unset DISPLAY
         wine wineboot --init
         wine reg add 'HKCU\Software\Wine' /v Version /d win10 /f
+        # What it has started knows no display, and programs that have one would share it.
+        wineserver -k
+        wineserver -w
         touch "$WINEPREFIX/ready"
     ) 9>"$WINEPREFIX/lock" >"$WINEPREFIX/setup.log" 2>&1 </dev/null
 }

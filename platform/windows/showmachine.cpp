@@ -37,7 +37,8 @@ void refusePowerThrottling()
 class TitleBarPress : public QAbstractNativeEventFilter
 {
 public:
-    bool nativeEventFilter(const QByteArray & /*type*/, void *message, qintptr * /*result*/) override
+    bool nativeEventFilter(
+        const QByteArray & /*type*/, void *message, qintptr * /*result*/) override
     {
         const auto *press = static_cast<const MSG *>(message);
         if (press->message == WM_NCLBUTTONDOWN && press->wParam == HTCAPTION) {

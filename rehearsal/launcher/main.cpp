@@ -1,6 +1,6 @@
-// Starts a rehearsal where the program is installed: the game in the folder in which the rehearsal's
-// library lies, so that it is found before a real host's, and the host's window. Both find their
-// other libraries in the folder of this program. They end together with the game.
+// Starts a rehearsal where the program is installed: the game in the folder in which the
+// rehearsal's library lies, so that it is found before a real host's, and the host's window. Both
+// find their other libraries in the folder of this program. They end together with the game.
 
 #include <QCoreApplication>
 #include <QDir>

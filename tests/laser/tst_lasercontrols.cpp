@@ -139,8 +139,7 @@ void tst_LaserControls::the_game_button_shows_and_hides_the_game()
     QCOMPARE(outputCalls(m_running->host), QStringList());
 }
 
-void tst_LaserControls::
-    whoever_keeps_the_computer_awake_is_told_exactly_while_the_game_is_shown()
+void tst_LaserControls::whoever_keeps_the_computer_awake_is_told_exactly_while_the_game_is_shown()
 {
     start();
     QList<bool> told;
