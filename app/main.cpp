@@ -1,5 +1,6 @@
 #include "debuglog.h"
 #include "mainwindow.h"
+#include "showmachine.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -23,10 +24,12 @@ void askToEnd(int /*signal*/)
 
 int main(int argc, char *argv[])
 {
-    const QApplication application(argc, argv);
+    QApplication application(argc, argv);
     QApplication::setApplicationName("Laser Rallyvane");
     const DebugLog log;
+    showmachine::prepare(application);
     MainWindow window;
+    window.gameShownChanged = showmachine::keepAwake;
     window.show();
 
     // Whoever ends the program from outside gets the same farewell, and a dark laser, as one who

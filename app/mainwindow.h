@@ -8,6 +8,7 @@
 #include <QMainWindow>
 
 #include <array>
+#include <functional>
 #include <memory>
 
 class CXBOXController;
@@ -31,6 +32,10 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
     /// Saves, turns the laser dark, and gives devices and host back.
     ~MainWindow() override;
+
+    /// Called whenever the operator or the loss of the host shows or hides the game, with what it
+    /// is now, and once at the first load.
+    std::function<void(bool)> gameShownChanged = [](bool) {};
 
     /// The game, to be looked at.
     const Pong &game() const { return *pong; }

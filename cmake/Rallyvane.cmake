@@ -45,3 +45,25 @@ function(rallyvane_test name)
     set_tests_properties(${name} PROPERTIES
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 120)
 endfunction()
+
+# rallyvane_show_in_windows(TARGET DESCRIPTION): gives a program what Windows shows of it: icon,
+# version, manifest. Nothing on other systems.
+function(rallyvane_show_in_windows target description)
+    if(NOT WIN32)
+        return()
+    endif()
+    set(RALLYVANE_ICON ${CMAKE_BINARY_DIR}/rallyvane.ico)
+    set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+    configure_file(${CMAKE_SOURCE_DIR}/app/windows/program.rc.in ${resource} @ONLY)
+    set_source_files_properties(${resource} PROPERTIES OBJECT_DEPENDS
+        "${RALLYVANE_ICON};${CMAKE_SOURCE_DIR}/app/windows/program.manifest")
+    target_sources(${target} PRIVATE ${resource})
+    if(NOT TARGET icon)
+        set(picture ${CMAKE_SOURCE_DIR}/packaging/icon/rallyvane.svg)
+        add_custom_command(OUTPUT ${RALLYVANE_ICON}
+            COMMAND ${CMAKE_SOURCE_DIR}/packaging/icon/make ${picture} ${RALLYVANE_ICON}
+            DEPENDS ${picture} ${CMAKE_SOURCE_DIR}/packaging/icon/make)
+        add_custom_target(icon DEPENDS ${RALLYVANE_ICON})
+    endif()
+    add_dependencies(${target} icon)
+endfunction()

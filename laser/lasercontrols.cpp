@@ -34,6 +34,7 @@ void MainWindow::on_enableButton_clicked()
 void MainWindow::on_showButton_clicked()
 {
     pong->gameShown = ui->showButton->isChecked();
+    gameShownChanged(pong->gameShown);
     showState(ui->showButton, tr("Hide pong"), tr("Show pong"));
 }
 

@@ -19,10 +19,11 @@ if [ -z "${RALLYVANE_QT_WINDOWS:-}" ] && qt_is_ready "$qt_cache"; then
 fi
 export RALLYVANE_QT_WINDOWS=${RALLYVANE_QT_WINDOWS:-}
 
-# The folder of each library of the compiler that the program needs beside it.
+# The libraries of the compiler that the program needs beside it.
+runtime_libraries=(libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 runtime_folders() {
     local library
-    for library in libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll; do
+    for library in "${runtime_libraries[@]}"; do
         dirname "$($tools-g++-posix -print-file-name=$library)"
     done | sort -u
 }
@@ -56,6 +57,9 @@ wine_begin() {
         unset DISPLAY
         wine wineboot --init
         wine reg add 'HKCU\Software\Wine' /v Version /d win10 /f
+        # What it has started knows no display, and programs that have one would share it.
+        wineserver -k
+        wineserver -w
         touch "$WINEPREFIX/ready"
     ) 9>"$WINEPREFIX/lock" >"$WINEPREFIX/setup.log" 2>&1 </dev/null
 }

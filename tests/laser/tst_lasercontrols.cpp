@@ -39,6 +39,7 @@ private slots:
     void the_output_button_switches_the_host_on_and_off();
     void the_output_button_shows_its_state_whatever_the_host_answers();
     void the_game_button_shows_and_hides_the_game();
+    void whoever_keeps_the_computer_awake_is_told_exactly_while_the_game_is_shown();
     void a_hidden_game_sends_empty_frames_on_every_tick();
     void the_zones_of_the_host_are_listed_and_the_first_one_selected();
     void the_frames_go_to_the_zone_that_is_chosen();
@@ -136,6 +137,24 @@ void tst_LaserControls::the_game_button_shows_and_hides_the_game()
     QCOMPARE(m_running->text(u"showButton"_s), u"Show pong"_s);
     QCOMPARE(m_running->find(u"showButton"_s)->styleSheet(), idleLook);
     QCOMPARE(outputCalls(m_running->host), QStringList());
+}
+
+void tst_LaserControls::whoever_keeps_the_computer_awake_is_told_exactly_while_the_game_is_shown()
+{
+    start();
+    QList<bool> told;
+    m_running->window->gameShownChanged = [&told](bool shown) { told.append(shown); };
+    m_running->click(u"showButton"_s);
+    QCOMPARE(told, QList{true});
+    m_running->click(u"enableButton"_s);
+    m_running->click(u"resetButton"_s);
+    QCOMPARE(told, QList{true});
+    m_running->click(u"showButton"_s);
+    QCOMPARE(told, (QList{true, false}));
+    m_running->click(u"showButton"_s);
+    m_running->host.ready = 0;
+    m_running->checkHost();
+    QCOMPARE(told, (QList{true, false, true, false}));
 }
 
 void tst_LaserControls::a_hidden_game_sends_empty_frames_on_every_tick()

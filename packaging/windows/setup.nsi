@@ -1,0 +1,161 @@
+; The installer: for the user who runs it, without administrator rights, into a folder that stays
+; writable, because the program keeps settings, log and downloaded updates where it is started.
+; packaging/windows/build gives VERSION, STAGE (what is installed), OUTPUT (removals.nsh), FILE,
+; ICON and TITLE (of the program's window).
+
+Target amd64-unicode
+SetCompressor /SOLID lzma
+ManifestDPIAware true
+ManifestSupportedOS Win10
+RequestExecutionLevel user
+
+!include MUI2.nsh
+!include LogicLib.nsh
+!include FileFunc.nsh
+!include WinVer.nsh
+!include WinMessages.nsh
+!addincludedir "${OUTPUT}"
+
+!define PROGRAM "Laser Rallyvane"
+!define MENU "$SMPROGRAMS\${PROGRAM}"
+!define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\LaserRallyvane"
+
+Name "${PROGRAM}"
+OutFile "${FILE}"
+InstallDir "$LOCALAPPDATA\Programs\${PROGRAM}"
+InstallDirRegKey HKCU "${UNINSTALL_KEY}" "InstallLocation"
+BrandingText "${PROGRAM} ${VERSION}"
+
+VIProductVersion "${VERSION}.0.0"
+VIAddVersionKey "ProductName" "${PROGRAM}"
+VIAddVersionKey "ProductVersion" "${VERSION}"
+VIAddVersionKey "FileVersion" "${VERSION}"
+VIAddVersionKey "FileDescription" "${PROGRAM} setup"
+VIAddVersionKey "CompanyName" "Vellaro"
+VIAddVersionKey "LegalCopyright" "Vellaro"
+
+!define MUI_ICON "${ICON}"
+!define MUI_UNICON "${ICON}"
+!define MUI_ABORTWARNING
+!define MUI_FINISHPAGE_RUN
+!define MUI_FINISHPAGE_RUN_TEXT "Start ${PROGRAM}"
+!define MUI_FINISHPAGE_RUN_FUNCTION StartProgram
+!insertmacro MUI_PAGE_DIRECTORY
+!insertmacro MUI_PAGE_INSTFILES
+!insertmacro MUI_PAGE_FINISH
+!insertmacro MUI_UNPAGE_CONFIRM
+!insertmacro MUI_UNPAGE_INSTFILES
+!insertmacro MUI_LANGUAGE "English"
+
+; A file that runs cannot be written. $0 becomes 1 then.
+!macro LookAtFile name
+    ${If} ${FileExists} "$INSTDIR\${name}"
+        ClearErrors
+        FileOpen $1 "$INSTDIR\${name}" a
+        ${If} ${Errors}
+            StrCpy $0 1
+        ${Else}
+            FileClose $1
+        ${EndIf}
+    ${EndIf}
+!macroend
+
+!macro LookWhatRuns
+    StrCpy $0 0
+    !insertmacro LookAtFile "rallyvane.exe"
+    !insertmacro LookAtFile "rehearse.exe"
+    !insertmacro LookAtFile "rehearsal\rallyvane.exe"
+    !insertmacro LookAtFile "rehearsal\preview.exe"
+!macroend
+
+; Closes a running program as its operator does, so that it leaves a dark laser and its settings,
+; and waits for its end. What does not end stops the installer before it has changed anything.
+!macro DefineEndProgram prefix
+Function ${prefix}EndProgram
+    !insertmacro LookWhatRuns
+    ${If} $0 == 0
+        Return
+    ${EndIf}
+    MessageBox MB_OKCANCEL|MB_ICONEXCLAMATION \
+        "${PROGRAM} is running. It is closed before the setup goes on." /SD IDOK IDOK close
+    Abort
+close:
+    FindWindow $2 "" "${TITLE}"
+    ${If} $2 <> 0
+        SendMessage $2 ${WM_CLOSE} 0 0 /TIMEOUT=5000
+    ${EndIf}
+    ${For} $3 1 50
+        Sleep 200
+        !insertmacro LookWhatRuns
+        ${If} $0 == 0
+            Return
+        ${EndIf}
+    ${Next}
+    MessageBox MB_RETRYCANCEL|MB_ICONSTOP \
+        "${PROGRAM} does not end. Please close it and its rehearsal host." /SD IDCANCEL IDRETRY close
+    SetErrorLevel 3
+    Quit
+FunctionEnd
+!macroend
+!insertmacro DefineEndProgram ""
+!insertmacro DefineEndProgram "un."
+
+Function .onInit
+    ${IfNot} ${AtLeastWin10}
+        MessageBox MB_OK|MB_ICONSTOP "${PROGRAM} needs Windows 10 or later." /SD IDOK
+        SetErrorLevel 3
+        Quit
+    ${EndIf}
+FunctionEnd
+
+Function StartProgram
+    SetOutPath "$INSTDIR"
+    Exec '"$INSTDIR\rallyvane.exe"'
+FunctionEnd
+
+Section
+    Call EndProgram
+    ; What an older version had and this one has not must not stay. Settings do.
+    ${If} ${FileExists} "$INSTDIR\uninstall.exe"
+        ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
+    ${EndIf}
+    SetOutPath "$INSTDIR"
+    ClearErrors
+    File /r "${STAGE}/*"
+    WriteUninstaller "$INSTDIR\uninstall.exe"
+    ${If} ${Errors}
+        MessageBox MB_OK|MB_ICONSTOP "Not all files could be written to $INSTDIR." /SD IDOK
+        SetErrorLevel 3
+        Abort
+    ${EndIf}
+
+    ; A shortcut starts its program in the present output folder.
+    CreateDirectory "${MENU}"
+    CreateShortcut "${MENU}\${PROGRAM}.lnk" "$INSTDIR\rallyvane.exe"
+    CreateShortcut "${MENU}\Rehearse without a laser.lnk" "$INSTDIR\rehearse.exe"
+
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayName" "${PROGRAM}"
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayIcon" "$INSTDIR\rallyvane.exe"
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "Publisher" "Vellaro"
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
+    WriteRegDWORD HKCU "${UNINSTALL_KEY}" "NoModify" 1
+    WriteRegDWORD HKCU "${UNINSTALL_KEY}" "NoRepair" 1
+    ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
+    WriteRegDWORD HKCU "${UNINSTALL_KEY}" "EstimatedSize" $0
+SectionEnd
+
+Section Uninstall
+    Call un.EndProgram
+    !include removals.nsh
+    Delete "$INSTDIR\uninstall.exe"
+    Delete "${MENU}\${PROGRAM}.lnk"
+    Delete "${MENU}\Rehearse without a laser.lnk"
+    RMDir "${MENU}"
+    DeleteRegKey HKCU "${UNINSTALL_KEY}"
+    ; Only when the operator has left nothing in it.
+    SetOutPath "$TEMP"
+    RMDir "$INSTDIR"
+SectionEnd

@@ -1,0 +1,17 @@
+#pragma once
+
+class QCoreApplication;
+
+/// What a show asks of the computer that it runs on, where the system would otherwise do what is
+/// right for an office. A system that refuses, or that needs no asking, is no error. GUI thread.
+namespace showmachine {
+
+/// To be called once, before the first window: timers keep their resolution while the window is
+/// covered or minimised, and a press on the title bar does not hold up the event loop.
+void prepare(QCoreApplication &application);
+
+/// Whether display and system must stay awake, from now on until told otherwise or until the
+/// process ends.
+void keepAwake(bool awake);
+
+} // namespace showmachine
