@@ -90,7 +90,7 @@ class ProbePlugin : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "probe.json")
 
 public:
-    QObject *create(const QString & /*name*/, const QString & /*specification*/) override
+    QObject *create(const QString & /*name*/, const QString & /*arguments*/) override
     {
         return new Probe;
     }

@@ -57,7 +57,7 @@ stage_screen() {
 
 # stage_window TITLE: the number of the window with that title, once there is one.
 stage_window() {
-    stage_until 20 xdotool search --onlyvisible --name "$1" \
+    stage_until 40 xdotool search --onlyvisible --name "$1" \
         || stage_fail "No window \"$1\" appeared."
     xdotool search --onlyvisible --name "$1" | head -n 1
 }

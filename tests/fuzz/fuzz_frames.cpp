@@ -1,10 +1,9 @@
+#include "bytes.h"
 #include "exposure.h"
 #include "frames.h"
 #include "phosphor.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 
 // What the host takes from shared memory that another process has filled with anything.
@@ -14,31 +13,6 @@
 // (one byte), the words. Where the input ends, zeros stand.
 
 namespace {
-
-class Bytes
-{
-public:
-    Bytes(const std::uint8_t *data, std::size_t size)
-        : m_data(data)
-        , m_left(size)
-    {
-    }
-    template <class T>
-    T take()
-    {
-        T value = {};
-        const std::size_t size = std::min(sizeof(T), m_left);
-        if (size > 0) // the data of an empty input may be null
-            std::memcpy(&value, m_data, size);
-        m_data += size;
-        m_left -= size;
-        return value;
-    }
-
-private:
-    const std::uint8_t *m_data;
-    std::size_t m_left;
-};
 
 void check(bool law)
 {

@@ -1,10 +1,9 @@
+#include "bytes.h"
 #include "fakemidi.h"
 #include "midibinding.h"
 #include "mididevices.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 // What the program makes of messages from any device, with bindings from any settings file.
 //
@@ -14,31 +13,6 @@
 // message), and the word, four bytes. Where the input ends, zeros stand.
 
 namespace {
-
-class Bytes
-{
-public:
-    Bytes(const std::uint8_t *data, std::size_t size)
-        : m_data(data)
-        , m_left(size)
-    {
-    }
-    bool atEnd() const { return m_left == 0; }
-    template <class T>
-    T take()
-    {
-        T value = {};
-        const std::size_t size = std::min(sizeof(T), m_left);
-        std::memcpy(&value, m_data, size);
-        m_data += size;
-        m_left -= size;
-        return value;
-    }
-
-private:
-    const std::uint8_t *m_data;
-    std::size_t m_left;
-};
 
 void check(bool law)
 {
