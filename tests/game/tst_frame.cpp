@@ -48,6 +48,21 @@ QList<FramePoint> stroke(int strokeColor, Point from, Point to, int steps)
     return StrokeModel(strokeColor).line(from, to, steps).finished();
 }
 
+/// A picture cut into its strokes: each begins and ends with blanked travel.
+QList<QList<FramePoint>> strokesOf(const QList<FramePoint> &points)
+{
+    QList<QList<FramePoint>> strokes;
+    bool within = false;
+    for (const FramePoint &point : points) {
+        if (!within)
+            strokes.append(QList<FramePoint>());
+        strokes.last().append(point);
+        if (point.flags == 3)
+            within = !within;
+    }
+    return strokes;
+}
+
 /// Paddles and borders, which every frame but the winner display ends with.
 QList<FramePoint> field(qint32 leftY, qint32 rightY)
 {
@@ -70,7 +85,11 @@ private slots:
     void a_pending_point_shows_the_scores_and_a_dash_for_the_ball();
     void ten_points_show_the_winner_alone_data();
     void ten_points_show_the_winner_alone();
+    void a_picture_drawn_again_is_the_same_data();
+    void a_picture_drawn_again_is_the_same();
     void a_frame_goes_after_what_is_in_the_list();
+    void a_frame_that_outgrows_the_list_drops_it_data();
+    void a_frame_that_outgrows_the_list_drops_it();
     void whatever_the_match_says_every_point_is_one_that_the_host_takes_data();
     void whatever_the_match_says_every_point_is_one_that_the_host_takes();
 };
@@ -152,6 +171,25 @@ void tst_Frame::ten_points_show_the_winner_alone()
     QCOMPARE(frameOf(matchAt(left, right, pending)), expected);
 }
 
+void tst_Frame::a_picture_drawn_again_is_the_same_data()
+{
+    QTest::addColumn<Match>("match");
+    QTest::addRow("in play") << matchAt(0, 0, false);
+    QTest::addRow("scores") << matchAt(1, 2, true);
+    QTest::addRow("left has won") << matchAt(10, 2, true);
+    QTest::addRow("right has won") << matchAt(2, 10, true);
+}
+
+void tst_Frame::a_picture_drawn_again_is_the_same()
+{
+    QFETCH(Match, match);
+    const auto points = frameOf(match);
+    for (const Match &between : {match, matchAt(0, 10, true), matchAt(10, 0, true)}) {
+        frameOf(between);
+        QCOMPARE(frameOf(match), points);
+    }
+}
+
 void tst_Frame::a_frame_goes_after_what_is_in_the_list()
 {
     BadBey bey;
@@ -159,6 +197,32 @@ void tst_Frame::a_frame_goes_after_what_is_in_the_list()
     composeFrame(matchAt(0, 0, false), bey);
     QCOMPARE(bey.points.size(), 176);
     QCOMPARE(bey.points.first(), at(1, 2));
+}
+
+void tst_Frame::a_frame_that_outgrows_the_list_drops_it_data()
+{
+    QTest::addColumn<Match>("match");
+    QTest::addColumn<int>("before");
+    for (const int before : {7500, 8017, 8018, 8100, 8192}) {
+        QTest::addRow("in play after %d", before) << matchAt(0, 0, false) << before;
+        QTest::addRow("won after %d", before) << matchAt(10, 0, true) << before;
+    }
+}
+
+void tst_Frame::a_frame_that_outgrows_the_list_drops_it()
+{
+    QFETCH(Match, match);
+    QFETCH(int, before);
+    QList<FramePoint> expected(before, at(1, 2));
+    for (const auto &stroke : strokesOf(frameOf(match))) {
+        expected += stroke;
+        if (expected.size() > 8192)
+            expected.clear();
+    }
+    BadBey bey;
+    bey.points = QList<FramePoint>(before, at(1, 2));
+    composeFrame(match, bey);
+    QCOMPARE(bey.points, expected);
 }
 
 void tst_Frame::whatever_the_match_says_every_point_is_one_that_the_host_takes_data()
