@@ -80,7 +80,7 @@ void copy(benchmark::State &state, SharedMemory *memory)
     const std::vector<LdbPoint> points = somePoints();
     std::uint64_t number = 0;
     for (auto _ : state) {
-        std::memcpy(&memory->zones[0].slotOf(++number).words, points.data(),
+        std::memcpy(&memory->zones[0].slotOf(++number).points, points.data(),
             points.size() * sizeof(LdbPoint));
         benchmark::ClobberMemory();
     }

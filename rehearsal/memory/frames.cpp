@@ -1,14 +1,26 @@
 #include "frames.h"
 
-#include <bit>
-#include <cstring>
+#include <algorithm>
 
 namespace {
 
-using PointWords = std::array<std::uint32_t, wordsPerPoint>;
-
 /// No writer is ahead by more; a number that is says nothing about frames.
 constexpr std::uint64_t believableLead = 1'000'000;
+
+/// The slot for the next frame, whose number is raised past a slot that the host is copying. Null
+/// when the host always gets to the next one first, which one of sound mind never does.
+FrameSlot *claimSlot(ZoneRing &ring, std::uint64_t &number)
+{
+    for (const std::uint64_t last = number + framesPerZone; number != last; ++number) {
+        FrameSlot &slot = ring.slotOf(number);
+        if (number == 0 || ring.isReading(slot))
+            continue;
+        slot.number.writeInOrder(0);
+        if (!ring.isReading(slot))
+            return &slot;
+    }
+    return nullptr;
+}
 
 } // namespace
 
@@ -18,25 +30,24 @@ bool writeFrame(
     if (zone < 0 || zone >= hostZoneCount(memory) || points.size() > std::size_t(ldbMaxPoints))
         return false;
     ZoneRing &ring = memory.zones[std::size_t(zone)];
-    const std::uint64_t number = ring.newest.read() + 1;
-    FrameSlot &slot = ring.slotOf(number);
-    slot.number.write(0);
-    slot.sentAt.write(sentAt);
-    slot.pointCount.write(static_cast<std::uint32_t>(points.size()));
-    const std::span<const std::byte> bytes = std::as_bytes(points);
-    for (std::size_t i = 0; i < points.size() * wordsPerPoint; ++i) {
-        std::uint32_t word = 0;
-        std::memcpy(&word, &bytes[i * sizeof word], sizeof word);
-        slot.words[i].write(word);
-    }
-    slot.number.write(number);
+    const std::uint64_t newest = ring.newest.read();
+    std::uint64_t number = newest + 1;
+    FrameSlot *slot = claimSlot(ring, number);
+    if (!slot)
+        return false;
+    slot->sent.write(ring.slotOf(newest).sent.read() + 1);
+    slot->sentAt.write(sentAt);
+    slot->pointCount.write(static_cast<std::uint32_t>(points.size()));
+    std::copy_n(points.data(), points.size(), slot->points.data());
+    slot->number.write(number);
     ring.newest.write(number);
     return true;
 }
 
-FrameReader::FrameReader(const ZoneRing &ring)
+FrameReader::FrameReader(ZoneRing &ring)
     : m_ring(&ring)
     , m_last(ring.newest.read())
+    , m_sent(ring.slotOf(m_last).sent.read())
 {
 }
 
@@ -48,38 +59,34 @@ bool FrameReader::take(Frame &frame)
         m_last = newest;
         return false;
     }
-    if (lead > framesPerZone) {
-        m_missed += lead - framesPerZone;
+    if (lead > framesPerZone)
         m_last = newest - framesPerZone;
-    }
     while (m_last != newest) {
-        ++m_last;
-        if (copy(m_last, frame)) {
-            frame.missed = m_missed;
-            m_missed = 0;
+        if (copy(++m_last, frame))
             return true;
-        }
-        ++m_missed;
     }
     return false;
 }
 
-bool FrameReader::copy(std::uint64_t number, Frame &frame) const
+bool FrameReader::copy(std::uint64_t number, Frame &frame)
 {
     const FrameSlot &slot = m_ring->slotOf(number);
-    if (number == 0 || slot.number.read() != number)
-        return false;
+    m_ring->reading.writeInOrder(number);
+    const bool isWhole = number != 0 && slot.number.readInOrder() == number && copy(slot, frame);
+    m_ring->reading.write(0);
+    return isWhole;
+}
+
+bool FrameReader::copy(const FrameSlot &slot, Frame &frame)
+{
     const std::uint32_t count = slot.pointCount.read();
     if (count > std::uint32_t(ldbMaxPoints))
         return false;
+    const std::uint64_t sent = slot.sent.read();
+    const std::uint64_t missed = sent - m_sent - 1;
+    frame.missed = missed <= believableLead ? missed : 0;
+    m_sent = sent;
     frame.sentAt = slot.sentAt.read();
-    frame.points.resize(count);
-    auto word = slot.words.begin();
-    for (LdbPoint &point : frame.points) {
-        PointWords words;
-        for (std::uint32_t &value : words)
-            value = (word++)->read();
-        point = std::bit_cast<LdbPoint>(words);
-    }
-    return slot.number.read() == number;
+    frame.points.assign(slot.points.begin(), slot.points.begin() + count);
+    return true;
 }

@@ -22,23 +22,23 @@ struct Frame
 
 /// Takes the frames of one zone, each once and in order, and notices those that were written over
 /// before they could be taken. Whatever the memory holds, what it gives out is whole and in range.
+/// A zone has one reader.
 class FrameReader
 {
 public:
     /// Starts behind the newest frame: what was sent before is not for this reader. The ring must
     /// outlive it.
-    explicit FrameReader(const ZoneRing &ring);
+    explicit FrameReader(ZoneRing &ring);
 
     /// Takes the oldest frame that is left, into storage that is used again. False when there is
     /// none.
     bool take(Frame &frame);
-    /// Frames missed since the last one that was taken.
-    std::uint64_t missed() const { return m_missed; }
 
 private:
-    bool copy(std::uint64_t number, Frame &frame) const;
+    bool copy(std::uint64_t number, Frame &frame);
+    bool copy(const FrameSlot &slot, Frame &frame);
 
-    const ZoneRing *m_ring;
-    std::uint64_t m_last;
-    std::uint64_t m_missed = 0;
+    ZoneRing *m_ring;
+    std::uint64_t m_last; ///< number of the last frame that was looked at
+    std::uint64_t m_sent; ///< the count in the last one that was taken
 };

@@ -10,6 +10,8 @@ void openHost(SharedMemory &memory, const HostInfo &info, SharedTime now)
 {
     HostHeader &header = memory.header;
     header.heartbeat.write(0);
+    for (ZoneRing &ring : memory.zones)
+        ring.reading.write(0); // the one before may have been killed while it copied
     header.version.write(interfaceVersion);
     header.build.write(info.build);
     header.zoneCount.write(info.zoneCount);

@@ -17,13 +17,20 @@ template <class T>
 class Shared
 {
 public:
-    T read() const
-    {
-        return std::atomic_ref(const_cast<T &>(m_value)).load(std::memory_order_acquire);
-    }
+    T read() const { return load(std::memory_order_acquire); }
     void write(T value) { std::atomic_ref(m_value).store(value, std::memory_order_release); }
 
+    /// As read and write, and all of these happen in one order that everybody sees: of two who
+    /// write one number and then read the other's, at least one sees what the other wrote.
+    T readInOrder() const { return load(std::memory_order_seq_cst); }
+    void writeInOrder(T value) { std::atomic_ref(m_value).store(value, std::memory_order_seq_cst); }
+
 private:
+    T load(std::memory_order order) const
+    {
+        return std::atomic_ref(const_cast<T &>(m_value)).load(order);
+    }
+
     T m_value;
     static_assert(std::atomic_ref<T>::is_always_lock_free);
 };
@@ -31,13 +38,12 @@ private:
 /// Marks the memory as ours, written last by a starting host.
 inline constexpr std::uint64_t memoryMagic = 0x4152'4845'5259'4c52; // "RLYREHRA"
 /// Counts up whenever anything below changes.
-inline constexpr std::uint32_t interfaceVersion = 1;
+inline constexpr std::uint32_t interfaceVersion = 2;
 /// The most zones that a rehearsal host offers.
 inline constexpr std::int32_t maxZones = 8;
 /// The frames that a zone remembers: at one frame every 9 ms the host may be late by 144 ms
 /// before it misses one.
 inline constexpr std::uint64_t framesPerZone = 16;
-inline constexpr std::size_t wordsPerPoint = sizeof(LdbPoint) / sizeof(std::uint32_t);
 
 /// What the host says of itself. The host alone writes it, but for `outputOn`.
 struct HostHeader
@@ -52,25 +58,33 @@ struct HostHeader
     Shared<std::int64_t> heartbeat; ///< SharedTime of the last sign of life, 0 = gone
 };
 
-/// One remembered frame. Its number is 0 while it is being written, so that a reader that finds
-/// the same number before and after copying has copied one whole frame.
+/// One remembered frame. Its number is 0 while it is being written.
 struct FrameSlot
 {
-    Shared<std::uint64_t> number; ///< counted from 1 in each zone
+    Shared<std::uint64_t> number; ///< its place in the zone's ring
+    Shared<std::uint64_t> sent; ///< counts the zone's frames from 1
     Shared<std::int64_t> sentAt; ///< SharedTime
     Shared<std::uint32_t> pointCount; ///< 0 ... ldbMaxPoints
-    std::array<Shared<std::uint32_t>, std::size_t(ldbMaxPoints) * wordsPerPoint> words;
+    std::array<LdbPoint, ldbMaxPoints> points;
 };
 
 /// The last frames of one zone: frame n lies in slot n modulo framesPerZone. The game alone writes
-/// it.
+/// it, and only `reading` is the host's.
+///
+/// The points are copied at full speed and by one side at a time: the host says which frame it
+/// copies, and the game passes over the slot of that one, and over its number.
 struct ZoneRing
 {
-    Shared<std::uint64_t> newest; ///< number of the last frame that is complete, 0 = none yet
+    Shared<std::uint64_t> newest; ///< number of the last complete frame, 0 = none yet
+    Shared<std::uint64_t> reading; ///< number of the frame that the host is copying, 0 = none
     std::array<FrameSlot, framesPerZone> frames;
 
     FrameSlot &slotOf(std::uint64_t number) { return frames[number % framesPerZone]; }
-    const FrameSlot &slotOf(std::uint64_t number) const { return frames[number % framesPerZone]; }
+    bool isReading(const FrameSlot &slot)
+    {
+        const std::uint64_t number = reading.readInOrder();
+        return number != 0 && &slotOf(number) == &slot;
+    }
 };
 
 /// All of it. Its zeroed state is valid and says that there is no host.

@@ -3,14 +3,16 @@
 #include "frames.h"
 #include "phosphor.h"
 
+#include <array>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 // What the host takes from shared memory that another process has filled with anything.
 //
 // An input is the header as it lies in memory, then a zone (one byte), then that zone's frames:
-// its newest number, and again and again number, time, count of points, count of words that follow
-// (one byte), the words. Where the input ends, zeros stand.
+// its newest number, the one that is being read, and again and again number, count, time, count of
+// points, count of words that follow (one byte), the words. Where the input ends, zeros stand.
 
 namespace {
 
@@ -23,13 +25,17 @@ void check(bool law)
 void fill(ZoneRing &ring, Bytes &input)
 {
     ring.newest.write(input.take<std::uint64_t>());
+    ring.reading.write(input.take<std::uint64_t>());
     for (FrameSlot &slot : ring.frames) {
         slot.number.write(input.take<std::uint64_t>());
+        slot.sent.write(input.take<std::uint64_t>());
         slot.sentAt.write(input.take<std::int64_t>());
         slot.pointCount.write(input.take<std::uint32_t>());
         const auto words = input.take<std::uint8_t>();
-        for (std::size_t i = 0; i < 0xff; ++i)
-            slot.words[i].write(i < words ? input.take<std::uint32_t>() : 0);
+        std::array<std::uint32_t, 0xff> content = {};
+        for (std::size_t i = 0; i < words; ++i)
+            content[i] = input.take<std::uint32_t>();
+        std::memcpy(slot.points.data(), content.data(), sizeof content);
     }
 }
 

@@ -7,17 +7,17 @@ MAGIC = 0x4152484552594C52
 POINT = struct.Struct("<fffiBBBB")
 
 
-def header(magic=MAGIC, version=1, build=1700, zones=3, ready=1, output=1, beat=1):
+def header(magic=MAGIC, version=2, build=1700, zones=3, ready=1, output=1, beat=1):
     return struct.pack("<QIiiIIxxxxq", magic, version, build, zones, ready, output, beat)
 
 
-def ring(start, newest, frames, zone=0):
-    return struct.pack("<BQQ", zone, start, newest) + b"".join(frames)
+def ring(start, newest, frames, zone=0, reading=0):
+    return struct.pack("<BQQQ", zone, start, newest, reading) + b"".join(frames)
 
 
 def frame(number, points, count=None, sent=1):
     data = b"".join(POINT.pack(*p) for p in points)
-    return struct.pack("<QqIB", number, sent, len(points) if count is None else count,
+    return struct.pack("<QQqIB", number, number, sent, len(points) if count is None else count,
                        len(data) // 4) + data
 
 
@@ -41,6 +41,8 @@ INPUTS = {
     "newest-backwards": header() + ring(9, 3, [frame(n, LINE) for n in range(4)]),
     "newest-far-ahead": header() + ring(0, 2**63, [frame(2**63, LINE)]),
     "number-wraps": header() + ring(2**64 - 1, 1, [frame(0, LINE), frame(1, LINE)]),
+    "being-read": header() + ring(0, 1, [EMPTY, frame(1, LINE)], reading=2),
+    "reading-nonsense": header() + ring(0, 1, [EMPTY, frame(1, LINE)], reading=2**64 - 1),
     "wild-points": header() + ring(0, 1, [EMPTY, frame(1, WILD)]),
     "zones-too-many": header(zones=9) + ring(0, 1, [EMPTY, frame(1, LINE)], 255),
     "zones-negative": header(zones=-2**31) + ring(0, 1, [EMPTY, frame(1, LINE)]),
