@@ -7,7 +7,8 @@ class QCoreApplication;
 namespace showmachine {
 
 /// To be called once, before the first window: timers keep their resolution while the window is
-/// covered or minimised, and a press on the title bar does not hold up the event loop.
+/// covered or minimised, a press on the title bar does not hold up the event loop, and whoever ends
+/// the program from outside gets the same farewell, and a dark laser, as one who closes the window.
 void prepare(QCoreApplication &application);
 
 /// Whether display and system must stay awake, from now on until told otherwise or until the
