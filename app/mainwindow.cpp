@@ -9,10 +9,14 @@
 #include <QElapsedTimer>
 #include <QMessageBox>
 
+using namespace std::chrono_literals;
+
 namespace {
 
 /// How long the last ticks have, in milliseconds, to leave the laser dark.
 constexpr int farewell = 99;
+/// How long the first load waits for a window that is not painted, as a minimised one.
+constexpr auto unseenStart = 100ms;
 
 PlayerSide leftPlayer(const Ui::MainWindow &ui)
 {
@@ -82,7 +86,9 @@ MainWindow::MainWindow(QWidget *parent)
         for (const QRadioButton *radio : {player.midiRadio, player.xboxRadio, player.keyboardRadio})
             connect(radio, &QRadioButton::toggled, this, [this] { applyControlMode(); });
     }
-    QTimer::singleShot(0, this, &MainWindow::FirstLoad);
+    connect(&firstLoad, &QTimer::timeout, this, &MainWindow::FirstLoad);
+    firstLoad.setSingleShot(true);
+    firstLoad.start(unseenStart);
 }
 
 void MainWindow::makeReadable()
@@ -115,6 +121,14 @@ void MainWindow::readSettings()
                                                                          : player.keyboardRadio;
         radio->setChecked(true);
     }
+}
+
+void MainWindow::paintEvent(QPaintEvent *event)
+{
+    QMainWindow::paintEvent(event);
+    // Nobody waits for the window while the devices are looked for.
+    if (firstLoad.isActive())
+        firstLoad.start(0);
 }
 
 void MainWindow::FirstLoad()

@@ -6,6 +6,7 @@
 
 #include <QList>
 #include <QMainWindow>
+#include <QTimer>
 
 #include <array>
 #include <functional>
@@ -28,7 +29,8 @@ class MainWindow : public QMainWindow
     Q_OBJECT
 
 public:
-    /// Builds the window from the form and the settings. FirstLoad follows from the event loop.
+    /// Builds the window from the form and the settings. FirstLoad follows from the event loop,
+    /// once the window has been painted.
     explicit MainWindow(QWidget *parent = nullptr);
     /// Saves, turns the laser dark, and gives devices and host back.
     ~MainWindow() override;
@@ -64,6 +66,9 @@ public slots:
     void on_learnDownL_clicked();
     void on_learnUpR_clicked();
     void on_learnDownR_clicked();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     // app/mainwindow.cpp
@@ -113,6 +118,7 @@ private:
     void releaseHeldKeys();
 
     std::unique_ptr<Ui::MainWindow> ui;
+    QTimer firstLoad;
     std::unique_ptr<QSettings> store;
     QString releaseNotes; ///< of the version that the update check found
     std::unique_ptr<Pong> pong;

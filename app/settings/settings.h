@@ -3,6 +3,7 @@
 #include <QLatin1StringView>
 #include <QSettings>
 #include <QString>
+#include <QVariant>
 
 #include <array>
 #include <memory>
@@ -57,14 +58,19 @@ int read(const QSettings &store, const Setting<int> &setting);
 uint read(const QSettings &store, const Setting<uint> &setting);
 QString read(const QSettings &store, const Setting<QLatin1StringView> &setting);
 
-/// Puts a value into the store; the store writes the file in its own time.
+/// Puts a value into the store; the store writes the file in its own time. One that it holds
+/// already costs no write, for which the window would have to wait.
 template <class T>
 void write(QSettings &store, const Setting<T> &setting, const std::type_identity_t<T> &value)
 {
+    QVariant wanted;
     if constexpr (std::is_same_v<T, QLatin1StringView>)
-        store.setValue(setting.key, QString(value));
+        wanted = QString(value);
     else
-        store.setValue(setting.key, value);
+        wanted = value;
+    const QVariant stored = store.value(setting.key);
+    if (!stored.isValid() || stored.toString() != wanted.toString())
+        store.setValue(setting.key, wanted);
 }
 
 } // namespace settings

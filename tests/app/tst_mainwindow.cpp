@@ -30,6 +30,19 @@ int valueOf(const QWidget &window, const QString &slider)
     return window.findChild<QSlider *>(slider)->value();
 }
 
+/// Counts how often what it watches is painted.
+class Paintings : public QObject
+{
+public:
+    bool eventFilter(QObject * /*object*/, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+    int count = 0;
+};
+
 } // namespace
 
 class tst_MainWindow : public QObject
@@ -43,6 +56,8 @@ private slots:
     void a_stored_mode_checks_one_radio_button();
     void showing_a_stored_mode_does_not_apply_it();
     void the_first_load_comes_from_the_event_loop_and_once();
+    void the_window_is_painted_before_the_devices_are_looked_for();
+    void a_window_that_is_never_painted_looks_for_the_devices_too();
     void a_stored_speed_reaches_slider_and_game_data();
     void a_stored_speed_reaches_slider_and_game();
     void a_speed_that_is_no_number_is_the_lowest();
@@ -155,6 +170,27 @@ void tst_MainWindow::the_first_load_comes_from_the_event_loop_and_once()
     QVERIFY(!running.midi.takeCalls().isEmpty());
     running.waitForStatus(); // 100 ms later
     QVERIFY(running.midi.takeCalls().isEmpty());
+}
+
+void tst_MainWindow::the_window_is_painted_before_the_devices_are_looked_for()
+{
+    RunningWindow running;
+    running.window = std::make_unique<MainWindow>();
+    Paintings paintings;
+    running.find<QPushButton>(u"learnStartR"_s)->installEventFilter(&paintings);
+    int paintingsBefore = -1;
+    connect(running.find<QComboBox>(u"midiLComboBox"_s), &QComboBox::currentTextChanged, this,
+        [&] { paintingsBefore = paintings.count; });
+    running.window->show();
+    QTRY_VERIFY(paintingsBefore >= 0);
+    QVERIFY(paintingsBefore > 0);
+}
+
+void tst_MainWindow::a_window_that_is_never_painted_looks_for_the_devices_too()
+{
+    RunningWindow running;
+    running.window = std::make_unique<MainWindow>();
+    QTRY_COMPARE(running.find<QComboBox>(u"midiLComboBox"_s)->itemText(0), u"Select MIDI device"_s);
 }
 
 void tst_MainWindow::a_stored_speed_reaches_slider_and_game_data()

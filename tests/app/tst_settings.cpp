@@ -72,6 +72,7 @@ private slots:
     void what_is_written_stands_at_the_top_level_of_the_file();
     void what_is_written_is_read_back();
     void a_write_leaves_the_other_keys_alone();
+    void what_is_there_already_is_not_written_again();
     void another_working_directory_has_another_file();
     void a_damaged_file_is_kept_and_what_is_whole_in_it_read_data();
     void a_damaged_file_is_kept_and_what_is_whole_in_it_read();
@@ -257,6 +258,20 @@ void tst_Settings::a_write_leaves_the_other_keys_alone()
     settings::write(*settings::open(), settings::sensitivity[0], 300);
     QCOMPARE(contentOf(fileName).replace("\r\n", "\n"),
         QByteArray("[General]\nForeign=kept\nSensL=300\nSensR=600\n"));
+}
+
+void tst_Settings::what_is_there_already_is_not_written_again()
+{
+    write(fileName, "[General]\nBallSpeed=25\nControlModeLeft=MIDI\n");
+    const auto store = settings::open();
+    QVERIFY(QFile::remove(fileName)); // it comes back with the next write
+    settings::write(*store, settings::ballSpeed, 25);
+    settings::write(*store, settings::controlMode[0], "MIDI"_L1);
+    store->sync();
+    QVERIFY(!QFile::exists(fileName));
+    settings::write(*store, settings::ballSpeed, 26);
+    store->sync();
+    QVERIFY(QFile::exists(fileName));
 }
 
 void tst_Settings::another_working_directory_has_another_file()
