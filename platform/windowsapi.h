@@ -106,6 +106,8 @@ struct MIDIOUTCAPSA
 static_assert(sizeof(MIDIOUTCAPSA) == 52);
 // NOLINTEND(modernize-avoid-c-arrays)
 
+extern "C" {
+
 UINT midiInGetNumDevs();
 MMRESULT midiInGetDevCapsA(DWORD_PTR device, MIDIINCAPSA *caps, UINT capsSize);
 /// Opens a device. `callback` is a function (HMIDIIN, UINT message, DWORD_PTR instance, DWORD_PTR
@@ -125,6 +127,8 @@ MMRESULT midiOutOpen(
 MMRESULT midiOutClose(HMIDIOUT handle);
 /// Sends up to three bytes, the status byte lowest.
 MMRESULT midiOutShortMsg(HMIDIOUT handle, DWORD message);
+
+} // extern "C"
 
 // Gamepads ----------------------------------------------------------------------------------
 
@@ -172,10 +176,14 @@ struct XINPUT_VIBRATION
     WORD wRightMotorSpeed;
 };
 
+extern "C" {
+
 /// Reads the pad of a user index 0 ... 3; a failure leaves `state` alone. Any thread, cheap.
 DWORD XInputGetState(DWORD userIndex, XINPUT_STATE *state);
 /// Drives the motors of a pad until the next call. Any thread.
 DWORD XInputSetState(DWORD userIndex, XINPUT_VIBRATION *vibration);
+
+} // extern "C"
 
 // NOLINTEND(bugprone-reserved-identifier, modernize-avoid-c-arrays)
 
