@@ -29,8 +29,9 @@ int LoadBeyondDll()
     library = LoadLibraryW(L"BEYONDIOx64.dll");
     if (!library)
         return 0;
-#define RESOLVE(name, parameters, arguments) &&resolve(resolved::name, #name)
-    const bool complete = true LDB_ENTRY_POINTS(RESOLVE);
+    bool complete = true;
+#define RESOLVE(name, parameters, arguments) complete = complete && resolve(resolved::name, #name);
+    LDB_ENTRY_POINTS(RESOLVE)
 #undef RESOLVE
     if (!complete)
         FreeBeyondDll();

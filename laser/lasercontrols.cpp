@@ -40,8 +40,7 @@ void MainWindow::on_showButton_clicked()
 
 void MainWindow::RefreshZoneList(bool noZones)
 {
-    const auto selected = qOverload<int>(&QComboBox::currentIndexChanged);
-    disconnect(ui->zoneComboBox, selected, this, &MainWindow::zoneChanged);
+    disconnect(ui->zoneComboBox, &QComboBox::currentIndexChanged, this, &MainWindow::zoneChanged);
     ui->zoneComboBox->clear();
     ui->zoneComboBox->addItem(tr("Select laser zone"));
     if (!noZones) {
@@ -51,7 +50,7 @@ void MainWindow::RefreshZoneList(bool noZones)
         for (int k = 1; k <= std::min(zones, mostZones); ++k)
             ui->zoneComboBox->addItem(tr("BEYOND Zone ") + QString::number(k));
     }
-    connect(ui->zoneComboBox, selected, this, &MainWindow::zoneChanged);
+    connect(ui->zoneComboBox, &QComboBox::currentIndexChanged, this, &MainWindow::zoneChanged);
     // Asked a second time, the host may have zones that are not listed yet.
     if (pong->zoneCount() > 0 && ui->zoneComboBox->count() > 1)
         ui->zoneComboBox->setCurrentIndex(1);

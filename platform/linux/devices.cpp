@@ -10,17 +10,17 @@ namespace {
 template <class Function>
 Function *find(LPCWSTR library, LPCSTR name)
 {
-    const HMODULE module = LoadLibraryW(library);
+    HMODULE module = LoadLibraryW(library);
     return module ? reinterpret_cast<Function *>(GetProcAddress(module, name)) : nullptr;
 }
 
 } // namespace
 
-#define FORWARD(library, result, name, parameters, arguments, answerWithoutIt) \
+#define FORWARD(library, result, name, parameters, arguments, without)         \
     result name parameters                                                     \
     {                                                                          \
         static auto *const function = find<decltype(name)>(L##library, #name); \
-        return function ? function arguments : answerWithoutIt;                \
+        return function ? function arguments : without;                        \
     }
 #define FORWARD_MIDI(name, parameters, arguments) \
     FORWARD("winmm.dll", MMRESULT, name, parameters, arguments, MMSYSERR_NODRIVER)

@@ -50,8 +50,9 @@ std::int32_t ldbDisableLaserOutput()
     return host.switchOutput(false) ? 1 : 0;
 }
 
-std::int32_t ldbSendFrame(std::int32_t, std::int32_t zone, std::int32_t, const char *,
-    std::int32_t pointCount, const LdbPoint *points, const void *, std::int32_t, std::int32_t)
+std::int32_t ldbSendFrame(std::int32_t /*frameType*/, std::int32_t zone, std::int32_t /*reserved*/,
+    const char * /*imageName*/, std::int32_t pointCount, const LdbPoint *points,
+    const void * /*extra*/, std::int32_t /*rate*/, std::int32_t /*option*/)
 {
     return host.sendFrame(zone, pointCount, points) ? 1 : 0;
 }
@@ -87,12 +88,11 @@ ANSWER_NEUTRALLY(ldbTimelineSetOnline)
 ANSWER_NEUTRALLY(ldbTimelineGetOnline)
 ANSWER_NEUTRALLY(ldbGetProjectorSerial)
 
-std::int32_t ldbSetMidiIn(std::uint8_t, std::uint8_t, std::uint8_t, std::uint8_t)
-{
-    return 0;
-}
-
-std::int32_t ldbSetMidiOut(std::uint8_t, std::uint8_t, std::uint8_t, std::uint8_t)
-{
-    return 0;
-}
+#define ANSWER_MIDI_NEUTRALLY(name)                                                           \
+    std::int32_t name(std::uint8_t /*byte0*/, std::uint8_t /*byte1*/, std::uint8_t /*byte2*/, \
+        std::uint8_t /*byte3*/)                                                               \
+    {                                                                                         \
+        return 0;                                                                             \
+    }
+ANSWER_MIDI_NEUTRALLY(ldbSetMidiIn)
+ANSWER_MIDI_NEUTRALLY(ldbSetMidiOut)
