@@ -43,7 +43,7 @@ void tst_MidiSystem::what_runs_in_a_midi_system_is_told_its_name_and_tells_its_o
     QVERIFY(process.waitForFinished());
     const QByteArray said = process.readAllStandardOutput();
     if (said.startsWith("SKIP"))
-        QSKIP(said.constData());
+        QSKIP("There is no MIDI system here.");
     QVERIFY2(said == "alsa\n" || said == "jack\n", said.constData());
     QCOMPARE(process.exitCode(), 5);
 }
