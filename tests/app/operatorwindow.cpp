@@ -41,7 +41,7 @@ void OperatorWindow::open()
     QTRY_VERIFY(!find(u"enableButton"_s)->styleSheet().isEmpty());
 }
 
-void OperatorWindow::waitForStatus()
+void OperatorWindow::waitForStatus() const
 {
     QTRY_VERIFY(text(u"statusLabel"_s) != u"BEYOND Not started"_s);
 }
@@ -79,7 +79,7 @@ int OperatorWindow::step(int side) const
     return side == 0 ? game().leftStep : game().rightStep;
 }
 
-std::optional<int> OperatorWindow::takeStart()
+std::optional<int> OperatorWindow::takeStart() const
 {
     if (game().pointPending)
         return std::nullopt;
@@ -88,7 +88,7 @@ std::optional<int> OperatorWindow::takeStart()
     return side;
 }
 
-std::optional<int> OperatorWindow::awaitStart()
+std::optional<int> OperatorWindow::awaitStart() const
 {
     (void)QTest::qWaitFor([this] { return !game().pointPending; });
     return takeStart();

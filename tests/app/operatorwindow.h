@@ -23,7 +23,7 @@ public:
     /// Makes and shows the window, and waits until its first load is done.
     void open();
     /// Waits until the game has told what it found of the host.
-    void waitForStatus();
+    void waitForStatus() const;
     /// Destroys the window.
     void close();
 
@@ -38,9 +38,9 @@ public:
     int step(int side) const;
     /// The side that has requested a start since the last call, if one has; the match is then put
     /// back to its beginning.
-    std::optional<int> takeStart();
+    std::optional<int> takeStart() const;
     /// The same, but waits some seconds for one.
-    std::optional<int> awaitStart();
+    std::optional<int> awaitStart() const;
 
     /// A widget by its name in the form; it is there.
     template <class T = QWidget>
