@@ -123,3 +123,8 @@ QString midiKey(const QString &control, int side, int byte)
 {
     return control + u'_' + QString::number(side) + QString::number(byte);
 }
+
+Stage::Settings bothOn(const QString &mode)
+{
+    return {{u"ControlModeLeft"_s, mode}, {u"ControlModeRight"_s, mode}};
+}

@@ -62,3 +62,5 @@ public:
 
 /// The key of a byte, 0 or 1, of a MIDI binding: "CC_00".
 QString midiKey(const QString &control, int side, int byte);
+/// Both players' control mode: "MIDI", "XBOX" or "KEYBOARD".
+Stage::Settings bothOn(const QString &mode);
