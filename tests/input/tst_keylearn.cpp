@@ -17,7 +17,10 @@ const QString learningLook =
     u"QPushButton {background-color:#08F;} QPushButton:hover {background-color:#0AF;} "
     "QPushButton:pressed {background-color:#08D;}"_s;
 
-const QStringList controls = {u"Up"_s, u"Down"_s, u"Start"_s};
+QStringList controls()
+{
+    return {u"Up"_s, u"Down"_s, u"Start"_s};
+}
 
 QString keyOf(const QString &control, int side)
 {
@@ -37,7 +40,7 @@ QList<QPushButton *> learningButtons(const Stage &stage)
 {
     QList<QPushButton *> learning;
     for (const int side : {0, 1}) {
-        for (const QString &control : controls) {
+        for (const QString &control : controls()) {
             QPushButton *button = buttonOf(stage, control, side);
             if (button->text() == u"Learning "_s + control + u"..."_s
                 && button->styleSheet() == learningLook)
@@ -107,7 +110,7 @@ void addControls()
     QTest::addColumn<int>("side");
     QTest::addColumn<QString>("control");
     for (const int side : {0, 1}) {
-        for (const QString &control : controls)
+        for (const QString &control : controls())
             QTest::addRow("%s %s", side == 0 ? "left" : "right", qPrintable(control))
                 << side << control;
     }
@@ -129,7 +132,7 @@ void tst_KeyLearn::a_player_on_the_keyboard_has_three_keys_to_learn()
     start(settings);
     for (const int s : {0, 1}) {
         QVERIFY(!m_stage->players[size_t(s)].learnMove->isVisible());
-        for (const QString &other : controls) {
+        for (const QString &other : controls()) {
             const QPushButton *button = buttonOf(*m_stage, other, s);
             QVERIFY(button->isVisible());
             QVERIFY(button->isEnabled());
@@ -194,7 +197,7 @@ void tst_KeyLearn::only_one_control_is_learnt_at_a_time()
     const Stage::Settings before = m_stage->settings();
     QList<QPushButton *> buttons;
     for (const int side : {0, 1}) {
-        for (const QString &control : controls)
+        for (const QString &control : controls())
             buttons.append(buttonOf(*m_stage, control, side));
     }
     for (QPushButton *first : std::as_const(buttons)) {

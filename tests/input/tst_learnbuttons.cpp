@@ -182,12 +182,12 @@ void tst_LearnButtons::a_button_says_what_a_click_does()
     }
     for (const Stage::Player &player : stage.players) {
         if (learning >= 0)
-            Stage::click(buttonsOf(player)[learning]);
+            Stage::click(buttonsOf(player).at(learning));
         compare(player);
         // What one player learns does not show on the other.
         const Stage::Player &other = stage.players[size_t(1 - player.side)];
         for (int i = 0; learning >= 0 && i < buttonsOf(other).size(); ++i)
-            QCOMPARE(lookOf(buttonsOf(other)[i]), idle[other.side][i]);
+            QCOMPARE(lookOf(buttonsOf(other).at(i)), idle[other.side][i]);
     }
 }
 
