@@ -34,7 +34,7 @@ function(rallyvane_library name)
 endfunction()
 
 # rallyvane_test(NAME SOURCES... [LIBRARIES ...]): a Qt Test program that CTest runs offscreen in
-# a folder of its own.
+# a folder of its own. It is skipped if what begins it skips all of it.
 function(rallyvane_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
@@ -43,7 +43,8 @@ function(rallyvane_test name)
     file(MAKE_DIRECTORY ${folder})
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${folder})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 120)
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 120
+        SKIP_REGULAR_EXPRESSION "SKIP +: [A-Za-z_]+::initTestCase\\(")
 endfunction()
 
 # rallyvane_show_in_windows(TARGET DESCRIPTION): gives a program what Windows shows of it: icon,

@@ -8,7 +8,6 @@
 namespace {
 
 constexpr std::array midiSlots = {&MainWindow::midiLComboChanged, &MainWindow::midiRComboChanged};
-constexpr auto chosen = qOverload<int>(&QComboBox::currentIndexChanged);
 
 } // namespace
 
@@ -16,7 +15,8 @@ void MainWindow::fillMidiLists()
 {
     for (const PlayerSide &player : players) {
         // Filling a list chooses nothing.
-        disconnect(player.midiList, chosen, this, midiSlots[size_t(player.side)]);
+        disconnect(
+            player.midiList, &QComboBox::currentIndexChanged, this, midiSlots[size_t(player.side)]);
         player.midiList->clear();
         player.midiList->addItem(tr("Select MIDI device"));
     }
@@ -25,13 +25,15 @@ void MainWindow::fillMidiLists()
             player.midiList->addItem(MidiDevIn::deviceNameAt(static_cast<int>(i)));
     }
     for (const PlayerSide &player : players)
-        connect(player.midiList, chosen, this, midiSlots[size_t(player.side)]);
+        connect(
+            player.midiList, &QComboBox::currentIndexChanged, this, midiSlots[size_t(player.side)]);
 }
 
 void MainWindow::fillXboxLists()
 {
     for (const PlayerSide &player : players) {
-        disconnect(player.xboxList, chosen, this, &MainWindow::xboxChanged);
+        disconnect(
+            player.xboxList, &QComboBox::currentIndexChanged, this, &MainWindow::xboxChanged);
         player.xboxList->clear();
         player.xboxList->addItem(tr("Select XBox device"));
     }
@@ -49,7 +51,7 @@ void MainWindow::fillXboxLists()
         }
     }
     for (const PlayerSide &player : players)
-        connect(player.xboxList, chosen, this, &MainWindow::xboxChanged);
+        connect(player.xboxList, &QComboBox::currentIndexChanged, this, &MainWindow::xboxChanged);
 }
 
 void MainWindow::connectPad(const CXBOXController *pad)

@@ -6,10 +6,11 @@ stage_processes=()
 stage_end() {
     local i
     for ((i = ${#stage_processes[@]} - 1; i >= 0; --i)); do
-        kill "${stage_processes[i]}" 2>/dev/null && wait "${stage_processes[i]}" 2>/dev/null
+        kill "${stage_processes[i]}" 2>/dev/null || continue
+        # However it ends: a failure here would leave the others running.
+        wait "${stage_processes[i]}" 2>/dev/null || true
     done
     stage_processes=()
-    return 0
 }
 
 # stage_fail MESSAGE: says why the rehearsal failed, with what the programs said, and ends it.

@@ -16,6 +16,7 @@ long allocations()
     return count;
 }
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): this is what manages memory
 void *operator new(std::size_t size)
 {
     ++count;
@@ -29,7 +30,8 @@ void operator delete(void *memory) noexcept
     std::free(memory);
 }
 
-void operator delete(void *memory, std::size_t) noexcept
+void operator delete(void *memory, std::size_t /*size*/) noexcept
 {
     std::free(memory);
 }
+// NOLINTEND(cppcoreguidelines-no-malloc)

@@ -13,9 +13,11 @@ thread_local long count = 0;
 
 extern "C" {
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's own names
 void *__libc_malloc(std::size_t size);
 void *__libc_calloc(std::size_t number, std::size_t size);
 void *__libc_realloc(void *memory, std::size_t size);
+// NOLINTEND(bugprone-reserved-identifier)
 
 void *malloc(std::size_t size)
 {

@@ -93,27 +93,6 @@ QStringList Stage::learning() const
     return names;
 }
 
-int Stage::step(int side) const
-{
-    const Pong &game = window->game();
-    return side == 0 ? game.leftStep : game.rightStep;
-}
-
-std::optional<int> Stage::takeStart()
-{
-    const Pong &game = window->game();
-    if (game.pointPending)
-        return std::nullopt;
-    const int side = game.servePhase;
-    window->on_resetButton_clicked();
-    return side;
-}
-
-void Stage::click(QAbstractButton *button)
-{
-    QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
-}
-
 int Stage::sendMidi(int device, int status, int number, int value)
 {
     const int handles = midi.send(device, static_cast<DWORD>(status | number << 8 | value << 16));
@@ -140,19 +119,12 @@ bool Stage::isPolled(std::size_t pad)
     return pads.pads[pad].reads != before;
 }
 
-void addSides()
-{
-    QTest::addColumn<int>("side");
-    QTest::addRow("left") << 0;
-    QTest::addRow("right") << 1;
-}
-
-QString sideLetter(int side)
-{
-    return side == 0 ? u"L"_s : u"R"_s;
-}
-
 QString midiKey(const QString &control, int side, int byte)
 {
     return control + u'_' + QString::number(side) + QString::number(byte);
+}
+
+Stage::Settings bothOn(const QString &mode)
+{
+    return {{u"ControlModeLeft"_s, mode}, {u"ControlModeRight"_s, mode}};
 }

@@ -9,8 +9,6 @@
 #include <QRadioButton>
 #include <QSlider>
 
-#include <optional>
-
 /// The operator's window, played at: its players' widgets and devices. The host is not ready unless
 /// told otherwise, so that no match goes on behind a test.
 class Stage : public RunningWindow
@@ -49,14 +47,7 @@ public:
     Settings settingsSince(const Settings &before) const;
     /// The names of the buttons that say that they learn.
     QStringList learning() const;
-    /// The step of a side's paddle.
-    int step(int side) const;
-    /// The side that has requested a start since the last call, if one has; the match is then put
-    /// back to its beginning.
-    std::optional<int> takeStart();
 
-    /// Clicks a button where a radio button and a check box have their mark.
-    static void click(QAbstractButton *button);
     /// Sends a short message from input device `device` on a thread of its own, and lets the
     /// window work. Returns how many handles received it.
     int sendMidi(int device, int status, int number, int value);
@@ -69,9 +60,7 @@ public:
     std::array<Player, 2> players = {};
 };
 
-/// Adds the column `side` and a row for each.
-void addSides();
-/// "L" or "R".
-QString sideLetter(int side);
 /// The key of a byte, 0 or 1, of a MIDI binding: "CC_00".
 QString midiKey(const QString &control, int side, int byte);
+/// Both players' control mode: "MIDI", "XBOX" or "KEYBOARD".
+Stage::Settings bothOn(const QString &mode);

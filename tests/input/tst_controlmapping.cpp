@@ -12,24 +12,42 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Both players on MIDI, each with a fader and a pad of its own.
-const Stage::Settings learntMidi = {
-    {u"ControlModeLeft"_s, u"MIDI"_s},
-    {u"ControlModeRight"_s, u"MIDI"_s},
-    {u"CC_00"_s, u"176"_s},
-    {u"CC_01"_s, u"7"_s},
-    {u"Start_00"_s, u"144"_s},
-    {u"Start_01"_s, u"60"_s},
-    {u"CC_10"_s, u"177"_s},
-    {u"CC_11"_s, u"8"_s},
-    {u"Start_10"_s, u"145"_s},
-    {u"Start_11"_s, u"61"_s},
-};
+Stage::Settings learntMidi()
+{
+    return {
+        {u"ControlModeLeft"_s, u"MIDI"_s},
+        {u"ControlModeRight"_s, u"MIDI"_s},
+        {u"CC_00"_s, u"176"_s},
+        {u"CC_01"_s, u"7"_s},
+        {u"Start_00"_s, u"144"_s},
+        {u"Start_01"_s, u"60"_s},
+        {u"CC_10"_s, u"177"_s},
+        {u"CC_11"_s, u"8"_s},
+        {u"Start_10"_s, u"145"_s},
+        {u"Start_11"_s, u"61"_s},
+    };
+}
 
 /// What a side has learnt there.
-constexpr int moveStatus[] = {176, 177};
-constexpr int moveNumber[] = {7, 8};
-constexpr int startStatus[] = {144, 145};
-constexpr int startNumber[] = {60, 61};
+constexpr int moveStatus(int side)
+{
+    return 176 + side;
+}
+
+constexpr int moveNumber(int side)
+{
+    return 7 + side;
+}
+
+constexpr int startStatus(int side)
+{
+    return 144 + side;
+}
+
+constexpr int startNumber(int side)
+{
+    return 60 + side;
+}
 
 /// Opens the window with a device for each player chosen.
 void openDevices(Stage &stage)
@@ -85,24 +103,24 @@ void tst_ControlMapping::a_message_steps_the_paddle_of_its_side()
     QFETCH(int, side);
     QFETCH(int, value);
     QFETCH(int, step);
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
-    QCOMPARE(stage.sendMidi(side, moveStatus[side], moveNumber[side], value), 1);
+    QCOMPARE(stage.sendMidi(side, moveStatus(side), moveNumber(side), value), 1);
     QCOMPARE(stage.step(side), step);
     QCOMPARE(stage.step(1 - side), 0);
     QVERIFY(!stage.takeStart());
-    stage.sendMidi(side, moveStatus[side], moveNumber[side], 64);
+    stage.sendMidi(side, moveStatus(side), moveNumber(side), 64);
     QCOMPARE(stage.step(side), 0);
 }
 
 void tst_ControlMapping::the_sensitivity_does_not_touch_midi()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     for (const int position : {256, 768}) {
         for (const Stage::Player &player : stage.players) {
             player.sensitivity->setValue(position);
-            stage.sendMidi(player.side, moveStatus[player.side], moveNumber[player.side], 127);
+            stage.sendMidi(player.side, moveStatus(player.side), moveNumber(player.side), 127);
             QCOMPARE(stage.step(player.side), 63);
         }
     }
@@ -124,9 +142,9 @@ void tst_ControlMapping::a_start_message_starts_for_its_side_whatever_its_value(
 {
     QFETCH(int, side);
     QFETCH(int, value);
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
-    stage.sendMidi(side, startStatus[side], startNumber[side], value);
+    stage.sendMidi(side, startStatus(side), startNumber(side), value);
     QCOMPARE(stage.takeStart(), std::optional(side));
     QCOMPARE(stage.step(side), 0);
 }
@@ -139,16 +157,16 @@ void tst_ControlMapping::what_the_other_side_has_learnt_does_nothing_data()
 void tst_ControlMapping::what_the_other_side_has_learnt_does_nothing()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     const int other = 1 - side;
-    QCOMPARE(stage.sendMidi(side, moveStatus[other], moveNumber[other], 100), 1);
-    QCOMPARE(stage.sendMidi(side, startStatus[other], startNumber[other], 100), 1);
+    QCOMPARE(stage.sendMidi(side, moveStatus(other), moveNumber(other), 100), 1);
+    QCOMPARE(stage.sendMidi(side, startStatus(other), startNumber(other), 100), 1);
     // Neither half of a binding is enough.
-    stage.sendMidi(side, moveStatus[side], moveNumber[other], 100);
-    stage.sendMidi(side, moveStatus[other], moveNumber[side], 100);
-    stage.sendMidi(side, startStatus[side], startNumber[other], 100);
-    stage.sendMidi(side, startStatus[other], startNumber[side], 100);
+    stage.sendMidi(side, moveStatus(side), moveNumber(other), 100);
+    stage.sendMidi(side, moveStatus(other), moveNumber(side), 100);
+    stage.sendMidi(side, startStatus(side), startNumber(other), 100);
+    stage.sendMidi(side, startStatus(other), startNumber(side), 100);
     QCOMPARE(stage.step(0), 0);
     QCOMPARE(stage.step(1), 0);
     QVERIFY(!stage.takeStart());
@@ -162,23 +180,23 @@ void tst_ControlMapping::with_14_bits_the_first_data_byte_of_the_status_steps_da
 void tst_ControlMapping::with_14_bits_the_first_data_byte_of_the_status_steps()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     Stage::click(stage.players[size_t(side)].bits);
-    for (const int number : {0, moveNumber[side], 100, 127}) {
-        stage.sendMidi(side, moveStatus[side], number, 99);
+    for (const int number : {0, moveNumber(side), 100, 127}) {
+        stage.sendMidi(side, moveStatus(side), number, 99);
         QCOMPARE(stage.step(side), number - 64);
     }
-    stage.sendMidi(side, moveStatus[1 - side], 64, 64);
+    stage.sendMidi(side, moveStatus(1 - side), 64, 64);
     QCOMPARE(stage.step(side), 63);
     // The other side's box is its own.
-    stage.sendMidi(1 - side, moveStatus[1 - side], 100, 99);
+    stage.sendMidi(1 - side, moveStatus(1 - side), 100, 99);
     QCOMPARE(stage.step(1 - side), 0);
 
     Stage::click(stage.players[size_t(side)].bits);
-    stage.sendMidi(side, moveStatus[side], 100, 64);
+    stage.sendMidi(side, moveStatus(side), 100, 64);
     QCOMPARE(stage.step(side), 63);
-    stage.sendMidi(side, moveStatus[side], moveNumber[side], 64);
+    stage.sendMidi(side, moveStatus(side), moveNumber(side), 64);
     QCOMPARE(stage.step(side), 0);
 }
 
@@ -190,21 +208,21 @@ void tst_ControlMapping::a_message_of_both_bindings_moves_and_starts_data()
 void tst_ControlMapping::a_message_of_both_bindings_moves_and_starts()
 {
     QFETCH(int, side);
-    Stage::Settings settings = learntMidi;
-    settings[midiKey(u"Start"_s, side, 0)] = QString::number(moveStatus[side]);
-    settings[midiKey(u"Start"_s, side, 1)] = QString::number(moveNumber[side]);
+    Stage::Settings settings = learntMidi();
+    settings[midiKey(u"Start"_s, side, 0)] = QString::number(moveStatus(side));
+    settings[midiKey(u"Start"_s, side, 1)] = QString::number(moveNumber(side));
     Stage stage({u"First"_s, u"Second"_s}, 0, settings);
     openDevices(stage);
-    stage.sendMidi(side, moveStatus[side], moveNumber[side], 127);
+    stage.sendMidi(side, moveStatus(side), moveNumber(side), 127);
     QCOMPARE(stage.step(side), 63);
     QCOMPARE(stage.takeStart(), std::optional(side));
 
     Stage::click(stage.players[size_t(side)].bits);
-    stage.sendMidi(side, moveStatus[side], 20, 127);
+    stage.sendMidi(side, moveStatus(side), 20, 127);
     QCOMPARE(stage.step(side), -44);
     QVERIFY(!stage.takeStart());
-    stage.sendMidi(side, moveStatus[side], moveNumber[side], 127);
-    QCOMPARE(stage.step(side), moveNumber[side] - 64);
+    stage.sendMidi(side, moveStatus(side), moveNumber(side), 127);
+    QCOMPARE(stage.step(side), moveNumber(side) - 64);
     QCOMPARE(stage.takeStart(), std::optional(side));
 }
 
@@ -227,7 +245,7 @@ void tst_ControlMapping::what_is_not_learnt_does_nothing()
 
 void tst_ControlMapping::no_message_reaches_another_side_or_binding()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     MainWindow &window = *stage.window;
     int strays = 0;
@@ -245,9 +263,9 @@ void tst_ControlMapping::no_message_reaches_another_side_or_binding()
                     window.ReadMidiData(side, static_cast<unsigned char>(status),
                         static_cast<unsigned char>(number), static_cast<unsigned char>(value));
                     const bool isMove =
-                        status == moveStatus[side] && (fourteenBits || number == moveNumber[side]);
+                        status == moveStatus(side) && (fourteenBits || number == moveNumber(side));
                     const int step = !isMove ? before : (fourteenBits ? number : value) - 64;
-                    const bool isStart = status == startStatus[side] && number == startNumber[side];
+                    const bool isStart = status == startStatus(side) && number == startNumber(side);
                     const int start = isStart ? side : noSide;
                     strays += stage.step(side) != step || stage.step(1 - side) != otherBefore
                         || stage.takeStart().value_or(noSide) != start;
@@ -264,7 +282,7 @@ void tst_ControlMapping::no_message_reaches_another_side_or_binding()
 
 void tst_ControlMapping::a_play_of_no_side_is_ignored()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     for (const int play : {-1, 2, 3, std::numeric_limits<int>::max()}) {
         // Nor does it end a learn: 2 is also the mark for "no side".
@@ -276,13 +294,14 @@ void tst_ControlMapping::a_play_of_no_side_is_ignored()
     QCOMPARE(stage.step(1), 0);
     QVERIFY(!stage.takeStart());
     const Stage::Settings settings = stage.settings();
-    for (auto setting = learntMidi.begin(); setting != learntMidi.end(); ++setting)
+    const Stage::Settings learnt = learntMidi();
+    for (auto setting = learnt.begin(); setting != learnt.end(); ++setting)
         QCOMPARE(settings[setting.key()], setting.value());
 }
 
 void tst_ControlMapping::a_message_is_handled_on_the_thread_of_the_window()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     QThread *emittedOn = nullptr;
     QThread *handledOn = nullptr;
@@ -310,8 +329,8 @@ void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left
 void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left_its_device()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s, u"Third"_s}, 0, learntMidi);
-    const auto word = static_cast<DWORD>(moveStatus[side] | moveNumber[side] << 8 | 127 << 16);
+    Stage stage({u"First"_s, u"Second"_s, u"Third"_s}, 0, learntMidi());
+    const auto word = static_cast<DWORD>(moveStatus(side) | moveNumber(side) << 8 | 127 << 16);
     openDevices(stage);
     const Stage::Player &player = stage.players[size_t(side)];
     const auto leaveWithAMessageQueued = [&](const std::function<void()> &leave) {
@@ -334,7 +353,7 @@ void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left
 
 void tst_ControlMapping::another_device_stops_the_paddle_but_not_what_it_sends_itself()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi);
+    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     stage.open();
     QComboBox *list = stage.players[0].midiList;
     list->setCurrentIndex(1);

@@ -7,10 +7,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const Stage::Settings midiModes = {
-    {u"ControlModeLeft"_s, u"MIDI"_s},
-    {u"ControlModeRight"_s, u"MIDI"_s},
-};
 constexpr auto failureLine = "Cannot open and start Midi device";
 
 MidiDevIn &midiIn(int side)
@@ -119,7 +115,7 @@ void tst_DeviceLists::the_pad_lists_hold_the_unbroken_run_of_pads()
 
 void tst_DeviceLists::what_is_plugged_in_later_is_not_offered()
 {
-    Stage stage({u"First"_s}, 1, midiModes);
+    Stage stage({u"First"_s}, 1, bothOn(u"MIDI"_s));
     stage.open();
     stage.midi.inputs.append({.name = u"Second"_s});
     stage.pads.pads[1].connected = true;
@@ -138,7 +134,7 @@ void tst_DeviceLists::nothing_is_opened_or_polled_at_the_start()
     QCOMPARE(stage.midi.takeDeviceCalls(), QStringList());
     for (const int side : {0, 1})
         QCOMPARE(midiIn(side).getDeviceIndex(), -1);
-    for (const std::size_t pad : {0, 1})
+    for (const std::size_t pad : {0U, 1U})
         QVERIFY(!stage.isPolled(pad));
 }
 
@@ -150,7 +146,7 @@ void tst_DeviceLists::choosing_a_device_opens_and_starts_it_data()
 void tst_DeviceLists::choosing_a_device_opens_and_starts_it()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     stage.players[size_t(side)].midiList->setCurrentIndex(2);
     QCOMPARE(stage.midi.takeDeviceCalls(), QStringList({u"midiInOpen 1"_s, u"midiInStart 1"_s}));
@@ -169,7 +165,7 @@ void tst_DeviceLists::choosing_the_placeholder_stops_and_closes_the_device_data(
 void tst_DeviceLists::choosing_the_placeholder_stops_and_closes_the_device()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     QComboBox *list = stage.players[size_t(side)].midiList;
     list->setCurrentIndex(2);
@@ -182,7 +178,7 @@ void tst_DeviceLists::choosing_the_placeholder_stops_and_closes_the_device()
 
 void tst_DeviceLists::the_arrow_keys_choose_a_device()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     QComboBox *list = stage.players[1].midiList;
     QTest::keyClick(list, Qt::Key_Down);
@@ -193,7 +189,7 @@ void tst_DeviceLists::the_arrow_keys_choose_a_device()
 
 void tst_DeviceLists::of_two_devices_with_one_name_the_position_decides()
 {
-    Stage stage({u"USB MIDI"_s, u"USB MIDI"_s}, 0, midiModes);
+    Stage stage({u"USB MIDI"_s, u"USB MIDI"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     stage.players[0].midiList->setCurrentIndex(2);
     stage.players[1].midiList->setCurrentIndex(1);
@@ -212,7 +208,7 @@ void tst_DeviceLists::a_device_that_cannot_be_opened_is_left_again_data()
 void tst_DeviceLists::a_device_that_cannot_be_opened_is_left_again()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.midi.inputs[1].openResult = MMSYSERR_NOMEM;
     stage.open();
     const Stage::Player &player = stage.players[size_t(side)];
@@ -234,7 +230,7 @@ void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again_data()
 void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.midi.inputs[0].startResult = MMSYSERR_ERROR;
     stage.open();
     const Stage::Player &player = stage.players[size_t(side)];
@@ -250,7 +246,7 @@ void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again()
 
 void tst_DeviceLists::a_device_unplugged_before_it_was_chosen_is_left_again()
 {
-    Stage stage({u"First"_s}, 0, midiModes);
+    Stage stage({u"First"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     stage.midi.unplugInput(0);
     QTest::ignoreMessage(QtDebugMsg, failureLine);
@@ -267,7 +263,7 @@ void tst_DeviceLists::a_second_device_leaves_the_first_open_and_silent_data()
 void tst_DeviceLists::a_second_device_leaves_the_first_open_and_silent()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     const Stage::Player &player = stage.players[size_t(side)];
     player.midiList->setCurrentIndex(1);
@@ -286,7 +282,7 @@ void tst_DeviceLists::a_second_device_leaves_the_first_open_and_silent()
 
 void tst_DeviceLists::a_second_device_that_fails_closes_the_first()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.midi.inputs[1].openResult = MMSYSERR_NOMEM;
     stage.open();
     stage.players[0].midiList->setCurrentIndex(1);
@@ -306,7 +302,7 @@ void tst_DeviceLists::the_placeholder_without_a_device_is_harmless_data()
 void tst_DeviceLists::the_placeholder_without_a_device_is_harmless()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s}, 0, midiModes);
+    Stage stage({u"First"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     stage.players[size_t(1 - side)].midiList->setCurrentIndex(1);
     stage.midi.takeCalls();
@@ -329,7 +325,7 @@ void tst_DeviceLists::a_device_serves_one_side_at_a_time_data()
 void tst_DeviceLists::a_device_serves_one_side_at_a_time()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s}, 0, midiModes);
+    Stage stage({u"First"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     const Stage::Player &first = stage.players[size_t(side)];
     const Stage::Player &second = stage.players[size_t(1 - side)];
@@ -358,7 +354,7 @@ void tst_DeviceLists::a_device_that_vanishes_can_be_left_data()
 void tst_DeviceLists::a_device_that_vanishes_can_be_left()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     const Stage::Player &player = stage.players[size_t(side)];
     player.midiList->setCurrentIndex(1);
@@ -381,7 +377,7 @@ void tst_DeviceLists::a_device_that_vanishes_can_be_left()
 
 void tst_DeviceLists::no_device_is_open_after_the_window()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     stage.players[0].midiList->setCurrentIndex(1);
     stage.players[1].midiList->setCurrentIndex(2);

@@ -17,10 +17,10 @@ const QString learningLook =
     u"QPushButton {background-color:#08F;} QPushButton:hover {background-color:#0AF;} "
     "QPushButton:pressed {background-color:#08D;}"_s;
 
-const QStringList controls = {u"Up"_s, u"Down"_s, u"Start"_s};
-
-const Stage::Settings bothOnKeyboard = {
-    {u"ControlModeLeft"_s, u"KEYBOARD"_s}, {u"ControlModeRight"_s, u"KEYBOARD"_s}};
+QStringList controls()
+{
+    return {u"Up"_s, u"Down"_s, u"Start"_s};
+}
 
 QString keyOf(const QString &control, int side)
 {
@@ -40,7 +40,7 @@ QList<QPushButton *> learningButtons(const Stage &stage)
 {
     QList<QPushButton *> learning;
     for (const int side : {0, 1}) {
-        for (const QString &control : controls) {
+        for (const QString &control : controls()) {
             QPushButton *button = buttonOf(stage, control, side);
             if (button->text() == u"Learning "_s + control + u"..."_s
                 && button->styleSheet() == learningLook)
@@ -110,7 +110,7 @@ void addControls()
     QTest::addColumn<int>("side");
     QTest::addColumn<QString>("control");
     for (const int side : {0, 1}) {
-        for (const QString &control : controls)
+        for (const QString &control : controls())
             QTest::addRow("%s %s", side == 0 ? "left" : "right", qPrintable(control))
                 << side << control;
     }
@@ -127,12 +127,12 @@ void tst_KeyLearn::a_player_on_the_keyboard_has_three_keys_to_learn()
 {
     QFETCH(int, side);
     QFETCH(QString, control);
-    Stage::Settings settings = bothOnKeyboard;
+    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(keyOf(control, side), QString::number(Qt::Key_W));
     start(settings);
     for (const int s : {0, 1}) {
         QVERIFY(!m_stage->players[size_t(s)].learnMove->isVisible());
-        for (const QString &other : controls) {
+        for (const QString &other : controls()) {
             const QPushButton *button = buttonOf(*m_stage, other, s);
             QVERIFY(button->isVisible());
             QVERIFY(button->isEnabled());
@@ -152,7 +152,7 @@ void tst_KeyLearn::a_key_is_learnt_by_the_next_press()
 {
     QFETCH(int, side);
     QFETCH(QString, control);
-    start(bothOnKeyboard);
+    start(bothOn(u"KEYBOARD"_s));
     const Stage::Settings before = m_stage->settings();
     QPushButton *button = buttonOf(*m_stage, control, side);
     Stage::click(button);
@@ -179,7 +179,7 @@ void tst_KeyLearn::a_second_click_cancels()
 {
     QFETCH(int, side);
     QFETCH(QString, control);
-    start(bothOnKeyboard);
+    start(bothOn(u"KEYBOARD"_s));
     const Stage::Settings before = m_stage->settings();
     learn(control, side);
     learn(control, side);
@@ -193,11 +193,11 @@ void tst_KeyLearn::a_second_click_cancels()
 
 void tst_KeyLearn::only_one_control_is_learnt_at_a_time()
 {
-    start(bothOnKeyboard);
+    start(bothOn(u"KEYBOARD"_s));
     const Stage::Settings before = m_stage->settings();
     QList<QPushButton *> buttons;
     for (const int side : {0, 1}) {
-        for (const QString &control : controls)
+        for (const QString &control : controls())
             buttons.append(buttonOf(*m_stage, control, side));
     }
     for (QPushButton *first : std::as_const(buttons)) {
@@ -216,7 +216,7 @@ void tst_KeyLearn::only_one_control_is_learnt_at_a_time()
 
 void tst_KeyLearn::a_learnt_key_plays_and_is_kept()
 {
-    start(bothOnKeyboard);
+    start(bothOn(u"KEYBOARD"_s));
     learn(u"Up"_s, 1);
     press(Qt::Key_Shift);
     press(Qt::Key_Shift);
@@ -229,7 +229,7 @@ void tst_KeyLearn::a_learnt_key_plays_and_is_kept()
 
 void tst_KeyLearn::a_key_that_is_bound_already_is_learnt_too()
 {
-    Stage::Settings settings = bothOnKeyboard;
+    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(u"KeyboardStartL"_s, QString::number(Qt::Key_W));
     start(settings);
     learn(u"Down"_s, 0);
@@ -241,7 +241,7 @@ void tst_KeyLearn::a_key_that_is_bound_already_is_learnt_too()
 
 void tst_KeyLearn::a_key_of_the_right_player_is_learnt_for_the_left()
 {
-    Stage::Settings settings = bothOnKeyboard;
+    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(u"KeyboardDownR"_s, QString::number(Qt::Key_K));
     start(settings);
     learn(u"Up"_s, 0);
@@ -252,7 +252,7 @@ void tst_KeyLearn::a_key_of_the_right_player_is_learnt_for_the_left()
 
 void tst_KeyLearn::the_keys_of_the_left_player_go_on_while_the_right_learns()
 {
-    Stage::Settings settings = bothOnKeyboard;
+    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(u"KeyboardUpL"_s, QString::number(Qt::Key_W));
     settings.insert(u"KeyboardStartL"_s, QString::number(Qt::Key_D));
     start(settings);
@@ -292,7 +292,7 @@ void tst_KeyLearn::a_player_on_midi_learns_no_key()
 
 void tst_KeyLearn::a_key_without_a_code_is_not_learnt()
 {
-    start(bothOnKeyboard);
+    start(bothOn(u"KEYBOARD"_s));
     learn(u"Up"_s, 0);
     QKeyEvent event(QEvent::KeyPress, 0, {});
     QCoreApplication::sendEvent(m_stage->window->focusWidget(), &event);
@@ -311,7 +311,7 @@ void tst_KeyLearn::keys_that_operate_widgets_are_learnt_data()
 void tst_KeyLearn::keys_that_operate_widgets_are_learnt()
 {
     QFETCH(Qt::Key, key);
-    start(bothOnKeyboard);
+    start(bothOn(u"KEYBOARD"_s));
     learn(u"Down"_s, 0);
     press(key);
     QTest::keyRelease(m_stage->window->windowHandle(), key);
@@ -323,7 +323,7 @@ void tst_KeyLearn::keys_that_operate_widgets_are_learnt()
 
 void tst_KeyLearn::learning_a_direction_stops_the_paddle()
 {
-    Stage::Settings settings = bothOnKeyboard;
+    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(u"KeyboardUpL"_s, QString::number(Qt::Key_W));
     start(settings);
     for (const QString &control : {u"Up"_s, u"Down"_s}) {

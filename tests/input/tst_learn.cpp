@@ -6,11 +6,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const Stage::Settings midiModes = {
-    {u"ControlModeLeft"_s, u"MIDI"_s},
-    {u"ControlModeRight"_s, u"MIDI"_s},
-};
-
 /// Opens the window with a MIDI device of their own for both players.
 void openDevices(Stage &stage)
 {
@@ -59,7 +54,7 @@ void tst_Learn::move_is_learnt_from_the_first_message()
     QFETCH(int, side);
     QFETCH(int, status);
     QFETCH(int, number);
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     openDevices(stage);
     const Stage::Settings before = stage.settings();
     Stage::click(stage.players[size_t(side)].learnMove);
@@ -82,7 +77,7 @@ void tst_Learn::start_is_learnt_from_the_first_message_data()
 void tst_Learn::start_is_learnt_from_the_first_message()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     openDevices(stage);
     const Stage::Settings before = stage.settings();
     Stage::click(stage.players[size_t(side)].learnStart);
@@ -106,7 +101,7 @@ void tst_Learn::messages_of_the_other_side_play_while_a_side_learns()
 {
     QFETCH(int, side);
     const int other = 1 - side;
-    Stage::Settings settings = midiModes;
+    Stage::Settings settings = bothOn(u"MIDI"_s);
     settings[midiKey(u"CC"_s, other, 0)] = u"176"_s;
     settings[midiKey(u"CC"_s, other, 1)] = u"7"_s;
     settings[midiKey(u"Start"_s, other, 0)] = u"144"_s;
@@ -187,7 +182,7 @@ void tst_Learn::a_second_click_cancels()
     QCOMPARE(stage.learning(), QStringList());
     QCOMPARE(learn->text(), text);
     QCOMPARE(learn->styleSheet(), styleSheet);
-    for (const std::size_t side : {0, 1}) {
+    for (const std::size_t side : {0U, 1U}) {
         stage.sendMidi(int(side), 0xB0, 7, 100);
         stage.pads.pads[side].thumbRY = 32767;
         stage.pads.pads[side].buttons = XINPUT_GAMEPAD_Y;
@@ -265,7 +260,7 @@ void tst_Learn::a_key_is_learnt_while_a_pad_learn_is_replaced()
 
 void tst_Learn::what_is_learnt_is_in_the_file()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 1, midiModes);
+    Stage stage({u"First"_s, u"Second"_s}, 1, bothOn(u"MIDI"_s));
     openDevices(stage);
     Stage::click(stage.players[1].learnMove);
     stage.sendMidi(1, 0xE3, 5, 100);

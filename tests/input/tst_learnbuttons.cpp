@@ -43,28 +43,31 @@ Look lookOf(const QPushButton *button)
 }
 
 /// Both players learnt everything, on every kind of device.
-const Stage::Settings everything = {
-    {u"CC_00"_s, u"176"_s},
-    {u"CC_01"_s, u"0"_s},
-    {u"CC_10"_s, u"177"_s},
-    {u"CC_11"_s, u"0"_s},
-    {u"Start_00"_s, u"144"_s},
-    {u"Start_01"_s, u"0"_s},
-    {u"Start_10"_s, u"145"_s},
-    {u"Start_11"_s, u"0"_s},
-    {u"XStartL"_s, u"0"_s},
-    {u"XStartR"_s, u"0"_s},
-    {u"XMoveL"_s, u"0"_s},
-    {u"XMoveR"_s, u"0"_s},
-    {u"KeyboardUpL"_s, u"85"_s},
-    {u"KeyboardUpR"_s, u"85"_s},
-    {u"KeyboardDownL"_s, u"68"_s},
-    {u"KeyboardDownR"_s, u"68"_s},
-    {u"KeyboardStartL"_s, u"83"_s},
-    {u"KeyboardStartR"_s, u"83"_s},
-};
+Stage::Settings everything()
+{
+    return {
+        {u"CC_00"_s, u"176"_s},
+        {u"CC_01"_s, u"0"_s},
+        {u"CC_10"_s, u"177"_s},
+        {u"CC_11"_s, u"0"_s},
+        {u"Start_00"_s, u"144"_s},
+        {u"Start_01"_s, u"0"_s},
+        {u"Start_10"_s, u"145"_s},
+        {u"Start_11"_s, u"0"_s},
+        {u"XStartL"_s, u"0"_s},
+        {u"XStartR"_s, u"0"_s},
+        {u"XMoveL"_s, u"0"_s},
+        {u"XMoveR"_s, u"0"_s},
+        {u"KeyboardUpL"_s, u"85"_s},
+        {u"KeyboardUpR"_s, u"85"_s},
+        {u"KeyboardDownL"_s, u"68"_s},
+        {u"KeyboardDownR"_s, u"68"_s},
+        {u"KeyboardStartL"_s, u"83"_s},
+        {u"KeyboardStartR"_s, u"83"_s},
+    };
+}
 
-const QList<QPushButton *> buttonsOf(const Stage::Player &player)
+QList<QPushButton *> buttonsOf(const Stage::Player &player)
 {
     return {player.learnStart, player.learnMove, player.learnUp, player.learnDown};
 }
@@ -155,7 +158,7 @@ void tst_LearnButtons::a_button_says_what_a_click_does()
     QFETCH(Look, move);
     QFETCH(Look, up);
     QFETCH(Look, down);
-    Stage::Settings settings = learnt ? everything : Stage::Settings();
+    Stage::Settings settings = learnt ? everything() : Stage::Settings();
     settings[u"ControlModeLeft"_s] = mode;
     settings[u"ControlModeRight"_s] = mode;
     Stage stage({u"First"_s, u"Second"_s}, 2, settings);
@@ -179,12 +182,12 @@ void tst_LearnButtons::a_button_says_what_a_click_does()
     }
     for (const Stage::Player &player : stage.players) {
         if (learning >= 0)
-            Stage::click(buttonsOf(player)[learning]);
+            Stage::click(buttonsOf(player).at(learning));
         compare(player);
         // What one player learns does not show on the other.
         const Stage::Player &other = stage.players[size_t(1 - player.side)];
         for (int i = 0; learning >= 0 && i < buttonsOf(other).size(); ++i)
-            QCOMPARE(lookOf(buttonsOf(other)[i]), idle[other.side][i]);
+            QCOMPARE(lookOf(buttonsOf(other).at(i)), idle[other.side][i]);
     }
 }
 

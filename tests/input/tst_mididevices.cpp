@@ -1,6 +1,7 @@
 #include "fakemidi.h"
 #include "mididevices.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QThread>
 
@@ -251,11 +252,9 @@ void tst_MidiDevices::a_thread_of_its_own_ends_with_the_device()
     QCOMPARE(device->QObject::thread(), worker);
     QCOMPARE(device->open(0, nullptr), 0U);
     QCOMPARE(device->start(), 0U);
-    bool finished = false;
-    connect(
-        worker, &QThread::finished, this, [&] { finished = true; }, Qt::DirectConnection);
+    const QSignalSpy finished(worker, &QThread::finished);
     device.reset();
-    QVERIFY(finished);
+    QCOMPARE(finished.count(), 1);
 }
 
 void tst_MidiDevices::destruction_announces_itself_and_leaves_the_device_open()

@@ -8,6 +8,11 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <csignal>
+#include <cstdlib>
+#include <sys/prctl.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -27,6 +32,15 @@ bool serverAnswers()
 
 } // namespace
 
+void endWithThisProcess(QProcess &process)
+{
+    process.setChildProcessModifier([parent = getpid()] {
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (getppid() != parent) // it ended meanwhile
+            _exit(EXIT_FAILURE);
+    });
+}
+
 MidiServer::MidiServer()
 {
     const QFileInfo sequencer(u"/dev/snd/seq"_s);
@@ -43,6 +57,7 @@ MidiServer::MidiServer()
     m_name = u"rallyvane-%1"_s.arg(QCoreApplication::applicationPid());
     qputenv("JACK_DEFAULT_SERVER", m_name.toLatin1());
     m_jackd.setProcessChannelMode(QProcess::MergedChannels);
+    endWithThisProcess(m_jackd);
     // It waits for late clients, half a second if need be, so that a busy machine loses no message.
     m_jackd.start(jackd, {u"-r"_s, u"-S"_s, u"-n"_s, m_name, u"-d"_s, u"dummy"_s});
     m_jackd.waitForStarted();

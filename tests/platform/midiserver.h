@@ -3,6 +3,9 @@
 #include <QProcess>
 #include <QString>
 
+/// Lets a process that is yet to be started end when this one does, killed or not.
+void endWithThisProcess(QProcess &process);
+
 /// The MIDI system that the tests play through: ALSA's sequencer where there is one, else a JACK
 /// server of their own without hardware, started here and ended with this object.
 class MidiServer

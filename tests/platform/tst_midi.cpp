@@ -1,15 +1,11 @@
-#include "mididevices.h"
-#include "midiserver.h"
+#include "midiconnection.h"
 
 #include <rtmidi/RtMidi.h>
 
-#include <QDeadlineTimer>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 
-#include <algorithm>
-#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -19,42 +15,11 @@ namespace {
 
 const QString faderName = u"Test fader"_s;
 
-/// The number of the input device with this name in its own, or -1.
-int inputNamed(const QString &name)
-{
-    for (int index = 0; index < int(MidiDevIn::deviceCount()); ++index) {
-        if (MidiDevIn::deviceNameAt(index).contains(name))
-            return index;
-    }
-    return -1;
-}
-
-/// Whether what `send` sends arrives where `hasArrived` looks: a connection that is made takes a
-/// moment to carry anything. Nothing is under way when it returns.
-bool isConnected(const std::function<void(unsigned char status)> &send,
-    const std::function<bool(unsigned char status)> &hasArrived)
-{
-    constexpr unsigned char clock = 0xF8;
-    constexpr unsigned char last = 0xFB;
-    const QDeadlineTimer deadline(10000);
-    do
-        send(clock);
-    while (!QTest::qWaitFor([&] { return hasArrived(clock); }, 100) && !deadline.hasExpired());
-    send(last);
-    return QTest::qWaitFor([&] { return hasArrived(last); });
-}
-
 /// Opens a player's device by its name and starts it; true when it receives what `sender` sends.
 bool receives(MidiDevIn &device, MidiSender &sender, const QString &name)
 {
-    if (device.open(unsigned(inputNamed(name)), nullptr) != 0 || device.start() != 0)
-        return false;
-    QSignalSpy spy(&device, &MidiDevIn::midiReceived);
-    return isConnected([&](unsigned char status) { sender.send(QByteArray::number(status, 16)); },
-        [&](unsigned char status) {
-            return std::any_of(spy.begin(), spy.end(),
-                [&](const auto &signal) { return signal[1].toInt() == status; });
-        });
+    return device.open(unsigned(inputNamed(name)), nullptr) == 0 && device.start() == 0
+        && isConnected(sender, device);
 }
 
 QList<int> bytesOf(const QList<QVariant> &signal)

@@ -15,9 +15,9 @@ class StandardError
 {
 public:
     StandardError()
+        : m_saved(dup(STDERR_FILENO))
     {
         m_file.open();
-        m_saved = dup(STDERR_FILENO);
         dup2(m_file.handle(), STDERR_FILENO);
     }
     ~StandardError()
@@ -36,7 +36,7 @@ public:
 
 private:
     QTemporaryFile m_file;
-    int m_saved = -1;
+    int m_saved;
 };
 
 } // namespace

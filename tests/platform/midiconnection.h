@@ -1,0 +1,17 @@
+#pragma once
+
+#include "mididevices.h"
+#include "midiserver.h"
+
+#include <functional>
+
+/// The number of the input device with this name in its own, or -1.
+int inputNamed(const QString &name);
+
+/// Whether what `send` sends arrives where `hasArrived` looks: a connection that is made takes a
+/// moment to carry anything. Nothing is under way when it returns.
+bool isConnected(const std::function<void(unsigned char status)> &send,
+    const std::function<bool(unsigned char status)> &hasArrived);
+
+/// Whether what a sender sends arrives at a device that is open and started.
+bool isConnected(MidiSender &sender, MidiDevIn &device);

@@ -1,0 +1,71 @@
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Whether a process runs that was started with this word.
+bool runs(const QByteArray &word)
+{
+    const QDir processes(u"/proc"_s);
+    const QStringList numbers = processes.entryList({u"[0-9]*"_s}, QDir::Dirs);
+    return std::any_of(numbers.begin(), numbers.end(), [&](const QString &number) {
+        QFile commandLine(processes.filePath(number + u"/cmdline"_s));
+        return commandLine.open(QIODevice::ReadOnly)
+            && commandLine.readAll().split('\0').contains(word);
+    });
+}
+
+} // namespace
+
+class tst_MidiSystem : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void what_runs_in_a_midi_system_is_told_its_name_and_tells_its_own_end();
+    void a_killed_test_takes_its_jack_server_and_its_command_along();
+
+private:
+    const QString m_midiSystem = QCoreApplication::applicationDirPath() + u"/midisystem"_s;
+};
+
+void tst_MidiSystem::what_runs_in_a_midi_system_is_told_its_name_and_tells_its_own_end()
+{
+    QProcess process;
+    process.start(m_midiSystem, {u"sh"_s, u"-c"_s, u"echo $RALLYVANE_MIDI; exit 5"_s});
+    QVERIFY(process.waitForFinished());
+    const QByteArray said = process.readAllStandardOutput();
+    if (said.startsWith("SKIP"))
+        QSKIP("There is no MIDI system here.");
+    QVERIFY2(said == "alsa\n" || said == "jack\n", said.constData());
+    QCOMPARE(process.exitCode(), 5);
+}
+
+void tst_MidiSystem::a_killed_test_takes_its_jack_server_and_its_command_along()
+{
+    const QString unlikeOthers = u"1000."_s + QString::number(QCoreApplication::applicationPid());
+    QProcess process;
+    process.start(m_midiSystem,
+        {u"sh"_s, u"-c"_s, u"echo $RALLYVANE_MIDI $JACK_DEFAULT_SERVER; exec sleep $0"_s,
+            unlikeOthers});
+    process.waitForReadyRead();
+    const QByteArrayList said = process.readLine().simplified().split(' ');
+    if (said.first() != "jack")
+        QSKIP("JACK is not needed here, or not there.");
+    const QByteArray &server = said.last();
+    QVERIFY(runs(server) && runs(unlikeOthers.toLatin1()));
+    process.kill();
+    QVERIFY(process.waitForFinished());
+    QTRY_VERIFY(!runs(server) && !runs(unlikeOthers.toLatin1()));
+}
+
+QTEST_GUILESS_MAIN(tst_MidiSystem)
+
+#include "tst_midisystem.moc"
