@@ -16,7 +16,7 @@ std::atomic<bool> askedToEnd = false;
 static_assert(std::atomic<bool>::is_always_lock_free);
 
 /// On Ctrl+C and on a request of the system; the host looks at it as often as at its memory.
-void askToEnd(int)
+void askToEnd(int /*signal*/)
 {
     askedToEnd = true;
 }

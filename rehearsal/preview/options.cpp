@@ -12,7 +12,7 @@ namespace {
 [[noreturn]] void refuse(const QString &message)
 {
     std::fprintf(stderr, "%s\n", qPrintable(message));
-    std::exit(EXIT_FAILURE);
+    std::exit(EXIT_FAILURE); // NOLINT(concurrency-mt-unsafe): no thread has begun yet
 }
 
 qint32 wholeNumber(const QCommandLineParser &parser, const QString &name, int lowest, int highest)
@@ -45,7 +45,7 @@ double secondsOf(const QCommandLineParser &parser)
 
 QString pictureFile(const QCommandLineParser &parser)
 {
-    const QString file = parser.value(QStringLiteral("snapshot"));
+    QString file = parser.value(QStringLiteral("snapshot"));
     if (parser.isSet(QStringLiteral("snapshot")) && !QImageWriter(file).canWrite())
         refuse(QStringLiteral("--snapshot cannot write a picture to \"%1\".").arg(file));
     return file;

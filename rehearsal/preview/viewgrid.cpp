@@ -19,7 +19,7 @@ void ViewGrid::add(QWidget *view)
     m_views.append(view);
 }
 
-void ViewGrid::resizeEvent(QResizeEvent *)
+void ViewGrid::resizeEvent(QResizeEvent * /*event*/)
 {
     const int count = static_cast<int>(m_views.size());
     const int columns = bestColumns(count, size());

@@ -7,10 +7,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
-ZoneView::ZoneView(const QString &name, QWidget *parent)
+ZoneView::ZoneView(QString name, QWidget *parent)
     : QWidget(parent)
-    , m_name(name)
+    , m_name(std::move(name))
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(160, 160);

@@ -14,7 +14,7 @@ class ZoneView : public QWidget
 
 public:
     /// Without a name there is no line below the picture.
-    explicit ZoneView(const QString &name, QWidget *parent = nullptr);
+    explicit ZoneView(QString name, QWidget *parent = nullptr);
 
     /// The frame that is shown from now on.
     void setFrame(const std::vector<LdbPoint> &points);

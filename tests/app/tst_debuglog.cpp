@@ -130,7 +130,7 @@ void tst_DebugLog::a_thread_without_a_name_shows_its_number()
     QVERIFY(thread->wait());
     DebugLog::flush();
     QCOMPARE(linesOf(logName).size(), 1);
-    QVERIFY(linesOf(logName)[0].endsWith(u" ["_s + number + u"] from somewhere"_s));
+    QVERIFY(linesOf(logName).constFirst().endsWith(u" ["_s + number + u"] from somewhere"_s));
 }
 
 void tst_DebugLog::every_kind_of_message_is_logged()
@@ -192,7 +192,7 @@ void tst_DebugLog::the_last_lines_are_written_when_the_log_goes()
             qDebug("%d", i);
     }
     QCOMPARE(messagesOf(logName).size(), 1000);
-    QCOMPARE(messagesOf(logName).last(), u"999"_s);
+    QCOMPARE(messagesOf(logName).constLast(), u"999"_s);
     QCOMPARE(previous.takeAll().size(), 1000);
 }
 
@@ -228,7 +228,7 @@ void tst_DebugLog::the_log_lies_in_the_working_directory_and_is_turned_over_at_1
 {
     QFETCH(int, room);
     QFETCH(bool, turned);
-    constexpr qint64 size = 1024 * 1024;
+    constexpr auto size = qint64(1024) * 1024;
     fill(logName, size - room);
     const DebugLines previous;
     {
@@ -237,7 +237,7 @@ void tst_DebugLog::the_log_lies_in_the_working_directory_and_is_turned_over_at_1
     }
     QCOMPARE(QFile::exists(olderName), turned);
     QCOMPARE(QFileInfo(logName).size(), turned ? 42 : size);
-    QCOMPARE(messagesOf(logName).last(), u"ten chars."_s);
+    QCOMPARE(messagesOf(logName).constLast(), u"ten chars."_s);
 }
 
 void tst_DebugLog::one_older_file_is_kept()
@@ -250,7 +250,7 @@ void tst_DebugLog::one_older_file_is_kept()
         qDebug("line %d", i);
         DebugLog::flush();
         QVERIFY(QFileInfo(u"small.log"_s).size() <= maxSize);
-        QVERIFY(messagesOf(u"small.log"_s).last() == u"line %1"_s.arg(i));
+        QVERIFY(messagesOf(u"small.log"_s).constLast() == u"line %1"_s.arg(i));
     }
     QCOMPARE(
         QDir().entryList(QDir::Files, QDir::Name), (QStringList{u"small.log"_s, u"small.log.1"_s}));
@@ -281,7 +281,7 @@ void tst_DebugLog::what_cannot_be_put_aside_is_given_up()
     for (int i = 1; i <= 10; ++i)
         qDebug("line %d of ten", i);
     DebugLog::flush();
-    QCOMPARE(messagesOf(logName).last(), u"line 10 of ten"_s);
+    QCOMPARE(messagesOf(logName).constLast(), u"line 10 of ten"_s);
     QVERIFY(QFileInfo(logName).size() <= 100);
     QCOMPARE(previous.takeAll().size(), 10);
 }

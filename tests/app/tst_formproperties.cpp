@@ -115,7 +115,7 @@ void tst_FormProperties::every_property_has_its_first_value_data()
         add(button, "minimumSize", learnButtonSize);
         add(button, "checkable", false);
     }
-    for (const QByteArray side : {"left", "right"}) {
+    for (const QByteArray &side : {QByteArray("left"), QByteArray("right")}) {
         add(side + "MidiRadio", "checked", false);
         add(side + "XboxRadio", "checked", true);
         add(side + "KeyboardRadio", "checked", false);

@@ -140,9 +140,10 @@ void tst_Settings::the_keys_their_types_and_defaults_are_those_of_the_file()
         insert(keys, setting);
     QCOMPARE(keys.size(), 23);
     QCOMPARE(keys.keys(), expected.keys());
-    for (const QString &key : expected.keys()) {
-        QVERIFY2(keys[key].metaType() == expected[key].metaType(), qPrintable(key));
-        QVERIFY2(keys[key] == expected[key], qPrintable(key));
+    for (auto wanted = expected.cbegin(); wanted != expected.cend(); ++wanted) {
+        const QVariant found = keys.value(wanted.key());
+        QVERIFY2(found.metaType() == wanted->metaType(), qPrintable(wanted.key()));
+        QVERIFY2(found == *wanted, qPrintable(wanted.key()));
     }
 }
 
@@ -160,7 +161,7 @@ void tst_Settings::the_halves_of_a_pair_are_the_left_and_the_right_side()
     QCOMPARE(settings::startNumber[0].key, "Start_01"_L1);
     QCOMPARE(settings::startStatus[1].key, "Start_10"_L1);
     QCOMPARE(settings::startNumber[1].key, "Start_11"_L1);
-    const std::pair<QLatin1StringView, SettingOfSides<uint>> keyboard[] = {
+    const QList<std::pair<QLatin1StringView, SettingOfSides<uint>>> keyboard = {
         {"KeyboardUp"_L1, settings::upKey},
         {"KeyboardDown"_L1, settings::downKey},
         {"KeyboardStart"_L1, settings::startKey},
@@ -169,7 +170,7 @@ void tst_Settings::the_halves_of_a_pair_are_the_left_and_the_right_side()
         QCOMPARE(setting[0].key, QString(prefix + 'L'_L1));
         QCOMPARE(setting[1].key, QString(prefix + 'R'_L1));
     }
-    const std::pair<QLatin1StringView, SettingOfSides<int>> pads[] = {
+    const QList<std::pair<QLatin1StringView, SettingOfSides<int>>> pads = {
         {"XStart"_L1, settings::xStart},
         {"XMove"_L1, settings::xMove},
     };

@@ -185,7 +185,7 @@ void tst_Teardown::the_last_frames_of_a_shown_game_are_empty()
     running.click(u"enableButton"_s);
     QTest::keyClick(running.find(u"zoneComboBox"_s), Qt::Key_End);
     running.tick(3);
-    QVERIFY(!running.host.takeFrames().last().points.isEmpty());
+    QVERIFY(!running.host.takeFrames().constLast().points.isEmpty());
     running.close();
     const QList<FakeHost::Frame> frames = running.host.takeFrames();
     // The game goes on ticking while the window says farewell, and no more than the frame that

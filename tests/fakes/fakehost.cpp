@@ -43,17 +43,14 @@ std::int32_t answer(const char *name, std::int32_t frameType, std::int32_t zone,
     const void *extra, std::int32_t rate, std::int32_t option)
 {
     if (host->recording) {
-        host->record(QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8 %9 %10")
-                         .arg(QLatin1StringView(name))
-                         .arg(frameType)
-                         .arg(zone)
-                         .arg(reserved)
-                         .arg(QLatin1StringView(imageName))
-                         .arg(pointCount)
-                         .arg(points ? QStringLiteral("points") : QStringLiteral("null"))
-                         .arg(extra ? QStringLiteral("extra") : QStringLiteral("null"))
-                         .arg(rate)
-                         .arg(option));
+        const auto given = [](const void *pointer, const char *what) {
+            return QString::fromLatin1(pointer ? what : "null");
+        };
+        const QStringList words = {QString::fromLatin1(name), QString::number(frameType),
+            QString::number(zone), QString::number(reserved), QString::fromLatin1(imageName),
+            QString::number(pointCount), given(points, "points"), given(extra, "extra"),
+            QString::number(rate), QString::number(option)};
+        host->record(words.join(QLatin1Char(' ')));
         host->recordFrame({zone, QList<LdbPoint>(points, points + pointCount)});
     }
     ++host->framesSent;
