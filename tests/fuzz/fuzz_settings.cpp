@@ -11,8 +11,8 @@
 
 namespace {
 
-const QString fileName = QStringLiteral(".pong");
-const QString copyName = QStringLiteral(".pong.damaged");
+constexpr QLatin1StringView fileName(".pong");
+constexpr QLatin1StringView copyName(".pong.damaged");
 
 void require(bool holds)
 {
@@ -20,7 +20,7 @@ void require(bool holds)
         std::abort();
 }
 
-QByteArray contentOf(const QString &name)
+QByteArray contentOf(QLatin1StringView name)
 {
     QFile file(name);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

@@ -15,7 +15,7 @@ int main(int argc, char **argv)
         std::fputs("usage: record_match IN > OUT\n", stderr);
         return 2;
     }
-    QFile script(app.arguments().at(1));
+    QFile script(QCoreApplication::arguments().at(1));
     if (!script.open(QIODevice::ReadOnly)) {
         std::fprintf(stderr, "%s: %s\n", argv[1], qPrintable(script.errorString()));
         return 1;
