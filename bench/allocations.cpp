@@ -1,52 +1,13 @@
+#include "allocations.h"
 #include "pong.h"
 
 #include <QCoreApplication>
 
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 
 // Prints how often 10,000 warm frames of a match in play reach for the heap. The C library's
 // functions are counted, which operator new calls as Qt's containers do.
-
-namespace {
-
-thread_local long allocations = 0;
-
-} // namespace
-
-extern "C" {
-
-void *__libc_malloc(size_t size);
-void *__libc_calloc(size_t count, size_t size);
-void *__libc_realloc(void *block, size_t size);
-void *__libc_memalign(size_t alignment, size_t size);
-
-void *malloc(size_t size)
-{
-    ++allocations;
-    return __libc_malloc(size);
-}
-
-void *calloc(size_t count, size_t size)
-{
-    ++allocations;
-    return __libc_calloc(count, size);
-}
-
-void *realloc(void *block, size_t size)
-{
-    ++allocations;
-    return __libc_realloc(block, size);
-}
-
-void *aligned_alloc(size_t alignment, size_t size)
-{
-    ++allocations;
-    return __libc_memalign(alignment, size);
-}
-
-} // extern "C"
 
 namespace {
 
@@ -56,11 +17,11 @@ constexpr int frames = 10'000;
 /// Whether the counter sees both ways to the heap.
 bool counts()
 {
-    const long before = allocations;
+    const long before = allocations();
     const std::unique_ptr<int> one(new int(1));
     QList<int> list;
     list.reserve(100);
-    return one && allocations == before + 2;
+    return one && allocations() == before + 2;
 }
 
 } // namespace
@@ -75,10 +36,10 @@ int main(int argc, char *argv[])
     pong.servePhase = InPlay;
     for (int i = 0; i < 10 * ticksPerFrame; ++i)
         pong.UpdatePongDisplay();
-    const long before = allocations;
+    const long before = allocations();
     for (int i = 0; i < frames * ticksPerFrame; ++i)
         pong.UpdatePongDisplay();
-    const long after = allocations;
+    const long after = allocations();
     if (!counts() || pong.servePhase != InPlay) {
         std::fputs("Nothing was measured.\n", stderr);
         return 1;

@@ -1,3 +1,4 @@
+#include "allocations.h"
 #include "fakehost.h"
 #include "pong.h"
 
@@ -7,86 +8,11 @@
 #include <cstdlib>
 #include <memory>
 
-// Counts every allocation: those of the libraries too, whose lists come from malloc and not from
-// operator new.
-
-namespace {
-
-thread_local long allocations = 0; ///< of one thread, because the framework has another
-
-} // namespace
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-
-// Declared here because not every compiler brings the sanitizers' header.
-extern "C" int __sanitizer_install_malloc_and_free_hooks(
-    void (*allocated)(const volatile void *, size_t), void (*freed)(const volatile void *));
-
-namespace {
-
-void countAllocation(const volatile void *, size_t)
-{
-    ++allocations;
-}
-
-void countNothing(const volatile void *) { }
-
-void installCounter()
-{
-    __sanitizer_install_malloc_and_free_hooks(countAllocation, countNothing);
-}
-
-} // namespace
-
-#else
-
-extern "C" {
-
-void *__libc_malloc(size_t size);
-void *__libc_calloc(size_t count, size_t size);
-void *__libc_realloc(void *block, size_t size);
-void *__libc_memalign(size_t alignment, size_t size);
-
-void *malloc(size_t size)
-{
-    ++allocations;
-    return __libc_malloc(size);
-}
-
-void *calloc(size_t count, size_t size)
-{
-    ++allocations;
-    return __libc_calloc(count, size);
-}
-
-void *realloc(void *block, size_t size)
-{
-    ++allocations;
-    return __libc_realloc(block, size);
-}
-
-void *aligned_alloc(size_t alignment, size_t size)
-{
-    ++allocations;
-    return __libc_memalign(alignment, size);
-}
-
-} // extern "C"
-
-namespace {
-
-void installCounter() { }
-
-} // namespace
-
-#endif
-
 class tst_Allocations : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { installCounter(); }
     void the_counter_counts();
     void a_warm_tick_allocates_nothing_data();
     void a_warm_tick_allocates_nothing();
@@ -94,12 +20,12 @@ private slots:
 
 void tst_Allocations::the_counter_counts()
 {
-    const long before = allocations;
+    const long before = allocations();
     const std::unique_ptr<int> one(new int(1));
-    QCOMPARE(allocations, before + 1);
+    QCOMPARE(allocations(), before + 1);
     QList<int> list;
     list.reserve(100);
-    QCOMPARE(allocations, before + 2);
+    QCOMPARE(allocations(), before + 2);
 }
 
 void tst_Allocations::a_warm_tick_allocates_nothing_data()
@@ -148,10 +74,10 @@ void tst_Allocations::a_warm_tick_allocates_nothing()
         tick();
 
     const int framesBefore = host.framesSent;
-    const long before = allocations;
+    const long before = allocations();
     for (int i = 0; i < 10'000; ++i)
         tick();
-    const long after = allocations;
+    const long after = allocations();
 
     QCOMPARE(after - before, 0L);
     QVERIFY(std::abs(host.framesSent - framesBefore - frames) <= 1);

@@ -246,7 +246,7 @@ void tst_Frame::whatever_the_match_says_every_point_is_one_that_the_host_takes()
 {
     QFETCH(Match, match);
     const auto points = frameOf(match);
-    QVERIFY(points.size() >= 2 * 53);
+    QVERIFY(points.size() >= qsizetype(2) * 53);
     for (const FramePoint &point : points) {
         QVERIFY(point.x >= -32768 && point.x <= 32767);
         QVERIFY(point.y >= -32768 && point.y <= 32767);

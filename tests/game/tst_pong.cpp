@@ -137,12 +137,12 @@ void tst_Pong::its_timers_stay_behind_at_3_and_1000_ms()
     QCOMPARE(watch.intervals().size(), 2);
     for (const int interval : {tickMs, checkMs}) {
         QCOMPARE(watch.timers(interval).size(), 1);
-        QTimer *timer = *watch.timers(interval).begin();
+        QTimer *timer = *watch.timers(interval).constBegin();
         QCOMPARE(timer->thread(), QThread::currentThread());
         QVERIFY(!timer->isSingleShot());
         QVERIFY(timer->isActive());
     }
-    QCOMPARE((*watch.timers(tickMs).begin())->timerType(), Qt::PreciseTimer);
+    QCOMPARE((*watch.timers(tickMs).constBegin())->timerType(), Qt::PreciseTimer);
 }
 
 void tst_Pong::ticks_and_host_checks_run_on_the_game_thread()
@@ -265,7 +265,8 @@ void tst_Pong::a_game_that_ends_while_a_host_call_stalls_ends_dark()
     pong.reset();
     const auto frames = host.takeFrames();
     QVERIFY(!frames.first().points.isEmpty());
-    QCOMPARE(host.takeCalls().last(3), (QStringList{dark, u"ldbDestroy"_s, u"FreeLibrary"_s}));
+    const QStringList calls = host.takeCalls();
+    QCOMPARE(calls.last(3), (QStringList{dark, u"ldbDestroy"_s, u"FreeLibrary"_s}));
 }
 
 void tst_Pong::a_game_that_never_loaded_gives_the_library_back()
@@ -297,8 +298,8 @@ void tst_Pong::nothing_of_the_game_outlives_it()
     auto pong = std::make_unique<Pong>();
     QTRY_VERIFY(watch.timeouts(tickMs) > 0 && watch.timeouts(checkMs) > 0);
     const QPointer<QThread> thread = pong->thread();
-    const QPointer<QTimer> tickTimer = *watch.timers(tickMs).begin();
-    const QPointer<QTimer> checkTimer = *watch.timers(checkMs).begin();
+    const QPointer<QTimer> tickTimer = *watch.timers(tickMs).constBegin();
+    const QPointer<QTimer> checkTimer = *watch.timers(checkMs).constBegin();
     pong.reset();
     QVERIFY(!thread);
     QVERIFY(!tickTimer);

@@ -231,7 +231,7 @@ void tst_BadBey::an_old_host_is_connected_with_output_off_and_its_build_returned
     BadBey bey;
     QCOMPARE(bey.ConnectBeyond(), 1613);
     QCOMPARE(int(bey.beyondVersion), 1613);
-    QCOMPARE(host.takeCalls().last(), u"ldbDisableLaserOutput"_s);
+    QCOMPARE(host.takeCalls().constLast(), u"ldbDisableLaserOutput"_s);
 }
 
 void tst_BadBey::the_host_is_ready_from_build_1614_on_data()
@@ -366,7 +366,7 @@ void tst_BadBey::the_list_keeps_its_storage()
     BadBey bey;
     bey.points = someStroke();
     bey.points.append(someStroke());
-    const auto storage = bey.points.constData();
+    const auto *const storage = bey.points.constData();
     bey.SendFrame();
     bey.points.append(someStroke());
     QCOMPARE(bey.points.constData(), storage);
