@@ -7,6 +7,8 @@
 #include <QStatusBar>
 #include <QTest>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -14,7 +16,7 @@ namespace {
 const QString startedLook = u"color:#26F;font-weight:bold;"_s;
 const QString notStartedLook = u"color:#D30;font-weight:bold;"_s;
 const QString notStartedText = u"BEYOND Not Started - Please Start BEYOND build 1614 or above"_s;
-const QStringList governed = {u"showButton"_s, u"enableButton"_s, u"resetButton"_s};
+const std::array governed = {u"showButton"_s, u"enableButton"_s, u"resetButton"_s};
 
 /// Writes down what happens to the buttons: "showButton clicked", "showButton disabled".
 class ButtonRecord : public QObject

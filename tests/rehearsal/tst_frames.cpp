@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -21,8 +22,9 @@ std::unique_ptr<SharedMemory> memoryWithZones(int zones)
 /// A frame that says in every point which one it is.
 std::vector<LdbPoint> frameOf(int number, std::size_t points)
 {
-    const LdbPoint point = {float(number), float(-number), 0, number, 0, 0, 1, 0};
-    return std::vector<LdbPoint>(points, point);
+    std::vector<LdbPoint> frame(points);
+    std::ranges::fill(frame, LdbPoint{float(number), float(-number), 0, number, 0, 0, 1, 0});
+    return frame;
 }
 
 int numberOf(const Frame &frame)
@@ -81,7 +83,7 @@ void tst_Frames::a_frame_arrives_whole()
     Frame frame;
     QVERIFY(reader.take(frame));
     QCOMPARE(frame.points.size(), 2U);
-    QCOMPARE(std::memcmp(&frame.points[0], &first, sizeof first), 0);
+    QCOMPARE(std::memcmp(frame.points.data(), &first, sizeof first), 0);
     QCOMPARE(std::memcmp(&frame.points[1], &second, sizeof second), 0);
     writeFrame(*memory, 0, {}, now);
     QVERIFY(reader.take(frame));

@@ -71,7 +71,8 @@ std::vector<int> redOf(const QImage &picture, int smallSide)
     std::vector<int> red(std::size_t(smallSide) * std::size_t(smallSide));
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x)
-            red[std::size_t(y / step * smallSide + x / step)] += qRed(picture.pixel(x, y));
+            red[std::size_t(y / step) * std::size_t(smallSide) + std::size_t(x / step)] +=
+                qRed(picture.pixel(x, y));
     }
     for (int &sum : red)
         sum /= step * step;
@@ -371,9 +372,9 @@ void tst_Light::what_stands_does_not_fade()
 
 void tst_Light::a_way_that_would_take_long_is_drawn_without_glow()
 {
-    std::vector<LdbPoint> points;
-    for (int i = 0; i < 300; ++i)
-        points.push_back(lit(i % 2 == 0 ? -20000 : 20000, 0, 0x800000));
+    std::vector<LdbPoint> points(300);
+    for (std::size_t i = 0; i < points.size(); ++i)
+        points[i] = lit(i % 2 == 0 ? -20000 : 20000, 0, 0x800000);
     const QImage longWay = pictureOf(points, 1000);
     points.resize(3);
     const QImage shortWay = pictureOf(points, 1000);
@@ -384,9 +385,9 @@ void tst_Light::a_way_that_would_take_long_is_drawn_without_glow()
 
 void tst_Light::a_way_that_no_scanner_goes_is_drawn_in_part()
 {
-    std::vector<LdbPoint> points;
-    for (int i = 0; i < ldbMaxPoints - 2; ++i)
-        points.push_back(lit(i % 2 == 0 ? -32768 : 32768, 0, 0xFF0000));
+    std::vector<LdbPoint> points(ldbMaxPoints - 2);
+    for (std::size_t i = 0; i < points.size(); ++i)
+        points[i] = lit(i % 2 == 0 ? -32768 : 32768, 0, 0xFF0000);
     points.push_back(lit(0, 20000, 0xFF0000));
     points.push_back(lit(10000, 20000, 0xFF0000));
     const QImage picture = pictureOf(points);
