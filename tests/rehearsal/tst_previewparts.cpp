@@ -13,10 +13,10 @@ namespace {
 
 constexpr Statistics::Time start = Statistics::Time(1h);
 
-const std::vector<LdbPoint> whiteLine = {
-    {-20000, 0, 0, 0xFFFFFF, 0, 0, 1, 0},
-    {20000, 0, 0, 0xFFFFFF, 0, 0, 1, 0},
-};
+std::vector<LdbPoint> whiteLine()
+{
+    return {{-20000, 0, 0, 0xFFFFFF, 0, 0, 1, 0}, {20000, 0, 0, 0xFFFFFF, 0, 0, 1, 0}};
+}
 
 int litPixels(QWidget &view)
 {
@@ -147,7 +147,7 @@ void tst_PreviewParts::a_view_shows_a_frame_only_while_output_is_enabled()
 {
     ZoneView view({});
     view.resize(300, 300);
-    view.setFrame(whiteLine);
+    view.setFrame(whiteLine());
     QCOMPARE(litPixels(view), 0);
     view.setOutputOn(true);
     QVERIFY(litPixels(view) > 100);
@@ -160,7 +160,7 @@ void tst_PreviewParts::a_view_keeps_its_frame_until_the_next()
     ZoneView view({});
     view.resize(300, 300);
     view.setOutputOn(true);
-    view.setFrame(whiteLine);
+    view.setFrame(whiteLine());
     QVERIFY(litPixels(view) > 100);
     QVERIFY(litPixels(view) > 100);
     view.setFrame({});
@@ -196,7 +196,7 @@ void tst_PreviewParts::a_picture_that_stands_is_not_painted_again()
     {
     public:
         int paints = 0;
-        bool eventFilter(QObject *, QEvent *event) override
+        bool eventFilter(QObject * /*object*/, QEvent *event) override
         {
             paints += event->type() == QEvent::Paint ? 1 : 0;
             return false;
@@ -207,7 +207,7 @@ void tst_PreviewParts::a_picture_that_stands_is_not_painted_again()
     view.installEventFilter(&counter);
     view.resize(300, 300);
     view.setOutputOn(true);
-    view.setFrame(whiteLine);
+    view.setFrame(whiteLine());
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     // Painted until the first frame has come up, and then no more.
@@ -224,11 +224,11 @@ void tst_PreviewParts::a_picture_that_stands_is_not_painted_again()
         QCoreApplication::processEvents();
         return counter.paints > before;
     };
-    QVERIFY(!paintsAgain(whiteLine));
+    QVERIFY(!paintsAgain(whiteLine()));
     QVERIFY(paintsAgain({}));
     view.setOutputOn(false);
     QTRY_VERIFY(!paintsAgain({}));
-    QVERIFY(!paintsAgain(whiteLine));
+    QVERIFY(!paintsAgain(whiteLine()));
 }
 
 QTEST_MAIN(tst_PreviewParts)
