@@ -6,7 +6,8 @@ stage_processes=()
 stage_end() {
     local i
     for ((i = ${#stage_processes[@]} - 1; i >= 0; --i)); do
-        kill "${stage_processes[i]}" 2>/dev/null && wait "${stage_processes[i]}" 2>/dev/null
+        kill "${stage_processes[i]}" 2>/dev/null || continue
+        wait "${stage_processes[i]}" 2>/dev/null || true # what was ended says so, which is no failure
     done
     stage_processes=()
     return 0
