@@ -56,11 +56,15 @@ stage_screen() {
     export DISPLAY
 }
 
-# stage_window TITLE: the number of the window with that title, once there is one.
+# stage_window TITLE: the number of the window with that title, once there is one. A look fails when
+# some window goes just then, and is repeated.
 stage_window() {
-    stage_until 40 xdotool search --onlyvisible --name "$1" \
-        || stage_fail "No window \"$1\" appeared."
-    xdotool search --onlyvisible --name "$1" | head -n 1
+    local tries=800 found
+    until found=$(xdotool search --onlyvisible --name "$1" 2>/dev/null); do
+        ((tries-- > 0)) || stage_fail "No window \"$1\" appeared."
+        sleep 0.05
+    done
+    head -n 1 <<<"$found"
 }
 
 # stage_logged TEXT: whether the game has logged a text.

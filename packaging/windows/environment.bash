@@ -40,6 +40,11 @@ wine_begin() {
     export WINEPREFIX=${WINEPREFIX:-$project/build/wine} WINEARCH=win64
     export WINEDEBUG=${WINEDEBUG:--all} QT_FORCE_STDERR_LOGGING=1
     export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
+    # Wine keeps the variables of the Unix Qt from its programs; these names hand them on.
+    local name
+    for name in "${!QT_@}"; do
+        export "WINE$name=${!name}"
+    done
     if [ -z "${WINEPATH+set}" ]; then
         local folder path
         path=$(windows_path "$RALLYVANE_QT_WINDOWS/bin")

@@ -21,6 +21,7 @@ int main(int argc, char *argv[])
     QSslConfiguration trust = QSslConfiguration::defaultConfiguration();
     trust.setCaCertificates(QSslCertificate::fromPath(arguments.at(2)));
     request.setSslConfiguration(trust);
+    request.setTransferTimeout();
 
     QNetworkAccessManager network;
     QNetworkReply *const reply = network.get(request);

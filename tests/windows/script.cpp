@@ -40,7 +40,7 @@ void Script::follow(const std::string &word, const Play &play)
         std::string line;
         for (;; Sleep(pollInterval)) {
             if (!file.is_open())
-                file.open(fileName());
+                file.open(fileName(), std::ios::binary);
             // A line that is still being written is read again when it is whole.
             for (auto begin = file.tellg(); file.is_open(); begin = file.tellg()) {
                 if (!std::getline(file, line) || file.eof()) {
@@ -60,5 +60,5 @@ void Script::note(const std::string &call)
     static std::set<std::string> noted;
     const std::lock_guard lock(mutex);
     if (noted.insert(call).second)
-        std::ofstream(fileName() + ".calls", std::ios::app) << call << std::endl;
+        std::ofstream(fileName() + ".calls", std::ios::app | std::ios::binary) << call << std::endl;
 }
