@@ -170,23 +170,15 @@ void tst_Settings::the_halves_of_a_pair_are_the_left_and_the_right_side()
     QCOMPARE(settings::startNumber[0].key, "Start_01"_L1);
     QCOMPARE(settings::startStatus[1].key, "Start_10"_L1);
     QCOMPARE(settings::startNumber[1].key, "Start_11"_L1);
-    const QList<std::pair<QLatin1StringView, SettingOfSides<uint>>> keyboard = {
-        {"KeyboardUp"_L1, settings::upKey},
-        {"KeyboardDown"_L1, settings::downKey},
-        {"KeyboardStart"_L1, settings::startKey},
-    };
-    for (const auto &[prefix, setting] : keyboard) {
+    const auto endInTheirSide = [](const auto &setting, QLatin1StringView prefix) {
         QCOMPARE(setting[0].key, QString(prefix + 'L'_L1));
         QCOMPARE(setting[1].key, QString(prefix + 'R'_L1));
-    }
-    const QList<std::pair<QLatin1StringView, SettingOfSides<int>>> pads = {
-        {"XStart"_L1, settings::xStart},
-        {"XMove"_L1, settings::xMove},
     };
-    for (const auto &[prefix, setting] : pads) {
-        QCOMPARE(setting[0].key, QString(prefix + 'L'_L1));
-        QCOMPARE(setting[1].key, QString(prefix + 'R'_L1));
-    }
+    endInTheirSide(settings::upKey, "KeyboardUp"_L1);
+    endInTheirSide(settings::downKey, "KeyboardDown"_L1);
+    endInTheirSide(settings::startKey, "KeyboardStart"_L1);
+    endInTheirSide(settings::xStart, "XStart"_L1);
+    endInTheirSide(settings::xMove, "XMove"_L1);
 }
 
 void tst_Settings::without_a_file_every_setting_has_its_default()
