@@ -9,7 +9,7 @@ LDB_ENTRY_POINTS(DECLARE_ENTRY_POINT)
 
 namespace {
 
-HostLink host; // clazy:exclude=non-pod-global-static (as long as the library is loaded)
+HostLink host; // lives as long as the library; clazy:exclude=non-pod-global-static
 
 } // namespace
 

@@ -59,7 +59,7 @@ private:
     std::array<float, last + 1> m_area;
 };
 
-const Bell bell; // clazy:exclude=non-pod-global-static (looked up for every lit pixel)
+const Bell bell; // looked up for every lit pixel; clazy:exclude=non-pod-global-static
 
 using Color = std::array<float, 3>; ///< blue, green, red, as a pixel has them
 
