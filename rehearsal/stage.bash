@@ -43,12 +43,13 @@ stage_until() {
     done
 }
 
-# stage_screen: an X server of our own, on whatever display is free.
+# stage_screen: an X server of our own, on whatever display is free. It does not reset itself when a
+# client leaves as the last one: whoever came just then would be turned away.
 stage_screen() {
     unset WAYLAND_DISPLAY
     export QT_QPA_PLATFORM=xcb
     : >"$stage/display"
-    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3>"$stage/display" \
+    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp -noreset 3>"$stage/display" \
         >"$stage/screen.out" 2>&1 </dev/null &
     stage_processes+=($!)
     stage_until 20 test -s "$stage/display" || stage_fail "The X server did not start."
