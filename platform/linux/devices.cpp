@@ -1,7 +1,7 @@
 #include "windowsapi.h"
 
 // The functions of devices, each looked up when it is first asked for. What answers them brings
-// some forty libraries along, for which the window does not wait, and without which the program
+// over thirty libraries along, for which the window does not wait, and without which the program
 // runs as one without devices.
 
 namespace {
