@@ -65,7 +65,7 @@ VIAddVersionKey "LegalCopyright" "Vellaro"
     !insertmacro LookAtFile "rallyvane.exe"
     !insertmacro LookAtFile "rehearse.exe"
     !insertmacro LookAtFile "rehearsal\rallyvane.exe"
-    !insertmacro LookAtFile "rehearsal\preview.exe"
+    !insertmacro LookAtFile "rehearsal\rehearsalhost.exe"
 !macroend
 
 ; Closes a running program as its operator does, so that it leaves a dark laser and its settings,

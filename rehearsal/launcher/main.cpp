@@ -19,7 +19,7 @@ int main(int argc, char *argv[])
 
     QProcess host;
     host.setProcessChannelMode(QProcess::ForwardedChannels);
-    host.start(rehearsal.filePath(u"preview"_s), QCoreApplication::arguments().mid(1));
+    host.start(rehearsal.filePath(u"rehearsalhost"_s), QCoreApplication::arguments().mid(1));
     QProcess game;
     game.setProcessChannelMode(QProcess::ForwardedChannels);
     game.start(rehearsal.filePath(u"rallyvane"_s), QStringList());

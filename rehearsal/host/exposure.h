@@ -1,6 +1,6 @@
 #pragma once
 
-#include "strokes.h"
+#include "lightstrokes.h"
 
 #include <cstdint>
 #include <vector>

@@ -12,13 +12,13 @@ class ViewGrid;
 struct Frame;
 
 /// The host's window: a view for each zone and the line of the host's state.
-class PreviewWindow : public QWidget
+class HostWindow : public QWidget
 {
     Q_OBJECT
 
 public:
     /// The host must outlive the window.
-    explicit PreviewWindow(const Host &host);
+    explicit HostWindow(const Host &host);
 
     /// A picture of the views.
     QImage snapshot();

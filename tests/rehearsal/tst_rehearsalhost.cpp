@@ -14,16 +14,16 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// The host's program, as a user starts it.
-class Preview : public QProcess
+class HostProcess : public QProcess
 {
 public:
-    explicit Preview(const QStringList &arguments)
+    explicit HostProcess(const QStringList &arguments)
     {
-        start(QCoreApplication::applicationDirPath() + u"/preview"_s, arguments);
+        start(QCoreApplication::applicationDirPath() + u"/rehearsalhost"_s, arguments);
         if (!waitForStarted())
             qFatal("%s", qPrintable(errorString()));
     }
-    ~Preview() override
+    ~HostProcess() override
     {
         if (state() != NotRunning)
             end();
@@ -59,7 +59,7 @@ int litPixels(const QString &file)
 
 } // namespace
 
-class tst_Preview : public QObject
+class tst_RehearsalHost : public QObject
 {
     Q_OBJECT
 
@@ -93,7 +93,7 @@ private:
         const LdbPoint *, const void *, std::int32_t, std::int32_t) = nullptr;
 };
 
-void tst_Preview::initTestCase()
+void tst_RehearsalHost::initTestCase()
 {
     QLibrary library(QCoreApplication::applicationDirPath() + u"/BEYONDIOx64"_s);
     const auto resolve = [&library](auto *&function, const char *name) {
@@ -107,42 +107,42 @@ void tst_Preview::initTestCase()
     QVERIFY(resolve(m_send, "ldbSendFrame"));
 }
 
-void tst_Preview::cleanup()
+void tst_RehearsalHost::cleanup()
 {
     QTRY_COMPARE(m_ready(), 0);
     m_name.reset();
     m_name = std::make_unique<RehearsalName>();
 }
 
-int tst_Preview::send(const std::vector<LdbPoint> &points)
+int tst_RehearsalHost::send(const std::vector<LdbPoint> &points)
 {
     return m_send(2, 0, 0, "SingleZone", static_cast<std::int32_t>(points.size()), points.data(),
         nullptr, 100, -1);
 }
 
-void tst_Preview::it_ends_by_itself_with_a_summary()
+void tst_RehearsalHost::it_ends_by_itself_with_a_summary()
 {
-    Preview preview({u"--seconds"_s, u"0.2"_s});
-    QCOMPARE(preview.result(), 0);
-    QCOMPARE(preview.output(), u"0 frames, 0.0 per second, 0 points in the last one, 0 missed\n"_s);
+    HostProcess host({u"--seconds"_s, u"0.2"_s});
+    QCOMPARE(host.result(), 0);
+    QCOMPARE(host.output(), u"0 frames, 0.0 per second, 0 points in the last one, 0 missed\n"_s);
 }
 
-void tst_Preview::it_takes_frames_and_says_how_many()
+void tst_RehearsalHost::it_takes_frames_and_says_how_many()
 {
-    Preview preview({});
+    HostProcess host({});
     QTRY_COMPARE(m_ready(), 1);
     const auto picture = gamePicture(0);
     for (int i = 0; i < 10; ++i) // fewer than the memory holds, so that none can be missed
         QCOMPARE(send(picture), 1);
-    QCOMPARE(preview.end(), 0);
+    QCOMPARE(host.end(), 0);
     const QRegularExpression summary(
         u"^10 frames, [0-9.]+ per second, %1 points in the last one, 0 missed\n$"_s.arg(
             picture.size()));
-    const QString output = preview.output();
+    const QString output = host.output();
     QVERIFY2(summary.match(output).hasMatch(), qPrintable(output));
 }
 
-void tst_Preview::a_snapshot_shows_the_light_only_with_output_enabled_data()
+void tst_RehearsalHost::a_snapshot_shows_the_light_only_with_output_enabled_data()
 {
     QTest::addColumn<bool>("outputOn");
     QTest::addColumn<int>("zones");
@@ -151,18 +151,18 @@ void tst_Preview::a_snapshot_shows_the_light_only_with_output_enabled_data()
     QTest::addRow("enabled, three zones") << true << 3;
 }
 
-void tst_Preview::a_snapshot_shows_the_light_only_with_output_enabled()
+void tst_RehearsalHost::a_snapshot_shows_the_light_only_with_output_enabled()
 {
     QFETCH(bool, outputOn);
     QFETCH(int, zones);
     const QTemporaryDir folder;
     const QString file = folder.filePath(u"snapshot.png"_s);
-    Preview preview({u"--snapshot"_s, file, u"--zones"_s, QString::number(zones)});
+    HostProcess host({u"--snapshot"_s, file, u"--zones"_s, QString::number(zones)});
     QTRY_COMPARE(m_ready(), 1);
     if (outputOn)
         QCOMPARE(m_enable(), 1);
     QCOMPARE(send(gamePicture(0)), 1);
-    QCOMPARE(preview.end(), 0);
+    QCOMPARE(host.end(), 0);
     QVERIFY(!QImage(file).isNull());
     if (outputOn)
         QVERIFY2(litPixels(file) > 500, qPrintable(QString::number(litPixels(file))));
@@ -170,16 +170,16 @@ void tst_Preview::a_snapshot_shows_the_light_only_with_output_enabled()
         QCOMPARE(litPixels(file), 0);
 }
 
-void tst_Preview::a_record_holds_every_frame()
+void tst_RehearsalHost::a_record_holds_every_frame()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"record.txt"_s);
-    Preview preview({u"--record"_s, path});
+    HostProcess host({u"--record"_s, path});
     QTRY_COMPARE(m_ready(), 1);
     for (std::int32_t color = 1; color <= 3; ++color)
         QCOMPARE(send({LdbPoint{-5, 6, 0, color, 0, 0, 1, 0}}), 1);
     QCOMPARE(send({}), 1);
-    QCOMPARE(preview.end(), 0);
+    QCOMPARE(host.end(), 0);
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
@@ -195,26 +195,26 @@ void tst_Preview::a_record_holds_every_frame()
     QVERIFY(lines[7].startsWith(u"frame "_s) && lines[7].endsWith(u" 0 0 0"_s));
 }
 
-void tst_Preview::it_is_the_host_that_it_is_told_to_be()
+void tst_RehearsalHost::it_is_the_host_that_it_is_told_to_be()
 {
-    Preview preview({u"--build"_s, u"1613"_s, u"--zones"_s, u"8"_s});
+    HostProcess host({u"--build"_s, u"1613"_s, u"--zones"_s, u"8"_s});
     QTRY_COMPARE(m_ready(), 1);
     QCOMPARE(m_build(), 1613);
     QCOMPARE(m_zones(), 8);
 }
 
-void tst_Preview::a_host_told_not_to_be_ready_is_not()
+void tst_RehearsalHost::a_host_told_not_to_be_ready_is_not()
 {
-    Preview preview({u"--not-ready"_s, u"--zones"_s, u"2"_s});
+    HostProcess host({u"--not-ready"_s, u"--zones"_s, u"2"_s});
     // It is there once its zones are.
     QTRY_VERIFY((m_ready(), m_zones() == 2));
     QCOMPARE(m_ready(), 0);
 }
 
-void tst_Preview::it_starts_with_output_disabled_and_no_frames()
+void tst_RehearsalHost::it_starts_with_output_disabled_and_no_frames()
 {
     {
-        Preview first({});
+        HostProcess first({});
         QTRY_COMPARE(m_ready(), 1);
         QCOMPARE(m_enable(), 1);
         QCOMPARE(send(gamePicture(0)), 1);
@@ -224,48 +224,48 @@ void tst_Preview::it_starts_with_output_disabled_and_no_frames()
     MemoryFile file;
     QVERIFY(file.attach(m_name->path()));
     QVERIFY(isOutputOn(*file.memory()));
-    Preview second({u"--build"_s, u"1800"_s});
+    HostProcess second({u"--build"_s, u"1800"_s});
     QTRY_VERIFY((m_ready(), m_build() == 1800));
     QVERIFY(!isOutputOn(*file.memory()));
     QCOMPARE(second.end(), 0);
     QVERIFY(second.output().startsWith(u"0 frames"_s));
 }
 
-void tst_Preview::its_end_shows_at_once()
+void tst_RehearsalHost::its_end_shows_at_once()
 {
-    Preview preview({});
+    HostProcess host({});
     QTRY_COMPARE(m_ready(), 1);
-    QCOMPARE(preview.end(), 0);
+    QCOMPARE(host.end(), 0);
     QCOMPARE(m_ready(), 0);
 }
 
-void tst_Preview::a_killed_one_grows_stale_and_is_found_again()
+void tst_RehearsalHost::a_killed_one_grows_stale_and_is_found_again()
 {
     {
-        Preview preview({});
+        HostProcess host({});
         QTRY_COMPARE(m_ready(), 1);
-        preview.kill();
-        QVERIFY(preview.waitForFinished());
+        host.kill();
+        QVERIFY(host.waitForFinished());
     }
     QTRY_COMPARE(m_ready(), 0);
-    Preview again({u"--build"_s, u"1701"_s});
+    HostProcess again({u"--build"_s, u"1701"_s});
     QTRY_COMPARE(m_ready(), 1);
     QCOMPARE(m_build(), 1701);
     QCOMPARE(send(gamePicture(0)), 1);
 }
 
-void tst_Preview::a_second_one_says_so_and_ends()
+void tst_RehearsalHost::a_second_one_says_so_and_ends()
 {
-    Preview first({});
+    HostProcess first({});
     QTRY_COMPARE(m_ready(), 1);
-    Preview second({u"--build"_s, u"1800"_s});
+    HostProcess second({u"--build"_s, u"1800"_s});
     QCOMPARE(second.result(), 1);
     QVERIFY(second.errors().endsWith(u"A rehearsal host is running already.\n"_s));
     QCOMPARE(m_ready(), 1);
     QCOMPARE(m_build(), 1700);
 }
 
-void tst_Preview::arguments_that_it_cannot_take_are_refused_with_a_clear_line_data()
+void tst_RehearsalHost::arguments_that_it_cannot_take_are_refused_with_a_clear_line_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("line");
@@ -290,30 +290,30 @@ void tst_Preview::arguments_that_it_cannot_take_are_refused_with_a_clear_line_da
                                    << u"--record cannot write to \"/no/such/folder/x\": "_s;
 }
 
-void tst_Preview::arguments_that_it_cannot_take_are_refused_with_a_clear_line()
+void tst_RehearsalHost::arguments_that_it_cannot_take_are_refused_with_a_clear_line()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, line);
-    Preview preview(arguments);
-    QCOMPARE(preview.result(), 1);
-    const QString errors = preview.errors();
+    HostProcess host(arguments);
+    QCOMPARE(host.result(), 1);
+    const QString errors = host.errors();
     QVERIFY2(errors.contains(line), qPrintable(errors));
-    QCOMPARE(preview.output(), QString());
+    QCOMPARE(host.output(), QString());
 }
 
-void tst_Preview::help_and_version_are_told()
+void tst_RehearsalHost::help_and_version_are_told()
 {
-    Preview help({u"--help"_s});
+    HostProcess help({u"--help"_s});
     QCOMPARE(help.result(), 0);
     const QString text = help.output();
     for (const QString &option : {u"--build <number>"_s, u"--zones <number>"_s, u"--not-ready"_s,
              u"--record <file>"_s, u"--snapshot <file.png>"_s, u"--seconds <number>"_s})
         QVERIFY2(text.contains(option), qPrintable(option));
-    Preview version({u"--version"_s});
+    HostProcess version({u"--version"_s});
     QCOMPARE(version.result(), 0);
-    QVERIFY(version.output().startsWith(u"preview "_s));
+    QVERIFY(version.output().startsWith(u"rehearsalhost "_s));
 }
 
-QTEST_GUILESS_MAIN(tst_Preview)
+QTEST_GUILESS_MAIN(tst_RehearsalHost)
 
-#include "tst_preview.moc"
+#include "tst_rehearsalhost.moc"

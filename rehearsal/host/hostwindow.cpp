@@ -1,4 +1,4 @@
-#include "previewwindow.h"
+#include "hostwindow.h"
 
 #include "host.h"
 #include "palette.h"
@@ -25,7 +25,7 @@ QPalette darkPalette()
 
 } // namespace
 
-PreviewWindow::PreviewWindow(const Host &host)
+HostWindow::HostWindow(const Host &host)
     : m_views(new ViewGrid)
     , m_status(new StatusLine(host))
 {
@@ -48,8 +48,8 @@ PreviewWindow::PreviewWindow(const Host &host)
     const QSize wished(columns * side + 28, std::max(rows, 1) * (side + 32) + 60);
     resize(wished.boundedTo(screen()->availableSize() * 0.9));
 
-    connect(&host, &Host::frameReceived, this, &PreviewWindow::takeFrame);
-    connect(&host, &Host::received, this, &PreviewWindow::refresh);
+    connect(&host, &Host::frameReceived, this, &HostWindow::takeFrame);
+    connect(&host, &Host::received, this, &HostWindow::refresh);
     connect(&host, &Host::outputSwitched, this, [this](bool on) {
         for (const Zone &zone : m_zones)
             zone.view->setOutputOn(on);
@@ -58,12 +58,12 @@ PreviewWindow::PreviewWindow(const Host &host)
     refreshFigures();
 }
 
-QImage PreviewWindow::snapshot()
+QImage HostWindow::snapshot()
 {
     return m_views->grab().toImage();
 }
 
-QString PreviewWindow::summary() const
+QString HostWindow::summary() const
 {
     return QStringLiteral("%1 frames, %2 per second, %3 points in the last one, %4 missed")
         .arg(m_total.frames())
@@ -72,7 +72,7 @@ QString PreviewWindow::summary() const
         .arg(m_total.missed());
 }
 
-void PreviewWindow::takeFrame(int zone, const Frame &frame)
+void HostWindow::takeFrame(int zone, const Frame &frame)
 {
     const auto now = Statistics::Time::clock::now();
     Zone &to = m_zones[std::size_t(zone)];
@@ -82,7 +82,7 @@ void PreviewWindow::takeFrame(int zone, const Frame &frame)
     m_total.add(now, points, frame.missed);
 }
 
-void PreviewWindow::refresh()
+void HostWindow::refresh()
 {
     for (const Zone &zone : m_zones)
         zone.view->refresh();
@@ -90,7 +90,7 @@ void PreviewWindow::refresh()
         refreshFigures();
 }
 
-void PreviewWindow::refreshFigures()
+void HostWindow::refreshFigures()
 {
     m_sinceFigures.start();
     const auto now = Statistics::Time::clock::now();

@@ -31,7 +31,7 @@ int litPixels(QWidget &view)
 
 } // namespace
 
-class tst_PreviewParts : public QObject
+class tst_HostParts : public QObject
 {
     Q_OBJECT
 
@@ -50,7 +50,7 @@ private slots:
     void a_picture_that_stands_is_not_painted_again();
 };
 
-void tst_PreviewParts::frames_of_the_last_second_are_counted()
+void tst_HostParts::frames_of_the_last_second_are_counted()
 {
     Statistics statistics;
     for (int i = 0; i < 30; ++i)
@@ -62,7 +62,7 @@ void tst_PreviewParts::frames_of_the_last_second_are_counted()
     QCOMPARE(statistics.framesInLastSecond(start + 3900ms), 0);
 }
 
-void tst_PreviewParts::the_rate_leaves_out_the_pauses()
+void tst_HostParts::the_rate_leaves_out_the_pauses()
 {
     Statistics statistics;
     for (const auto beginning : {0s, 60s}) {
@@ -72,7 +72,7 @@ void tst_PreviewParts::the_rate_leaves_out_the_pauses()
     QCOMPARE(statistics.framesPerSecond(), 100.0);
 }
 
-void tst_PreviewParts::missed_frames_count_for_the_rate_of_the_game()
+void tst_HostParts::missed_frames_count_for_the_rate_of_the_game()
 {
     Statistics statistics;
     statistics.add(start, 1, 0);
@@ -81,7 +81,7 @@ void tst_PreviewParts::missed_frames_count_for_the_rate_of_the_game()
     QCOMPARE(statistics.framesPerSecond(), 100.0);
 }
 
-void tst_PreviewParts::nothing_received_is_a_rate_of_zero()
+void tst_HostParts::nothing_received_is_a_rate_of_zero()
 {
     Statistics statistics;
     QCOMPARE(statistics.framesPerSecond(), 0.0);
@@ -89,7 +89,7 @@ void tst_PreviewParts::nothing_received_is_a_rate_of_zero()
     QCOMPARE(statistics.framesPerSecond(), 0.0);
 }
 
-void tst_PreviewParts::views_fill_the_window_best_data()
+void tst_HostParts::views_fill_the_window_best_data()
 {
     QTest::addColumn<int>("count");
     QTest::addColumn<QSize>("area");
@@ -103,14 +103,14 @@ void tst_PreviewParts::views_fill_the_window_best_data()
     QTest::addRow("no room") << 2 << QSize(0, 0) << 1;
 }
 
-void tst_PreviewParts::views_fill_the_window_best()
+void tst_HostParts::views_fill_the_window_best()
 {
     QFETCH(int, count);
     QFETCH(QSize, area);
     QTEST(bestColumns(count, area), "columns");
 }
 
-void tst_PreviewParts::a_record_tells_every_point()
+void tst_HostParts::a_record_tells_every_point()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"record.txt"_s);
@@ -135,7 +135,7 @@ void tst_PreviewParts::a_record_tells_every_point()
                    "frame 1000.000 0 0 0\n"));
 }
 
-void tst_PreviewParts::a_record_that_cannot_be_written_says_so()
+void tst_HostParts::a_record_that_cannot_be_written_says_so()
 {
     const QTemporaryDir folder;
     FrameRecord record;
@@ -143,7 +143,7 @@ void tst_PreviewParts::a_record_that_cannot_be_written_says_so()
     QVERIFY(!record.errorString().isEmpty());
 }
 
-void tst_PreviewParts::a_view_shows_a_frame_only_while_output_is_enabled()
+void tst_HostParts::a_view_shows_a_frame_only_while_output_is_enabled()
 {
     ZoneView view({});
     view.resize(300, 300);
@@ -155,7 +155,7 @@ void tst_PreviewParts::a_view_shows_a_frame_only_while_output_is_enabled()
     QCOMPARE(litPixels(view), 0);
 }
 
-void tst_PreviewParts::a_view_keeps_its_frame_until_the_next()
+void tst_HostParts::a_view_keeps_its_frame_until_the_next()
 {
     ZoneView view({});
     view.resize(300, 300);
@@ -167,7 +167,7 @@ void tst_PreviewParts::a_view_keeps_its_frame_until_the_next()
     QTRY_COMPARE(litPixels(view), 0);
 }
 
-void tst_PreviewParts::a_view_without_a_name_is_all_field()
+void tst_HostParts::a_view_without_a_name_is_all_field()
 {
     ZoneView plain({});
     ZoneView named(u"Zone 1"_s);
@@ -190,7 +190,7 @@ void tst_PreviewParts::a_view_without_a_name_is_all_field()
     QVERIFY(lowestLit(named) < 280);
 }
 
-void tst_PreviewParts::a_picture_that_stands_is_not_painted_again()
+void tst_HostParts::a_picture_that_stands_is_not_painted_again()
 {
     class Counter : public QObject
     {
@@ -231,6 +231,6 @@ void tst_PreviewParts::a_picture_that_stands_is_not_painted_again()
     QVERIFY(!paintsAgain(whiteLine()));
 }
 
-QTEST_MAIN(tst_PreviewParts)
+QTEST_MAIN(tst_HostParts)
 
-#include "tst_previewparts.moc"
+#include "tst_hostparts.moc"

@@ -1,7 +1,7 @@
 #include "framerecord.h"
 #include "host.h"
+#include "hostwindow.h"
 #include "options.h"
-#include "previewwindow.h"
 
 #include <QApplication>
 
@@ -49,8 +49,8 @@ int main(int argc, char *argv[])
     std::signal(SIGINT, askToEnd);
     std::signal(SIGTERM, askToEnd);
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("preview"));
-    QApplication::setApplicationVersion(QStringLiteral(PREVIEW_VERSION));
+    QApplication::setApplicationName(QStringLiteral("rehearsalhost"));
+    QApplication::setApplicationVersion(QStringLiteral(HOST_VERSION));
     const Options options = Options::read(application);
 
     FrameRecord record;
@@ -59,7 +59,7 @@ int main(int argc, char *argv[])
     Host host(options.host);
     if (!host.open())
         return fail(host.errorString());
-    PreviewWindow window(host);
+    HostWindow window(host);
     window.show();
     host.start();
     recordInto(record, host);

@@ -1,4 +1,4 @@
-#include "strokes.h"
+#include "lightstrokes.h"
 
 #include <algorithm>
 #include <cmath>
