@@ -1,4 +1,5 @@
 #include "debuglog.h"
+#include "lasercontrols.h"
 #include "mainwindow.h"
 #include "showmachine.h"
 
@@ -11,7 +12,7 @@ int main(int argc, char *argv[])
     const DebugLog log;
     showmachine::prepare(application);
     MainWindow window;
-    window.gameShownChanged = showmachine::keepAwake;
+    QObject::connect(&window.laser(), &LaserControls::gameShownChanged, showmachine::keepAwake);
     window.show();
     return QApplication::exec();
 }

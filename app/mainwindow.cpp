@@ -1,8 +1,10 @@
 #include "mainwindow.h"
 
 #include "badbey.h"
-#include "cxboxcontroller.h"
+#include "lasercontrols.h"
+#include "looks.h"
 #include "mididevices.h"
+#include "playercontrols.h"
 #include "settings.h"
 #include "ui_mainwindow.h"
 
@@ -13,15 +15,32 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long the last ticks have, in milliseconds, to leave the laser dark.
-constexpr int farewell = 99;
-/// How long the first load waits for a window that is not painted, as a minimised one.
+/// Grace period, in milliseconds, for the final ticks to blank the laser.
+constexpr int shutdownGraceMs = 99;
+/// How long the first load waits if the window is never painted (for example, minimised).
 constexpr auto unseenStart = 100ms;
 
-PlayerSide leftPlayer(const Ui::MainWindow &ui)
+std::unique_ptr<Ui::MainWindow> buildForm(MainWindow *window)
+{
+    auto form = std::make_unique<Ui::MainWindow>();
+    form->setupUi(window);
+    return form;
+}
+
+LaserWidgets laserWidgets(const Ui::MainWindow &ui)
 {
     return {
-        .side = 0,
+        .enableButton = ui.enableButton,
+        .showButton = ui.showButton,
+        .resetButton = ui.resetButton,
+        .zoneComboBox = ui.zoneComboBox,
+        .statusLabel = ui.statusLabel,
+    };
+}
+
+PlayerWidgets leftWidgets(const Ui::MainWindow &ui)
+{
+    return {
         .midiRadio = ui.leftMidiRadio,
         .xboxRadio = ui.leftXboxRadio,
         .keyboardRadio = ui.leftKeyboardRadio,
@@ -33,14 +52,12 @@ PlayerSide leftPlayer(const Ui::MainWindow &ui)
         .learnDown = ui.learnDownL,
         .bits = ui.bitsLCheck,
         .sensitivity = ui.sensLSlider,
-        .midiIn = &midiInLeft,
     };
 }
 
-PlayerSide rightPlayer(const Ui::MainWindow &ui)
+PlayerWidgets rightWidgets(const Ui::MainWindow &ui)
 {
     return {
-        .side = 1,
         .midiRadio = ui.rightMidiRadio,
         .xboxRadio = ui.rightXboxRadio,
         .keyboardRadio = ui.rightKeyboardRadio,
@@ -52,15 +69,7 @@ PlayerSide rightPlayer(const Ui::MainWindow &ui)
         .learnDown = ui.learnDownR,
         .bits = ui.bitsRCheck,
         .sensitivity = ui.sensRSlider,
-        .midiIn = &midiInRight,
     };
-}
-
-std::unique_ptr<Ui::MainWindow> buildForm(MainWindow *window)
-{
-    auto form = std::make_unique<Ui::MainWindow>();
-    form->setupUi(window);
-    return form;
 }
 
 } // namespace
@@ -68,24 +77,23 @@ std::unique_ptr<Ui::MainWindow> buildForm(MainWindow *window)
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
     , ui(buildForm(this))
-    , players{leftPlayer(*ui), rightPlayer(*ui)}
 {
     QApplication::setStyle("windowsvista");
     store = settings::open();
     pong = std::make_unique<Pong>();
+    laserControls = std::make_unique<LaserControls>(laserWidgets(*ui), *pong);
+    playerControls = std::make_unique<PlayerControls>(
+        PerSide<PlayerWidgets>{{leftWidgets(*ui), rightWidgets(*ui)}}, *pong, *store);
     // A learnt key works whichever widget has the focus.
     for (QObject *object : findChildren<QObject *>())
         object->installEventFilter(this);
     makeReadable();
     connectGame();
-    readSettings();
+    ui->speedSlider->setValue(settings::read(*store, settings::ballSpeed));
+    playerControls->readSettings();
     ui->statusbar->addPermanentWidget(ui->statusLabel, 1);
     ui->statusLabel->setText(tr("BEYOND Not started"));
-    // Only now, so that showing the stored modes does not apply them: the devices are not listed.
-    for (const PlayerSide &player : players) {
-        for (const QRadioButton *radio : {player.midiRadio, player.xboxRadio, player.keyboardRadio})
-            connect(radio, &QRadioButton::toggled, this, [this] { applyControlMode(); });
-    }
+    connectControls();
     connect(&firstLoad, &QTimer::timeout, this, &MainWindow::FirstLoad);
     firstLoad.setSingleShot(true);
     firstLoad.start(unseenStart);
@@ -93,13 +101,12 @@ MainWindow::MainWindow(QWidget *parent)
 
 void MainWindow::makeReadable()
 {
-    for (const PlayerSide &player : players) {
-        // The form's lists are as wide as their placeholders, too narrow for a pad's number.
-        for (QComboBox *list : {player.midiList, player.xboxList})
-            list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-        // The form's style has no rule for check boxes, which are dark on dark by the system's.
-        player.bits->setStyleSheet(QStringLiteral("QCheckBox {color:#CCC;}"));
-    }
+    // The form's lists are as wide as their placeholders, too narrow for a pad's number.
+    for (QComboBox *list :
+        {ui->midiLComboBox, ui->xboxLComboBox, ui->midiRComboBox, ui->xboxRComboBox})
+        list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    for (QCheckBox *bits : {ui->bitsLCheck, ui->bitsRCheck})
+        looks::apply(bits, looks::checkBox);
 }
 
 void MainWindow::connectGame()
@@ -109,38 +116,41 @@ void MainWindow::connectGame()
     connect(ui->speedSlider, &QSlider::valueChanged, this, &MainWindow::speedChanged);
 }
 
-void MainWindow::readSettings()
+/// Connects what the settings have been shown on: showing the stored modes must not apply them,
+/// because the devices are not listed yet.
+void MainWindow::connectControls()
 {
-    ui->speedSlider->setValue(settings::read(*store, settings::ballSpeed));
-    for (const PlayerSide &player : players) {
-        player.sensitivity->setValue(
-            settings::read(*store, settings::sensitivity[size_t(player.side)]));
-        const QString mode = settings::read(*store, settings::controlMode[size_t(player.side)]);
-        QRadioButton *radio = mode == controlModeName(ControlMode::Midi) ? player.midiRadio
-            : mode == controlModeName(ControlMode::Xbox)                 ? player.xboxRadio
-                                                                         : player.keyboardRadio;
-        radio->setChecked(true);
-    }
+    for (const QRadioButton *radio : {ui->leftMidiRadio, ui->rightMidiRadio, ui->leftXboxRadio,
+             ui->rightXboxRadio, ui->leftKeyboardRadio, ui->rightKeyboardRadio})
+        connect(
+            radio, &QRadioButton::toggled, this, [this] { playerControls->applyControlMode(); });
+    connect(
+        ui->midiLComboBox, &QComboBox::currentIndexChanged, this, &MainWindow::midiLComboChanged);
+    connect(
+        ui->midiRComboBox, &QComboBox::currentIndexChanged, this, &MainWindow::midiRComboChanged);
+    for (const QComboBox *list : {ui->xboxLComboBox, ui->xboxRComboBox})
+        connect(list, &QComboBox::currentIndexChanged, this, &MainWindow::xboxChanged);
+    connect(ui->zoneComboBox, &QComboBox::currentIndexChanged, this, &MainWindow::zoneChanged);
 }
 
 void MainWindow::paintEvent(QPaintEvent *event)
 {
     QMainWindow::paintEvent(event);
-    // Nobody waits for the window while the devices are looked for.
+    // Show the window before the slow device scan.
     if (firstLoad.isActive())
         firstLoad.start(0);
 }
 
 void MainWindow::FirstLoad()
 {
-    if (!store) // the window goes already
+    if (!store) // the window is being destroyed
         return;
-    fillMidiLists();
-    fillXboxLists();
-    for (const PlayerSide &player : players)
-        connect(player.midiIn, &MidiDevIn::midiReceived, this, &MainWindow::ReadMidiData);
-    refreshLearnButtons();
-    applyControlMode();
+    playerControls->fillMidiLists();
+    playerControls->fillXboxLists();
+    for (const MidiDevIn *device : {&midiInLeft, &midiInRight})
+        connect(device, &MidiDevIn::midiReceived, this, &MainWindow::ReadMidiData);
+    playerControls->refreshLearnButtons();
+    playerControls->applyControlMode();
     on_showButton_clicked();
     on_enableButton_clicked();
     if (CheckForUpdate())
@@ -149,29 +159,87 @@ void MainWindow::FirstLoad()
 
 MainWindow::~MainWindow()
 {
-    for (const PlayerSide &player : players)
-        settings::write(
-            *store, settings::sensitivity[size_t(player.side)], player.sensitivity->value());
-    // What is changed or learnt from here on could not be kept.
+    playerControls->writeSettings();
+    // Changes from here on could not be saved.
     setEnabled(false);
-    cancelLearn();
+    playerControls->cancelLearn();
     store.reset();
-    while (!xboxControllers.isEmpty())
-        delete xboxControllers.takeLast();
+    playerControls->releaseGamepads();
     pong->gameShown = false;
     disconnect(pong.get(), &Pong::beyCoStatus, this, &MainWindow::RefreshBeyondStatus);
     QElapsedTimer elapsed;
-    for (elapsed.start(); elapsed.elapsed() <= farewell;)
+    for (elapsed.start(); elapsed.elapsed() <= shutdownGraceMs;)
         QCoreApplication::processEvents();
-    for (const PlayerSide &player : players) {
-        disconnect(player.midiIn, &MidiDevIn::midiReceived, this, &MainWindow::ReadMidiData);
-        // A device that went on sending would outlive the object that it sends to.
-        if (player.midiIn->getDeviceIndex() < 0)
-            continue;
-        player.midiIn->stop();
-        player.midiIn->close();
-    }
+    for (const MidiDevIn *device : {&midiInLeft, &midiInRight})
+        disconnect(device, &MidiDevIn::midiReceived, this, &MainWindow::ReadMidiData);
+    playerControls->closeMidiDevices();
     pong.reset();
+}
+
+bool MainWindow::eventFilter(QObject * /*obj*/, QEvent *event)
+{
+    return playerControls->captureKey(event);
+}
+
+void MainWindow::on_showButton_clicked()
+{
+    laserControls->showGame();
+}
+
+void MainWindow::on_learnCCL_clicked()
+{
+    playerControls->learnOrCancel(Control::Move, Side::Left);
+}
+
+void MainWindow::on_learnStartL_clicked()
+{
+    playerControls->learnOrCancel(Control::Start, Side::Left);
+}
+
+void MainWindow::on_learnCCR_clicked()
+{
+    playerControls->learnOrCancel(Control::Move, Side::Right);
+}
+
+void MainWindow::on_learnStartR_clicked()
+{
+    playerControls->learnOrCancel(Control::Start, Side::Right);
+}
+
+void MainWindow::midiLComboChanged(int index)
+{
+    playerControls->chooseMidiDevice(Side::Left, index);
+}
+
+void MainWindow::midiRComboChanged(int index)
+{
+    playerControls->chooseMidiDevice(Side::Right, index);
+}
+
+void MainWindow::xboxChanged(int /*index*/)
+{
+    playerControls->xboxChanged();
+}
+
+void MainWindow::xboxSetStartSource(int button, bool left)
+{
+    playerControls->xboxSetStartSource(button, left ? Side::Left : Side::Right);
+}
+
+void MainWindow::xboxSetControllerSource(int control, bool left)
+{
+    playerControls->xboxSetControllerSource(control, left ? Side::Left : Side::Right);
+}
+
+void MainWindow::zoneChanged(int iZone)
+{
+    laserControls->chooseZone(iZone);
+}
+
+void MainWindow::ReadMidiData(
+    int play, unsigned char data1, unsigned char data2, unsigned char data3)
+{
+    playerControls->readMidiData(play, data1, data2, data3);
 }
 
 void MainWindow::speedChanged(int value)
@@ -180,9 +248,9 @@ void MainWindow::speedChanged(int value)
     settings::write(*store, settings::ballSpeed, value);
 }
 
-void MainWindow::on_resetButton_clicked()
+void MainWindow::RefreshBeyondStatus(BeyondState beState)
 {
-    pong->resetMatch();
+    laserControls->RefreshBeyondStatus(beState);
 }
 
 void MainWindow::RequestExit()
@@ -191,4 +259,34 @@ void MainWindow::RequestExit()
     QMessageBox::critical(nullptr, tr("BEYOND DLL Not Found"),
         tr("BEYOND DLL was not Found, the program will exit"), QMessageBox::Ok);
     close();
+}
+
+void MainWindow::on_enableButton_clicked()
+{
+    laserControls->switchOutput();
+}
+
+void MainWindow::on_resetButton_clicked()
+{
+    pong->resetMatch();
+}
+
+void MainWindow::on_learnUpL_clicked()
+{
+    playerControls->learnOrCancel(Control::Up, Side::Left);
+}
+
+void MainWindow::on_learnDownL_clicked()
+{
+    playerControls->learnOrCancel(Control::Down, Side::Left);
+}
+
+void MainWindow::on_learnUpR_clicked()
+{
+    playerControls->learnOrCancel(Control::Up, Side::Right);
+}
+
+void MainWindow::on_learnDownR_clicked()
+{
+    playerControls->learnOrCancel(Control::Down, Side::Right);
 }

@@ -1,46 +1,37 @@
 #pragma once
 
-#include "playerside.h"
 #include "pong.h"
-#include "settings.h"
 
-#include <QList>
 #include <QMainWindow>
+#include <QSettings>
 #include <QTimer>
 
-#include <array>
-#include <functional>
 #include <memory>
 
-class CXBOXController;
+class LaserControls;
+class PlayerControls;
 
 namespace Ui {
 class MainWindow;
 }
 
-/// The operator's window. It owns the game, the settings and the gamepad pollers, and is where
-/// their signals meet. All of it runs on the GUI thread; what comes from other threads is queued.
-///
-/// It is one class because the slots of the form are its own, but each concern lies in the room
-/// where it belongs: laser controls and host status in laser/, devices, keyboard, mapping and
-/// learning in input/.
+/// The operator's window. It owns the form, the settings, the game and the controls of laser and
+/// players, and is where their signals meet: each slot hands on to what it is about. All of it
+/// runs on the GUI thread; signals of other threads are queued.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    /// Builds the window from the form and the settings. FirstLoad follows from the event loop,
-    /// once the window has been painted.
+    /// Builds the window from the form and the settings. FirstLoad follows from the event loop.
     explicit MainWindow(QWidget *parent = nullptr);
-    /// Saves, turns the laser dark, and gives devices and host back.
+    /// Saves, blanks the laser and releases the devices and the host.
     ~MainWindow() override;
 
-    /// Called whenever the operator or the loss of the host shows or hides the game, with what it
-    /// is now, and once at the first load.
-    std::function<void(bool)> gameShownChanged = [](bool) {};
-
-    /// The game, to be looked at.
+    /// The game, read-only.
     const Pong &game() const { return *pong; }
+    /// The laser controls, for their signals: the meta-object of the window has its slots alone.
+    const LaserControls &laser() const { return *laserControls; }
 
 public slots:
     bool eventFilter(QObject *obj, QEvent *event) override;
@@ -71,63 +62,19 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    // app/mainwindow.cpp
     void makeReadable();
     void connectGame();
-    void readSettings();
+    void connectControls();
 
-    // app/updatechecker.cpp
     /// Asks the maker's server for a newer version. True when its installer runs, which is to
     /// replace this program.
     bool CheckForUpdate();
-
-    // laser/
-    void RefreshZoneList(bool noZones);
-
-    // input/devicelists.cpp
-    void fillMidiLists();
-    void fillXboxLists();
-    void connectPad(const CXBOXController *pad);
-    void midiComboChanged(PlayerSide &player, int index);
-    /// The poller of the gamepad that a side plays with, or null.
-    CXBOXController *padOf(const PlayerSide &player) const;
-
-    // input/controlmapping.cpp
-    void applyControlMode();
-    void applyControlMode(PlayerSide &player);
-    void padMoved(const CXBOXController *pad, int control, int value);
-    void padPressed(const CXBOXController *pad, int button, bool pressed);
-    /// Whether a control is being learnt from a pad for `learnSide`; its players then rest.
-    bool learnsFrom(const CXBOXController *pad, int learnSide) const;
-    void stopPaddle(const PlayerSide &player);
-
-    // input/learn.cpp
-    void learnOrCancel(int &learnSide, int side);
-    void cancelLearn();
-    void learnMidi(int &learnSide, const SettingOfSides<uint> &status,
-        const SettingOfSides<uint> &number, uint data1, uint data2);
-    void loadBindings(PlayerSide &player);
-    void refreshLearnButtons();
-    void showBindings(const PlayerSide &player);
-
-    // input/keyboardcapture.cpp
-    bool pressKey(PlayerSide &player, uint key);
-    bool learnKey(PlayerSide &player, uint key);
-    bool releaseKey(const PlayerSide &player, uint key, bool autoRepeat);
-    void pressStart(PlayerSide &player);
-    void releaseHeldKeys();
 
     std::unique_ptr<Ui::MainWindow> ui;
     QTimer firstLoad;
     std::unique_ptr<QSettings> store;
     QString releaseNotes; ///< of the version that the update check found
     std::unique_ptr<Pong> pong;
-    std::array<PlayerSide, 2> players;
-    QList<CXBOXController *> xboxControllers;
-
-    // The side for which a control is being learnt, or noSide. At most one of them is a side.
-    int moveLearnSide = noSide;
-    int startLearnSide = noSide;
-    int upLearnSide = noSide;
-    int downLearnSide = noSide;
+    std::unique_ptr<LaserControls> laserControls;
+    std::unique_ptr<PlayerControls> playerControls;
 };

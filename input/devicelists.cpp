@@ -1,60 +1,119 @@
 #include "cxboxcontroller.h"
-#include "mainwindow.h"
 #include "mididevices.h"
+#include "playercontrols.h"
+#include "pong.h"
 
 #include <QComboBox>
 #include <QDebug>
+#include <QSignalBlocker>
+#include <QThread>
+
+#include <utility>
 
 namespace {
 
-constexpr std::array midiSlots = {&MainWindow::midiLComboChanged, &MainWindow::midiRComboChanged};
+/// A stick has to be pushed this far to be learnt, so that a light touch or stick drift is not
+/// learnt.
+constexpr int learnDeflection = 25000;
 
 } // namespace
 
-void MainWindow::fillMidiLists()
+void PlayerControls::fillMidiLists()
 {
-    for (const PlayerSide &player : players) {
-        // Filling a list chooses nothing.
-        disconnect(
-            player.midiList, &QComboBox::currentIndexChanged, this, midiSlots[size_t(player.side)]);
-        player.midiList->clear();
-        player.midiList->addItem(tr("Select MIDI device"));
+    // Filling a list chooses nothing.
+    const QSignalBlocker left(players[Side::Left].ui.midiList);
+    const QSignalBlocker right(players[Side::Right].ui.midiList);
+    for (const Player &player : players) {
+        player.ui.midiList->clear();
+        player.ui.midiList->addItem(tr("Select MIDI device"));
     }
     for (unsigned i = 0; i < MidiDevIn::deviceCount(); ++i) {
-        for (const PlayerSide &player : players)
-            player.midiList->addItem(MidiDevIn::deviceNameAt(static_cast<int>(i)));
+        for (const Player &player : players)
+            player.ui.midiList->addItem(MidiDevIn::deviceNameAt(static_cast<int>(i)));
     }
-    for (const PlayerSide &player : players)
-        connect(
-            player.midiList, &QComboBox::currentIndexChanged, this, midiSlots[size_t(player.side)]);
 }
 
-void MainWindow::fillXboxLists()
+void PlayerControls::fillXboxLists()
 {
-    for (const PlayerSide &player : players) {
-        disconnect(
-            player.xboxList, &QComboBox::currentIndexChanged, this, &MainWindow::xboxChanged);
-        player.xboxList->clear();
-        player.xboxList->addItem(tr("Select XBox device"));
+    const QSignalBlocker left(players[Side::Left].ui.xboxList);
+    const QSignalBlocker right(players[Side::Right].ui.xboxList);
+    for (const Player &player : players) {
+        player.ui.xboxList->clear();
+        player.ui.xboxList->addItem(tr("Select XBox device"));
     }
-    // Only the unbroken run of pads from the first one on is offered: a list entry is the pad's
-    // number.
+    // A list entry is the pad's number, so a gap ends the list.
     const auto nextPad = [this] {
         return std::make_unique<CXBOXController>(static_cast<unsigned>(xboxControllers.size() + 1));
     };
     for (auto pad = nextPad(); pad->isConnected(); pad = nextPad()) {
         connectPad(pad.get());
         xboxControllers.append(pad.release());
-        for (const PlayerSide &player : players) {
-            player.xboxList->addItem(
+        for (const Player &player : players) {
+            player.ui.xboxList->addItem(
                 tr("XBox Controller ") + QString::number(xboxControllers.size()));
         }
     }
-    for (const PlayerSide &player : players)
-        connect(player.xboxList, &QComboBox::currentIndexChanged, this, &MainWindow::xboxChanged);
 }
 
-void MainWindow::connectPad(const CXBOXController *pad)
+void PlayerControls::chooseMidiDevice(Side side, int entry)
+{
+    Player &player = players[side];
+    refreshLearnButtons();
+    stopPaddle(player);
+    // Stop again after the messages that the old device still has queued, but before any of the
+    // new one.
+    const auto stopLater = [this, &player] {
+        QMetaObject::invokeMethod(
+            this, [this, &player] { stopPaddle(player); }, Qt::QueuedConnection);
+    };
+    if (entry <= 0) {
+        player.midiIn->stop();
+        player.midiIn->close();
+        stopLater();
+        return;
+    }
+    const bool opened =
+        player.midiIn->open(static_cast<unsigned>(entry - 1), player.ui.midiList->window()) == 0;
+    stopLater();
+    if (opened && player.midiIn->start() == 0)
+        return;
+    qDebug("Cannot open and start Midi device");
+    player.ui.midiList->setCurrentIndex(0);
+}
+
+void PlayerControls::closeMidiDevices()
+{
+    for (const Player &player : players) {
+        if (player.midiIn->getDeviceIndex() < 0)
+            continue;
+        player.midiIn->stop();
+        player.midiIn->close();
+    }
+}
+
+void PlayerControls::xboxChanged()
+{
+    for (Player &player : players)
+        player.loadPadBindings(store);
+    refreshLearnButtons();
+    for (CXBOXController *pad : std::as_const(xboxControllers))
+        pad->stopPolling();
+    for (Player &player : players) {
+        CXBOXController *pad = padOf(player);
+        if (std::exchange(player.appliedPad, pad) != pad)
+            stopPaddle(player);
+        if (pad)
+            pad->startPolling();
+    }
+}
+
+void PlayerControls::releaseGamepads()
+{
+    while (!xboxControllers.isEmpty())
+        delete xboxControllers.takeLast();
+}
+
+void PlayerControls::connectPad(const CXBOXController *pad)
 {
     connect(pad, &CXBOXController::buttonXbox, this,
         [this, pad](int button, bool pressed) { padPressed(pad, button, pressed); });
@@ -62,44 +121,40 @@ void MainWindow::connectPad(const CXBOXController *pad)
         [this, pad](int control, int value) { padMoved(pad, control, value); });
 }
 
-void MainWindow::midiLComboChanged(int index)
+CXBOXController *PlayerControls::padOf(const Player &player) const
 {
-    midiComboChanged(players[0], index);
-}
-
-void MainWindow::midiRComboChanged(int index)
-{
-    midiComboChanged(players[1], index);
-}
-
-void MainWindow::midiComboChanged(PlayerSide &player, int index)
-{
-    refreshLearnButtons();
-    stopPaddle(player);
-    // Once more behind what the device that is left has still in the queue, and before anything
-    // of the next one.
-    const auto stopLater = [this, &player] {
-        QMetaObject::invokeMethod(
-            this, [this, &player] { stopPaddle(player); }, Qt::QueuedConnection);
-    };
-    if (index <= 0) {
-        player.midiIn->stop();
-        player.midiIn->close();
-        stopLater();
-        return;
-    }
-    const bool opened = player.midiIn->open(static_cast<unsigned>(index - 1), this) == 0;
-    stopLater();
-    if (opened && player.midiIn->start() == 0)
-        return;
-    qDebug("Cannot open and start Midi device");
-    player.midiList->setCurrentIndex(0);
-}
-
-CXBOXController *MainWindow::padOf(const PlayerSide &player) const
-{
-    const int index = player.xboxList->currentIndex();
+    const int index = player.ui.xboxList->currentIndex();
     const bool plays =
         player.mode() == ControlMode::Xbox && index > 0 && index <= xboxControllers.size();
     return plays ? xboxControllers[index - 1] : nullptr;
+}
+
+// Both players may play on the same pad. Events that were queued before a player left it are
+// dropped.
+
+void PlayerControls::padPressed(const CXBOXController *pad, int button, bool pressed)
+{
+    Q_ASSERT(QThread::currentThread() == thread());
+    if (learnsFrom(pad, Control::Start)) {
+        xboxSetStartSource(button, learning->side);
+        return;
+    }
+    for (const Player &player : players) {
+        if (pressed && padOf(player) == pad && button == player.xStart)
+            pong.requestStart(sideNumber(player.side));
+    }
+}
+
+void PlayerControls::padMoved(const CXBOXController *pad, int control, int value)
+{
+    Q_ASSERT(QThread::currentThread() == thread());
+    if (learnsFrom(pad, Control::Move)) {
+        if (std::abs(value) >= learnDeflection)
+            xboxSetControllerSource(control, learning->side);
+        return;
+    }
+    for (const Player &player : players) {
+        if (padOf(player) == pad && control == player.xMove)
+            pong.setPaddleInput(sideNumber(player.side), player.paddleInput(value));
+    }
 }

@@ -1,5 +1,5 @@
-#include "mainwindow.h"
-#include "settings.h"
+#include "playercontrols.h"
+#include "pong.h"
 
 #include <QKeyEvent>
 #include <QRadioButton>
@@ -15,7 +15,7 @@ constexpr auto startPause = 100ms;
 constexpr int fullUp = 32767;
 constexpr int fullDown = -32768;
 
-/// Whether the keys that are held will be released without this window's noticing.
+/// Whether the release of held keys will go to another window.
 bool losesKeys(const QEvent *event)
 {
     return event->type() == QEvent::WindowDeactivate
@@ -25,7 +25,7 @@ bool losesKeys(const QEvent *event)
 
 } // namespace
 
-bool MainWindow::eventFilter(QObject * /*obj*/, QEvent *event)
+bool PlayerControls::captureKey(const QEvent *event)
 {
     if (losesKeys(event))
         releaseHeldKeys();
@@ -35,8 +35,8 @@ bool MainWindow::eventFilter(QObject * /*obj*/, QEvent *event)
     const auto key = static_cast<uint>(keyEvent->key());
     if (key == 0) // a key without a code cannot be told from "not learnt"
         return false;
-    for (PlayerSide &player : players) {
-        if (!player.keyboardRadio->isChecked())
+    for (Player &player : players) {
+        if (!player.ui.keyboardRadio->isChecked())
             continue;
         const bool used = event->type() == QEvent::KeyPress
             ? pressKey(player, key)
@@ -47,48 +47,34 @@ bool MainWindow::eventFilter(QObject * /*obj*/, QEvent *event)
     return false;
 }
 
-bool MainWindow::pressKey(PlayerSide &player, uint key)
+bool PlayerControls::pressKey(Player &player, uint key)
 {
     if (learnKey(player, key))
         return true;
     if (key == player.startKey)
         pressStart(player);
     else if (key == player.upKey)
-        pong->setPaddleInput(player.side, player.paddleInput(fullUp));
+        pong.setPaddleInput(sideNumber(player.side), player.paddleInput(fullUp));
     else if (key == player.downKey)
-        pong->setPaddleInput(player.side, player.paddleInput(fullDown));
+        pong.setPaddleInput(sideNumber(player.side), player.paddleInput(fullDown));
     else
         return false;
     return true;
 }
 
-bool MainWindow::learnKey(PlayerSide &player, uint key)
-{
-    const auto learn = [&](int &learnSide, const SettingOfSides<uint> &setting) {
-        if (learnSide != player.side)
-            return false;
-        learnSide = noSide;
-        settings::write(*store, setting[size_t(player.side)], key);
-        refreshLearnButtons();
-        return true;
-    };
-    return learn(upLearnSide, settings::upKey) || learn(downLearnSide, settings::downKey)
-        || learn(startLearnSide, settings::startKey);
-}
-
-void MainWindow::pressStart(PlayerSide &player)
+void PlayerControls::pressStart(Player &player)
 {
     if (!player.startTimer) {
         player.startTimer = std::make_unique<QTimer>();
         player.startTimer->setSingleShot(true);
     }
-    // Every press starts the timer anew, so that a held key, which repeats, starts once.
+    // Every press restarts the timer, so that a held key, which repeats, starts once.
     if (!player.startTimer->isActive())
-        pong->requestStart(player.side);
+        pong.requestStart(sideNumber(player.side));
     player.startTimer->start(startPause);
 }
 
-bool MainWindow::releaseKey(const PlayerSide &player, uint key, bool autoRepeat)
+bool PlayerControls::releaseKey(const Player &player, uint key, bool autoRepeat)
 {
     if (key != player.upKey && key != player.downKey)
         return false;
@@ -98,9 +84,9 @@ bool MainWindow::releaseKey(const PlayerSide &player, uint key, bool autoRepeat)
     return true;
 }
 
-void MainWindow::releaseHeldKeys()
+void PlayerControls::releaseHeldKeys()
 {
-    for (const PlayerSide &player : players) {
+    for (const Player &player : players) {
         if (player.mode() == ControlMode::Keyboard)
             stopPaddle(player);
     }

@@ -1,7 +1,13 @@
-#include "mainwindow.h"
-#include "ui_mainwindow.h"
+#include "lasercontrols.h"
 
+#include "badbey.h"
+#include "looks.h"
+
+#include <QComboBox>
 #include <QDebug>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalBlocker>
 
 #include <algorithm>
 
@@ -13,50 +19,80 @@ constexpr int mostZones = 1000;
 /// Shows on a checkable button what its next click does, coloured by what is on now.
 void showState(QPushButton *button, const QString &textWhenOn, const QString &textWhenOff)
 {
-    static const QString active = QStringLiteral(
-        "QPushButton {background-color:#FA8;} QPushButton:hover {background-color:#FC8;} "
-        "QPushButton:pressed {border:1px ridge #F00; background-color:#F97;}");
-    static const QString idle = QStringLiteral(
-        "QPushButton {background-color:#79F;} QPushButton:hover {background-color:#7BF;} "
-        "QPushButton:pressed {border:1px ridge #03F; background-color:#67F;}");
     button->setText(button->isChecked() ? textWhenOn : textWhenOff);
-    button->setStyleSheet(button->isChecked() ? active : idle);
+    looks::apply(button, button->isChecked() ? looks::switchedOn : looks::switchedOff);
 }
 
 } // namespace
 
-void MainWindow::on_enableButton_clicked()
+LaserControls::LaserControls(const LaserWidgets &widgets, Pong &pong)
+    : ui(widgets)
+    , pong(pong)
 {
-    pong->enableOutput(ui->enableButton->isChecked());
-    showState(ui->enableButton, tr("Disable Laser Output"), tr("Enable Laser Output"));
 }
 
-void MainWindow::on_showButton_clicked()
+void LaserControls::switchOutput()
 {
-    pong->gameShown = ui->showButton->isChecked();
-    gameShownChanged(pong->gameShown);
-    showState(ui->showButton, tr("Hide pong"), tr("Show pong"));
+    pong.enableOutput(ui.enableButton->isChecked());
+    showState(ui.enableButton, tr("Disable Laser Output"), tr("Enable Laser Output"));
 }
 
-void MainWindow::RefreshZoneList(bool noZones)
+void LaserControls::showGame()
 {
-    disconnect(ui->zoneComboBox, &QComboBox::currentIndexChanged, this, &MainWindow::zoneChanged);
-    ui->zoneComboBox->clear();
-    ui->zoneComboBox->addItem(tr("Select laser zone"));
+    pong.gameShown = ui.showButton->isChecked();
+    emit gameShownChanged(pong.gameShown);
+    showState(ui.showButton, tr("Hide pong"), tr("Show pong"));
+}
+
+void LaserControls::chooseZone(int entry)
+{
+    pong.setZone(entry - 1);
+}
+
+void LaserControls::RefreshZoneList(bool noZones)
+{
+    QSignalBlocker rebuilding(ui.zoneComboBox); // which chooses no zone
+    ui.zoneComboBox->clear();
+    ui.zoneComboBox->addItem(tr("Select laser zone"));
     if (!noZones) {
-        const int zones = pong->zoneCount();
+        const int zones = pong.zoneCount();
         if (zones > mostZones)
             qDebug() << "Only the first" << mostZones << "zones are listed of" << zones;
         for (int k = 1; k <= std::min(zones, mostZones); ++k)
-            ui->zoneComboBox->addItem(tr("BEYOND Zone ") + QString::number(k));
+            ui.zoneComboBox->addItem(tr("BEYOND Zone ") + QString::number(k));
     }
-    connect(ui->zoneComboBox, &QComboBox::currentIndexChanged, this, &MainWindow::zoneChanged);
+    rebuilding.unblock();
     // Asked a second time, the host may have zones that are not listed yet.
-    if (pong->zoneCount() > 0 && ui->zoneComboBox->count() > 1)
-        ui->zoneComboBox->setCurrentIndex(1);
+    if (pong.zoneCount() > 0 && ui.zoneComboBox->count() > 1)
+        ui.zoneComboBox->setCurrentIndex(1);
 }
 
-void MainWindow::zoneChanged(int iZone)
+void LaserControls::RefreshBeyondStatus(BeyondState beState)
 {
-    pong->setZone(iZone - 1);
+    RefreshZoneList(false);
+    if (beState == BeyondReady) {
+        showHostReady();
+        return;
+    }
+    if (beState == BeyondNotReady) {
+        ui.statusLabel->setText(tr("BEYOND Not Started - Please Start BEYOND build 1614 or above"));
+        looks::apply(ui.statusLabel, looks::hostNotReady);
+    }
+    // Clicks, so that the buttons, the game and the host's output all end as if the operator had
+    // switched them off.
+    if (pong.gameShown)
+        ui.showButton->click();
+    if (ui.enableButton->isChecked())
+        ui.enableButton->click();
+    for (QPushButton *button : {ui.showButton, ui.enableButton, ui.resetButton})
+        button->setEnabled(false);
+}
+
+void LaserControls::showHostReady()
+{
+    for (QPushButton *button : {ui.showButton, ui.enableButton, ui.resetButton})
+        button->setEnabled(true);
+    ui.statusLabel->setText(
+        tr("BEYOND ") + QString::number(pong.binding()->beyondVersion) + tr(" Started"));
+    looks::apply(ui.statusLabel, looks::hostReady);
 }

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "side.h"
+
 #include <QLatin1StringView>
 #include <QSettings>
 #include <QString>
 #include <QVariant>
 
-#include <array>
 #include <memory>
 #include <type_traits>
 
@@ -19,9 +20,9 @@ struct Setting
     T fallback;
 };
 
-/// The same setting of both players, by side.
+/// The same setting of both players.
 template <class T>
-using SettingOfSides = std::array<Setting<T>, 2>;
+using SettingOfSides = PerSide<Setting<T>>;
 
 namespace settings {
 
@@ -29,24 +30,27 @@ namespace settings {
 
 inline constexpr Setting<int> ballSpeed = {QLatin1StringView("BallSpeed"), 20};
 
-#define OF_SIDES(type, name, left, right, fallback) \
-    inline constexpr SettingOfSides<type> name = {  \
-        {{QLatin1StringView(left), fallback}, {QLatin1StringView(right), fallback}}};
+template <class T>
+constexpr SettingOfSides<T> ofSides(
+    const char *left, const char *right, std::type_identity_t<T> fallback)
+{
+    return {{{{QLatin1StringView(left), fallback}, {QLatin1StringView(right), fallback}}}};
+}
 
-OF_SIDES(int, sensitivity, "SensL", "SensR", 512)
-OF_SIDES(QLatin1StringView, controlMode, "ControlModeLeft", "ControlModeRight",
-    QLatin1StringView("XBOX"))
-OF_SIDES(int, xStart, "XStartL", "XStartR", 0) // a CXBOXController::buttonList
-OF_SIDES(int, xMove, "XMoveL", "XMoveR", 0) // a CXBOXController::controllerList
-OF_SIDES(uint, moveStatus, "CC_00", "CC_10", 0) // 0 is not learnt, here and below
-OF_SIDES(uint, moveNumber, "CC_01", "CC_11", 0)
-OF_SIDES(uint, startStatus, "Start_00", "Start_10", 0)
-OF_SIDES(uint, startNumber, "Start_01", "Start_11", 0)
-OF_SIDES(uint, upKey, "KeyboardUpL", "KeyboardUpR", 0) // a Qt::Key, here and below
-OF_SIDES(uint, downKey, "KeyboardDownL", "KeyboardDownR", 0)
-OF_SIDES(uint, startKey, "KeyboardStartL", "KeyboardStartR", 0)
-
-#undef OF_SIDES
+inline constexpr auto sensitivity = ofSides<int>("SensL", "SensR", 512);
+inline constexpr auto controlMode =
+    ofSides<QLatin1StringView>("ControlModeLeft", "ControlModeRight", QLatin1StringView("XBOX"));
+inline constexpr auto xStart =
+    ofSides<int>("XStartL", "XStartR", 0); // a CXBOXController::buttonList
+inline constexpr auto xMove =
+    ofSides<int>("XMoveL", "XMoveR", 0); // a CXBOXController::controllerList
+inline constexpr auto moveStatus = ofSides<uint>("CC_00", "CC_10", 0); // 0 is not learnt, as below
+inline constexpr auto moveNumber = ofSides<uint>("CC_01", "CC_11", 0);
+inline constexpr auto startStatus = ofSides<uint>("Start_00", "Start_10", 0);
+inline constexpr auto startNumber = ofSides<uint>("Start_01", "Start_11", 0);
+inline constexpr auto upKey = ofSides<uint>("KeyboardUpL", "KeyboardUpR", 0); // a Qt::Key, as below
+inline constexpr auto downKey = ofSides<uint>("KeyboardDownL", "KeyboardDownR", 0);
+inline constexpr auto startKey = ofSides<uint>("KeyboardStartL", "KeyboardStartR", 0);
 
 /// Opens ".pong" in the working directory. A damaged file is kept as ".pong.damaged", because its
 /// lines that cannot be read, or that hold values such as the program never writes, are dropped.

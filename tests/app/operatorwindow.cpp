@@ -84,7 +84,7 @@ std::optional<int> OperatorWindow::takeStart() const
     if (game().pointPending)
         return std::nullopt;
     const int side = game().servePhase;
-    window->on_resetButton_clicked();
+    game().resetMatch();
     return side;
 }
 

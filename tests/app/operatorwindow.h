@@ -16,7 +16,7 @@ class OperatorWindow
 public:
     /// Makes the working directory, with a settings file if there is one, but no window yet.
     explicit OperatorWindow(const QByteArray &settingsFile = {});
-    ~OperatorWindow();
+    virtual ~OperatorWindow();
     OperatorWindow(const OperatorWindow &) = delete;
     OperatorWindow &operator=(const OperatorWindow &) = delete;
 
@@ -28,7 +28,7 @@ public:
     void close();
 
     /// The window's game. A test changes nothing in it that the program's own threads would not.
-    Pong &game() const { return const_cast<Pong &>(window->game()); }
+    virtual Pong &game() const { return const_cast<Pong &>(window->game()); }
     /// Lets the game thread take ticks beside those of its timer, and waits for them.
     void tick(int count) const;
     /// Lets the game thread check the host now instead of at the next second, and the window show
@@ -42,13 +42,15 @@ public:
     /// The same, but waits some seconds for one.
     std::optional<int> awaitStart() const;
 
+    /// The window as a widget.
+    virtual QWidget *widget() const { return window.get(); }
     /// A widget by its name in the form; it is there.
     template <class T = QWidget>
     T *find(const QString &name) const
     {
-        T *widget = window->findChild<T *>(name);
-        Q_ASSERT(widget);
-        return widget;
+        T *found = widget()->findChild<T *>(name);
+        Q_ASSERT(found);
+        return found;
     }
     /// Clicks a button where a mouse would.
     void click(const QString &name) const;

@@ -10,7 +10,7 @@ class RunningWindow : public OperatorWindow
 {
 public:
     using OperatorWindow::OperatorWindow;
-    ~RunningWindow();
+    ~RunningWindow() override;
     RunningWindow(const RunningWindow &) = delete;
     RunningWindow &operator=(const RunningWindow &) = delete;
 

@@ -27,8 +27,8 @@ void insert(Keys &keys, const Setting<T> &setting)
 template <class T>
 void insert(Keys &keys, const SettingOfSides<T> &setting)
 {
-    insert(keys, setting[0]);
-    insert(keys, setting[1]);
+    insert(keys, setting[Side::Left]);
+    insert(keys, setting[Side::Right]);
 }
 
 void write(const QString &name, const QByteArray &content)
@@ -158,21 +158,21 @@ void tst_Settings::the_keys_their_types_and_defaults_are_those_of_the_file()
 
 void tst_Settings::the_halves_of_a_pair_are_the_left_and_the_right_side()
 {
-    QCOMPARE(settings::sensitivity[0].key, "SensL"_L1);
-    QCOMPARE(settings::sensitivity[1].key, "SensR"_L1);
-    QCOMPARE(settings::controlMode[0].key, "ControlModeLeft"_L1);
-    QCOMPARE(settings::controlMode[1].key, "ControlModeRight"_L1);
-    QCOMPARE(settings::moveStatus[0].key, "CC_00"_L1);
-    QCOMPARE(settings::moveNumber[0].key, "CC_01"_L1);
-    QCOMPARE(settings::moveStatus[1].key, "CC_10"_L1);
-    QCOMPARE(settings::moveNumber[1].key, "CC_11"_L1);
-    QCOMPARE(settings::startStatus[0].key, "Start_00"_L1);
-    QCOMPARE(settings::startNumber[0].key, "Start_01"_L1);
-    QCOMPARE(settings::startStatus[1].key, "Start_10"_L1);
-    QCOMPARE(settings::startNumber[1].key, "Start_11"_L1);
+    QCOMPARE(settings::sensitivity[Side::Left].key, "SensL"_L1);
+    QCOMPARE(settings::sensitivity[Side::Right].key, "SensR"_L1);
+    QCOMPARE(settings::controlMode[Side::Left].key, "ControlModeLeft"_L1);
+    QCOMPARE(settings::controlMode[Side::Right].key, "ControlModeRight"_L1);
+    QCOMPARE(settings::moveStatus[Side::Left].key, "CC_00"_L1);
+    QCOMPARE(settings::moveNumber[Side::Left].key, "CC_01"_L1);
+    QCOMPARE(settings::moveStatus[Side::Right].key, "CC_10"_L1);
+    QCOMPARE(settings::moveNumber[Side::Right].key, "CC_11"_L1);
+    QCOMPARE(settings::startStatus[Side::Left].key, "Start_00"_L1);
+    QCOMPARE(settings::startNumber[Side::Left].key, "Start_01"_L1);
+    QCOMPARE(settings::startStatus[Side::Right].key, "Start_10"_L1);
+    QCOMPARE(settings::startNumber[Side::Right].key, "Start_11"_L1);
     const auto endInTheirSide = [](const auto &setting, QLatin1StringView prefix) {
-        QCOMPARE(setting[0].key, QString(prefix + 'L'_L1));
-        QCOMPARE(setting[1].key, QString(prefix + 'R'_L1));
+        QCOMPARE(setting[Side::Left].key, QString(prefix + 'L'_L1));
+        QCOMPARE(setting[Side::Right].key, QString(prefix + 'R'_L1));
     };
     endInTheirSide(settings::upKey, "KeyboardUp"_L1);
     endInTheirSide(settings::downKey, "KeyboardDown"_L1);
@@ -185,13 +185,12 @@ void tst_Settings::without_a_file_every_setting_has_its_default()
 {
     const auto store = settings::open();
     QCOMPARE(settings::read(*store, settings::ballSpeed), 20);
-    for (const int side : {0, 1}) {
-        const auto i = size_t(side);
-        QCOMPARE(settings::read(*store, settings::sensitivity[i]), 512);
-        QCOMPARE(settings::read(*store, settings::controlMode[i]), u"XBOX"_s);
-        QCOMPARE(settings::read(*store, settings::xStart[i]), 0);
-        QCOMPARE(settings::read(*store, settings::moveStatus[i]), 0U);
-        QCOMPARE(settings::read(*store, settings::startKey[i]), 0U);
+    for (const Side side : bothSides) {
+        QCOMPARE(settings::read(*store, settings::sensitivity[side]), 512);
+        QCOMPARE(settings::read(*store, settings::controlMode[side]), u"XBOX"_s);
+        QCOMPARE(settings::read(*store, settings::xStart[side]), 0);
+        QCOMPARE(settings::read(*store, settings::moveStatus[side]), 0U);
+        QCOMPARE(settings::read(*store, settings::startKey[side]), 0U);
     }
     store->sync();
     QCOMPARE(files(), QStringList());
@@ -218,16 +217,16 @@ void tst_Settings::a_file_for_one_side_leaves_the_other_its_default()
 {
     write(fileName, "[General]\nSensL=300\n");
     const auto store = settings::open();
-    QCOMPARE(settings::read(*store, settings::sensitivity[0]), 300);
-    QCOMPARE(settings::read(*store, settings::sensitivity[1]), 512);
+    QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 300);
+    QCOMPARE(settings::read(*store, settings::sensitivity[Side::Right]), 512);
 }
 
 void tst_Settings::what_is_written_stands_at_the_top_level_of_the_file()
 {
     {
         const auto store = settings::open();
-        settings::write(*store, settings::controlMode[1], "MIDI"_L1);
-        settings::write(*store, settings::moveStatus[1], 176);
+        settings::write(*store, settings::controlMode[Side::Right], "MIDI"_L1);
+        settings::write(*store, settings::moveStatus[Side::Right], 176);
         settings::write(*store, settings::ballSpeed, 25);
     }
     QCOMPARE(files(), QStringList{fileName});
@@ -241,21 +240,21 @@ void tst_Settings::what_is_written_is_read_back()
     const uint largestKey = 0xffffffff;
     {
         const auto store = settings::open();
-        settings::write(*store, settings::xMove[0], -3);
-        settings::write(*store, settings::upKey[0], largestKey);
-        settings::write(*store, settings::controlMode[0], "KEYBOARD"_L1);
-        QCOMPARE(settings::read(*store, settings::upKey[0]), largestKey);
+        settings::write(*store, settings::xMove[Side::Left], -3);
+        settings::write(*store, settings::upKey[Side::Left], largestKey);
+        settings::write(*store, settings::controlMode[Side::Left], "KEYBOARD"_L1);
+        QCOMPARE(settings::read(*store, settings::upKey[Side::Left]), largestKey);
     }
     const auto store = settings::open();
-    QCOMPARE(settings::read(*store, settings::xMove[0]), -3);
-    QCOMPARE(settings::read(*store, settings::upKey[0]), largestKey);
-    QCOMPARE(settings::read(*store, settings::controlMode[0]), u"KEYBOARD"_s);
+    QCOMPARE(settings::read(*store, settings::xMove[Side::Left]), -3);
+    QCOMPARE(settings::read(*store, settings::upKey[Side::Left]), largestKey);
+    QCOMPARE(settings::read(*store, settings::controlMode[Side::Left]), u"KEYBOARD"_s);
 }
 
 void tst_Settings::a_write_leaves_the_other_keys_alone()
 {
     write(fileName, "[General]\nForeign=kept\nSensR=600\n");
-    settings::write(*settings::open(), settings::sensitivity[0], 300);
+    settings::write(*settings::open(), settings::sensitivity[Side::Left], 300);
     QCOMPARE(sortedLines(),
         (QStringList{u"Foreign=kept"_s, u"SensL=300"_s, u"SensR=600"_s, u"[General]"_s}));
 }
@@ -266,7 +265,7 @@ void tst_Settings::what_is_there_already_is_not_written_again()
     const auto store = settings::open();
     QVERIFY(QFile::remove(fileName)); // it comes back with the next write
     settings::write(*store, settings::ballSpeed, 25);
-    settings::write(*store, settings::controlMode[0], "MIDI"_L1);
+    settings::write(*store, settings::controlMode[Side::Left], "MIDI"_L1);
     store->sync();
     QVERIFY(!QFile::exists(fileName));
     settings::write(*store, settings::ballSpeed, 26);
@@ -309,13 +308,13 @@ void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read()
     {
         const auto store = settings::open();
         QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
-        QCOMPARE(settings::read(*store, settings::sensitivity[0]), 512);
-        settings::write(*store, settings::sensitivity[0], 300);
+        QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 512);
+        settings::write(*store, settings::sensitivity[Side::Left], 300);
     }
     QCOMPARE(contentOf(copyName), content);
     const auto store = settings::open(); // whole again, and nobody is told anything
     QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
-    QCOMPARE(settings::read(*store, settings::sensitivity[0]), 300);
+    QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 300);
     QCOMPARE(contentOf(copyName), content);
 }
 
@@ -360,7 +359,7 @@ void tst_Settings::what_is_no_number_reads_as_0_and_is_told()
     QTest::ignoreMessage(QtDebugMsg, noNumber("BallSpeed", told));
     QCOMPARE(settings::read(*store, settings::ballSpeed), 0);
     QTest::ignoreMessage(QtDebugMsg, noNumber("CC_00", told));
-    QCOMPARE(settings::read(*store, settings::moveStatus[0]), 0U);
+    QCOMPARE(settings::read(*store, settings::moveStatus[Side::Left]), 0U);
 }
 
 void tst_Settings::a_number_of_another_sign_is_no_key()
@@ -368,9 +367,9 @@ void tst_Settings::a_number_of_another_sign_is_no_key()
     write(fileName, "[General]\nKeyboardUpL=-1\nXMoveL=-1\nKeyboardDownL=4294967295\n");
     const auto store = settings::open();
     QTest::ignoreMessage(QtDebugMsg, noNumber("KeyboardUpL", "-1"));
-    QCOMPARE(settings::read(*store, settings::upKey[0]), 0U);
-    QCOMPARE(settings::read(*store, settings::xMove[0]), -1);
-    QCOMPARE(settings::read(*store, settings::downKey[0]), 4294967295U);
+    QCOMPARE(settings::read(*store, settings::upKey[Side::Left]), 0U);
+    QCOMPARE(settings::read(*store, settings::xMove[Side::Left]), -1);
+    QCOMPARE(settings::read(*store, settings::downKey[Side::Left]), 4294967295U);
 }
 
 void tst_Settings::a_mode_is_read_as_it_stands_data()
@@ -388,7 +387,7 @@ void tst_Settings::a_mode_is_read_as_it_stands()
     QFETCH(QByteArray, written);
     QFETCH(QString, mode);
     write(fileName, "[General]\nControlModeLeft=" + written + '\n');
-    QCOMPARE(settings::read(*settings::open(), settings::controlMode[0]), mode);
+    QCOMPARE(settings::read(*settings::open(), settings::controlMode[Side::Left]), mode);
 }
 
 QTEST_GUILESS_MAIN(tst_Settings)

@@ -36,8 +36,8 @@ void read(const QSettings &store, const Setting<T> &setting)
 template <class T>
 void read(const QSettings &store, const SettingOfSides<T> &setting)
 {
-    read(store, setting[0]);
-    read(store, setting[1]);
+    read(store, setting[Side::Left]);
+    read(store, setting[Side::Right]);
 }
 
 void readAll(const QSettings &store)

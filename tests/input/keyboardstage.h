@@ -1,6 +1,6 @@
 #pragma once
 
-#include "stage.h"
+#include "playerstage.h"
 
 #include <QKeyEvent>
 #include <QTest>
@@ -21,24 +21,25 @@ inline constexpr int fullUp = 63;
 inline constexpr int fullDown = -64;
 
 /// A stage with both players on the keyboard, their keys learnt.
-class KeyboardStage : public Stage
+class KeyboardStage : public PlayerStage
 {
 public:
     /// With other settings beside or in place of those.
-    explicit KeyboardStage(const Settings &others = {}, const QStringList &midiDevices = {})
-        : Stage(midiDevices, 0, settingsWith(others))
+    explicit KeyboardStage(
+        const Settings &others = {}, const QStringList &midiDevices = {}, Surface surface = Form)
+        : PlayerStage(midiDevices, 0, settingsWith(others), surface)
     {
         open();
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QVERIFY(QTest::qWaitForWindowActive(widget()));
     }
 
-    void press(Qt::Key key) const { QTest::keyPress(window->windowHandle(), key); }
-    void release(Qt::Key key) const { QTest::keyRelease(window->windowHandle(), key); }
+    void press(Qt::Key key) const { QTest::keyPress(widget()->windowHandle(), key); }
+    void release(Qt::Key key) const { QTest::keyRelease(widget()->windowHandle(), key); }
     /// As a held key or one without a code comes, which QTest knows none of.
     void send(QEvent::Type type, int key, bool autoRepeat = false) const
     {
         QKeyEvent event(type, key, {}, {}, autoRepeat);
-        QCoreApplication::sendEvent(window->focusWidget(), &event);
+        QCoreApplication::sendEvent(widget()->focusWidget(), &event);
     }
 
 private:

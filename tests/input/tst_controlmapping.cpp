@@ -1,5 +1,5 @@
 #include "mididevices.h"
-#include "stage.h"
+#include "playerstage.h"
 
 #include <QTest>
 #include <QThread>
@@ -11,8 +11,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int notASide = 2;
+
 /// Both players on MIDI, each with a fader and a pad of its own.
-Stage::Settings learntMidi()
+PlayerStage::Settings learntMidi()
 {
     return {
         {u"ControlModeLeft"_s, u"MIDI"_s},
@@ -50,10 +52,10 @@ constexpr int startNumber(int side)
 }
 
 /// Opens the window with a device for each player chosen.
-void openDevices(Stage &stage)
+void openDevices(PlayerStage &stage)
 {
     stage.open();
-    for (const Stage::Player &player : stage.players)
+    for (const PlayerStage::Player &player : stage.players)
         player.midiList->setCurrentIndex(player.side + 1);
 }
 
@@ -103,7 +105,7 @@ void tst_ControlMapping::a_message_steps_the_paddle_of_its_side()
     QFETCH(int, side);
     QFETCH(int, value);
     QFETCH(int, step);
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     QCOMPARE(stage.sendMidi(side, moveStatus(side), moveNumber(side), value), 1);
     QCOMPARE(stage.step(side), step);
@@ -115,10 +117,10 @@ void tst_ControlMapping::a_message_steps_the_paddle_of_its_side()
 
 void tst_ControlMapping::the_sensitivity_does_not_touch_midi()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     for (const int position : {256, 768}) {
-        for (const Stage::Player &player : stage.players) {
+        for (const PlayerStage::Player &player : stage.players) {
             player.sensitivity->setValue(position);
             stage.sendMidi(player.side, moveStatus(player.side), moveNumber(player.side), 127);
             QCOMPARE(stage.step(player.side), 63);
@@ -142,7 +144,7 @@ void tst_ControlMapping::a_start_message_starts_for_its_side_whatever_its_value(
 {
     QFETCH(int, side);
     QFETCH(int, value);
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     stage.sendMidi(side, startStatus(side), startNumber(side), value);
     QCOMPARE(stage.takeStart(), std::optional(side));
@@ -157,7 +159,7 @@ void tst_ControlMapping::what_the_other_side_has_learnt_does_nothing_data()
 void tst_ControlMapping::what_the_other_side_has_learnt_does_nothing()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     const int other = 1 - side;
     QCOMPARE(stage.sendMidi(side, moveStatus(other), moveNumber(other), 100), 1);
@@ -180,9 +182,9 @@ void tst_ControlMapping::with_14_bits_the_first_data_byte_of_the_status_steps_da
 void tst_ControlMapping::with_14_bits_the_first_data_byte_of_the_status_steps()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
-    Stage::click(stage.players[size_t(side)].bits);
+    PlayerStage::click(stage.players[size_t(side)].bits);
     for (const int number : {0, moveNumber(side), 100, 127}) {
         stage.sendMidi(side, moveStatus(side), number, 99);
         QCOMPARE(stage.step(side), number - 64);
@@ -193,7 +195,7 @@ void tst_ControlMapping::with_14_bits_the_first_data_byte_of_the_status_steps()
     stage.sendMidi(1 - side, moveStatus(1 - side), 100, 99);
     QCOMPARE(stage.step(1 - side), 0);
 
-    Stage::click(stage.players[size_t(side)].bits);
+    PlayerStage::click(stage.players[size_t(side)].bits);
     stage.sendMidi(side, moveStatus(side), 100, 64);
     QCOMPARE(stage.step(side), 63);
     stage.sendMidi(side, moveStatus(side), moveNumber(side), 64);
@@ -208,16 +210,16 @@ void tst_ControlMapping::a_message_of_both_bindings_moves_and_starts_data()
 void tst_ControlMapping::a_message_of_both_bindings_moves_and_starts()
 {
     QFETCH(int, side);
-    Stage::Settings settings = learntMidi();
+    PlayerStage::Settings settings = learntMidi();
     settings[midiKey(u"Start"_s, side, 0)] = QString::number(moveStatus(side));
     settings[midiKey(u"Start"_s, side, 1)] = QString::number(moveNumber(side));
-    Stage stage({u"First"_s, u"Second"_s}, 0, settings);
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, settings);
     openDevices(stage);
     stage.sendMidi(side, moveStatus(side), moveNumber(side), 127);
     QCOMPARE(stage.step(side), 63);
     QCOMPARE(stage.takeStart(), std::optional(side));
 
-    Stage::click(stage.players[size_t(side)].bits);
+    PlayerStage::click(stage.players[size_t(side)].bits);
     stage.sendMidi(side, moveStatus(side), 20, 127);
     QCOMPARE(stage.step(side), -44);
     QVERIFY(!stage.takeStart());
@@ -229,7 +231,7 @@ void tst_ControlMapping::a_message_of_both_bindings_moves_and_starts()
 void tst_ControlMapping::what_is_not_learnt_does_nothing()
 {
     // A number without a status is what a damaged file may hold.
-    Stage stage({u"First"_s, u"Second"_s}, 0,
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0,
         {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"ControlModeRight"_s, u"MIDI"_s},
             {u"CC_11"_s, u"7"_s}, {u"Start_11"_s, u"7"_s}});
     openDevices(stage);
@@ -245,9 +247,8 @@ void tst_ControlMapping::what_is_not_learnt_does_nothing()
 
 void tst_ControlMapping::no_message_reaches_another_side_or_binding()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
-    MainWindow &window = *stage.window;
     int strays = 0;
     int moves = 0;
     int starts = 0;
@@ -260,15 +261,14 @@ void tst_ControlMapping::no_message_reaches_another_side_or_binding()
                     const int number = low >> 8;
                     const int before = stage.step(side);
                     const int otherBefore = stage.step(1 - side);
-                    window.ReadMidiData(side, static_cast<unsigned char>(status),
-                        static_cast<unsigned char>(number), static_cast<unsigned char>(value));
+                    stage.receive(side, status, number, value);
                     const bool isMove =
                         status == moveStatus(side) && (fourteenBits || number == moveNumber(side));
                     const int step = !isMove ? before : (fourteenBits ? number : value) - 64;
                     const bool isStart = status == startStatus(side) && number == startNumber(side);
-                    const int start = isStart ? side : noSide;
+                    const int start = isStart ? side : notASide;
                     strays += stage.step(side) != step || stage.step(1 - side) != otherBefore
-                        || stage.takeStart().value_or(noSide) != start;
+                        || stage.takeStart().value_or(notASide) != start;
                     moves += isMove;
                     starts += isStart;
                 }
@@ -282,26 +282,26 @@ void tst_ControlMapping::no_message_reaches_another_side_or_binding()
 
 void tst_ControlMapping::a_play_of_no_side_is_ignored()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     for (const int play : {-1, 2, 3, std::numeric_limits<int>::max()}) {
         // Nor does it end a learn: 2 is also the mark for "no side".
-        stage.window->ReadMidiData(play, 0xB0, 7, 100);
-        stage.window->ReadMidiData(play, 0xB1, 8, 100);
-        stage.window->ReadMidiData(play, 0x90, 60, 100);
+        stage.receive(play, 0xB0, 7, 100);
+        stage.receive(play, 0xB1, 8, 100);
+        stage.receive(play, 0x90, 60, 100);
     }
     QCOMPARE(stage.step(0), 0);
     QCOMPARE(stage.step(1), 0);
     QVERIFY(!stage.takeStart());
-    const Stage::Settings settings = stage.settings();
-    const Stage::Settings learnt = learntMidi();
+    const PlayerStage::Settings settings = stage.settings();
+    const PlayerStage::Settings learnt = learntMidi();
     for (auto setting = learnt.begin(); setting != learnt.end(); ++setting)
         QCOMPARE(settings[setting.key()], setting.value());
 }
 
 void tst_ControlMapping::a_message_is_handled_on_the_thread_of_the_window()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     QThread *emittedOn = nullptr;
     QThread *handledOn = nullptr;
@@ -329,10 +329,10 @@ void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left
 void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left_its_device()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s, u"Third"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s, u"Third"_s}, 0, learntMidi());
     const auto word = static_cast<DWORD>(moveStatus(side) | moveNumber(side) << 8 | 127 << 16);
     openDevices(stage);
-    const Stage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     const auto leaveWithAMessageQueued = [&](const std::function<void()> &leave) {
         player.midi->click();
         player.midiList->setCurrentIndex(side + 1);
@@ -347,13 +347,13 @@ void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left
     stage.midi.openInputs.removeIf( // the one that was left open, to be opened again
         [&](const FakeMidi::Input &input) { return input.device == side; });
     leaveWithAMessageQueued([&] { player.midiList->setCurrentIndex(0); });
-    leaveWithAMessageQueued([&] { Stage::click(player.xbox); });
-    leaveWithAMessageQueued([&] { Stage::click(player.keyboard); });
+    leaveWithAMessageQueued([&] { PlayerStage::click(player.xbox); });
+    leaveWithAMessageQueued([&] { PlayerStage::click(player.keyboard); });
 }
 
 void tst_ControlMapping::another_device_stops_the_paddle_but_not_what_it_sends_itself()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     stage.open();
     QComboBox *list = stage.players[0].midiList;
     list->setCurrentIndex(1);

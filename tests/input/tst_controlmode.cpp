@@ -1,5 +1,5 @@
 #include "mididevices.h"
-#include "stage.h"
+#include "playerstage.h"
 
 #include <QTest>
 
@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QRadioButton *radioOf(const Stage::Player &player, const QString &mode)
+QRadioButton *radioOf(const PlayerStage::Player &player, const QString &mode)
 {
     return mode == "MIDI"_L1 ? player.midi : mode == "XBOX"_L1 ? player.xbox : player.keyboard;
 }
@@ -18,7 +18,7 @@ QString keyOf(int side)
 }
 
 /// What is left of a store without the modes.
-Stage::Settings others(Stage::Settings settings)
+PlayerStage::Settings others(PlayerStage::Settings settings)
 {
     settings.remove(keyOf(0));
     settings.remove(keyOf(1));
@@ -77,7 +77,7 @@ void tst_ControlMode::a_mode_shows_and_enables_what_belongs_to_it()
     QFETCH(QStringList, shown);
     QFETCH(bool, midiList);
     QFETCH(bool, xboxList);
-    const auto check = [&](const Stage::Player &player) {
+    const auto check = [&](const PlayerStage::Player &player) {
         const QList<std::pair<QString, QWidget *>> widgets = {{u"start"_s, player.learnStart},
             {u"move"_s, player.learnMove}, {u"up"_s, player.learnUp}, {u"down"_s, player.learnDown},
             {u"14 bits"_s, player.bits}};
@@ -93,12 +93,12 @@ void tst_ControlMode::a_mode_shows_and_enables_what_belongs_to_it()
     };
     // From every mode before, and as stored.
     for (const QString &before : {u"MIDI"_s, u"XBOX"_s, u"KEYBOARD"_s}) {
-        Stage stage({u"First"_s}, 1, {{keyOf(0), before}, {keyOf(1), before}});
+        PlayerStage stage({u"First"_s}, 1, {{keyOf(0), before}, {keyOf(1), before}});
         stage.open();
-        for (const Stage::Player &player : stage.players) {
+        for (const PlayerStage::Player &player : stage.players) {
             if (before == mode)
                 check(player);
-            Stage::click(radioOf(player, mode));
+            PlayerStage::click(radioOf(player, mode));
             check(player);
         }
     }
@@ -114,10 +114,11 @@ void tst_ControlMode::a_click_on_a_mode_writes_it_and_nothing_else()
     QFETCH(int, side);
     QFETCH(QString, mode);
     const QString before = mode == "MIDI"_L1 ? u"KEYBOARD"_s : u"MIDI"_s;
-    Stage stage({u"First"_s}, 1, {{keyOf(0), before}, {keyOf(1), before}, {u"XMoveL"_s, u"3"_s}});
+    PlayerStage stage(
+        {u"First"_s}, 1, {{keyOf(0), before}, {keyOf(1), before}, {u"XMoveL"_s, u"3"_s}});
     stage.open();
-    const Stage::Settings settings = stage.settings();
-    Stage::click(radioOf(stage.players[size_t(side)], mode));
+    const PlayerStage::Settings settings = stage.settings();
+    PlayerStage::click(radioOf(stage.players[size_t(side)], mode));
     QCOMPARE(stage.settings().value(keyOf(side)), mode);
     QCOMPARE(stage.settings().value(keyOf(1 - side)), before);
     QCOMPARE(others(stage.settings()), others(settings));
@@ -125,7 +126,7 @@ void tst_ControlMode::a_click_on_a_mode_writes_it_and_nothing_else()
 
 void tst_ControlMode::the_modes_are_written_at_the_start()
 {
-    Stage stage({}, 0, {{keyOf(1), u"midi"_s}});
+    PlayerStage stage({}, 0, {{keyOf(1), u"midi"_s}});
     stage.open();
     QCOMPARE(stage.settings().value(keyOf(0)), u"XBOX"_s);
     QCOMPARE(stage.settings().value(keyOf(1)), u"KEYBOARD"_s);
@@ -140,12 +141,12 @@ void tst_ControlMode::leaving_midi_closes_the_device()
 {
     QFETCH(int, side);
     QFETCH(QString, mode);
-    Stage stage({u"First"_s}, 1, {{keyOf(0), u"MIDI"_s}, {keyOf(1), u"MIDI"_s}});
+    PlayerStage stage({u"First"_s}, 1, {{keyOf(0), u"MIDI"_s}, {keyOf(1), u"MIDI"_s}});
     stage.open();
-    const Stage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     player.midiList->setCurrentIndex(1);
     stage.midi.takeCalls();
-    Stage::click(radioOf(player, mode));
+    PlayerStage::click(radioOf(player, mode));
     const bool stays = mode == "MIDI"_L1;
     QCOMPARE(player.midiList->currentIndex(), stays ? 1 : 0);
     QCOMPARE(stage.midi.takeDeviceCalls(),
@@ -160,18 +161,18 @@ void tst_ControlMode::a_pad_is_polled_in_its_mode_only_data()
 void tst_ControlMode::a_pad_is_polled_in_its_mode_only()
 {
     QFETCH(int, side);
-    Stage stage({}, 2);
+    PlayerStage stage({}, 2);
     stage.open();
-    const Stage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     player.xboxList->setCurrentIndex(2);
     stage.poll(1);
     QVERIFY(!stage.isPolled(0));
     for (QRadioButton *mode : {player.midi, player.keyboard}) {
-        Stage::click(mode);
+        PlayerStage::click(mode);
         QVERIFY(!stage.isPolled(1));
         // The list keeps the pad, and so does the player who comes back.
         QCOMPARE(player.xboxList->currentIndex(), 2);
-        Stage::click(player.xbox);
+        PlayerStage::click(player.xbox);
         stage.poll(1);
     }
     player.xboxList->setCurrentIndex(1);
@@ -190,20 +191,20 @@ void tst_ControlMode::leaving_a_mode_stops_the_paddle()
 {
     QFETCH(int, side);
     const QString letter = sideLetter(side);
-    Stage stage({u"First"_s}, 2,
+    PlayerStage stage({u"First"_s}, 2,
         {{midiKey(u"CC"_s, side, 0), u"176"_s}, {midiKey(u"CC"_s, side, 1), u"7"_s},
             {u"KeyboardUp"_s + letter, QString::number(Qt::Key_U)}});
     stage.open();
-    const Stage::Player &player = stage.players[size_t(side)];
-    Stage::click(player.midi);
+    const PlayerStage::Player &player = stage.players[size_t(side)];
+    PlayerStage::click(player.midi);
     player.midiList->setCurrentIndex(1);
     stage.sendMidi(0, 176, 7, 0);
     QCOMPARE(stage.step(side), -64);
-    Stage::click(player.keyboard);
+    PlayerStage::click(player.keyboard);
     QCOMPARE(stage.step(side), 0);
     QTest::keyPress(player.keyboard, Qt::Key_U);
     QCOMPARE(stage.step(side), 63);
-    Stage::click(player.xbox);
+    PlayerStage::click(player.xbox);
     QCOMPARE(stage.step(side), 0);
     player.xboxList->setCurrentIndex(1);
     stage.pads.pads[0].thumbLX = 32767;
@@ -220,7 +221,7 @@ void tst_ControlMode::leaving_a_mode_stops_the_paddle()
 
 void tst_ControlMode::a_mode_of_one_side_leaves_the_other_side_alone()
 {
-    Stage stage(
+    PlayerStage stage(
         {u"First"_s}, 1, {{keyOf(0), u"MIDI"_s}, {u"CC_00"_s, u"176"_s}, {u"CC_01"_s, u"7"_s}});
     stage.open();
     stage.players[0].midiList->setCurrentIndex(1);
@@ -229,28 +230,28 @@ void tst_ControlMode::a_mode_of_one_side_leaves_the_other_side_alone()
     stage.pads.pads[0].thumbLX = -32768;
     stage.poll(0);
     for (QRadioButton *mode : {stage.players[1].keyboard, stage.players[1].midi}) {
-        Stage::click(mode);
+        PlayerStage::click(mode);
         QCOMPARE(stage.step(0), 63);
         QCOMPARE(midiInLeft.getDeviceIndex(), 0);
     }
-    Stage::click(stage.players[1].xbox);
+    PlayerStage::click(stage.players[1].xbox);
     stage.pads.pads[0].thumbLX = 32767;
     stage.poll(0);
     QCOMPARE(stage.step(1), 63);
-    Stage::click(stage.players[0].keyboard);
+    PlayerStage::click(stage.players[0].keyboard);
     QCOMPARE(stage.step(0), 0);
     QCOMPARE(stage.step(1), 63);
 }
 
 void tst_ControlMode::clicks_that_wait_behind_a_mode_are_served_after_it()
 {
-    Stage stage({u"First"_s}, 0, {{keyOf(0), u"MIDI"_s}});
+    PlayerStage stage({u"First"_s}, 0, {{keyOf(0), u"MIDI"_s}});
     stage.open();
-    const Stage::Player &player = stage.players[0];
+    const PlayerStage::Player &player = stage.players[0];
     player.midiList->setCurrentIndex(1);
     // Waits like a click while the device takes its time to close.
     QMetaObject::invokeMethod(player.midi, &QRadioButton::click, Qt::QueuedConnection);
-    Stage::click(player.keyboard);
+    PlayerStage::click(player.keyboard);
     QCoreApplication::processEvents();
     QVERIFY(player.midi->isChecked());
     QVERIFY(player.midiList->isEnabled());

@@ -1,5 +1,5 @@
 #include "mididevices.h"
-#include "stage.h"
+#include "playerstage.h"
 
 #include <QTest>
 
@@ -71,9 +71,9 @@ void tst_DeviceLists::the_midi_lists_hold_the_devices_in_the_order_of_the_system
 void tst_DeviceLists::the_midi_lists_hold_the_devices_in_the_order_of_the_system()
 {
     QFETCH(QStringList, devices);
-    Stage stage(devices);
+    PlayerStage stage(devices);
     stage.open();
-    for (const Stage::Player &player : stage.players) {
+    for (const PlayerStage::Player &player : stage.players) {
         QCOMPARE(entries(player.midiList), QStringList{u"Select MIDI device"_s} + devices);
         QCOMPARE(player.midiList->currentIndex(), 0);
     }
@@ -96,14 +96,14 @@ void tst_DeviceLists::the_pad_lists_hold_the_unbroken_run_of_pads()
     QFETCH(QList<int>, connected);
     QFETCH(int, listed);
     QFETCH(QList<int>, probes);
-    Stage stage;
+    PlayerStage stage;
     for (const int pad : connected)
         stage.pads.pads[size_t(pad)].connected = true;
     stage.open();
     QStringList expected = {u"Select XBox device"_s, u"XBox Controller 1"_s, u"XBox Controller 2"_s,
         u"XBox Controller 3"_s, u"XBox Controller 4"_s};
     expected.resize(1 + listed);
-    for (const Stage::Player &player : stage.players) {
+    for (const PlayerStage::Player &player : stage.players) {
         QCOMPARE(entries(player.xboxList), expected);
         QCOMPARE(player.xboxList->currentIndex(), 0);
     }
@@ -115,13 +115,13 @@ void tst_DeviceLists::the_pad_lists_hold_the_unbroken_run_of_pads()
 
 void tst_DeviceLists::what_is_plugged_in_later_is_not_offered()
 {
-    Stage stage({u"First"_s}, 1, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s}, 1, bothOn(u"MIDI"_s));
     stage.open();
     stage.midi.inputs.append({.name = u"Second"_s});
     stage.pads.pads[1].connected = true;
-    for (const Stage::Player &player : stage.players) {
-        Stage::click(player.xbox);
-        Stage::click(player.midi);
+    for (const PlayerStage::Player &player : stage.players) {
+        PlayerStage::click(player.xbox);
+        PlayerStage::click(player.midi);
         QCOMPARE(player.midiList->count(), 2);
         QCOMPARE(player.xboxList->count(), 2);
     }
@@ -129,7 +129,7 @@ void tst_DeviceLists::what_is_plugged_in_later_is_not_offered()
 
 void tst_DeviceLists::nothing_is_opened_or_polled_at_the_start()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 2, {{u"ControlModeLeft"_s, u"MIDI"_s}});
+    PlayerStage stage({u"First"_s, u"Second"_s}, 2, {{u"ControlModeLeft"_s, u"MIDI"_s}});
     stage.open();
     QCOMPARE(stage.midi.takeDeviceCalls(), QStringList());
     for (const int side : {0, 1})
@@ -146,11 +146,11 @@ void tst_DeviceLists::choosing_a_device_opens_and_starts_it_data()
 void tst_DeviceLists::choosing_a_device_opens_and_starts_it()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     stage.players[size_t(side)].midiList->setCurrentIndex(2);
     QCOMPARE(stage.midi.takeDeviceCalls(), QStringList({u"midiInOpen 1"_s, u"midiInStart 1"_s}));
-    QCOMPARE(stage.midi.instances, {reinterpret_cast<DWORD_PTR>(stage.window.get())});
+    QCOMPARE(stage.midi.instances, {reinterpret_cast<DWORD_PTR>(stage.widget())});
     QCOMPARE(midiIn(side).getDeviceIndex(), 1);
     QCOMPARE(midiIn(side).getDeviceName(), u"Second"_s);
     QCOMPARE(midiIn(1 - side).getDeviceIndex(), -1);
@@ -165,7 +165,7 @@ void tst_DeviceLists::choosing_the_placeholder_stops_and_closes_the_device_data(
 void tst_DeviceLists::choosing_the_placeholder_stops_and_closes_the_device()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     QComboBox *list = stage.players[size_t(side)].midiList;
     list->setCurrentIndex(2);
@@ -178,7 +178,7 @@ void tst_DeviceLists::choosing_the_placeholder_stops_and_closes_the_device()
 
 void tst_DeviceLists::the_arrow_keys_choose_a_device()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     QComboBox *list = stage.players[1].midiList;
     QTest::keyClick(list, Qt::Key_Down);
@@ -189,7 +189,7 @@ void tst_DeviceLists::the_arrow_keys_choose_a_device()
 
 void tst_DeviceLists::of_two_devices_with_one_name_the_position_decides()
 {
-    Stage stage({u"USB MIDI"_s, u"USB MIDI"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"USB MIDI"_s, u"USB MIDI"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     stage.players[0].midiList->setCurrentIndex(2);
     stage.players[1].midiList->setCurrentIndex(1);
@@ -208,10 +208,10 @@ void tst_DeviceLists::a_device_that_cannot_be_opened_is_left_again_data()
 void tst_DeviceLists::a_device_that_cannot_be_opened_is_left_again()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.midi.inputs[1].openResult = MMSYSERR_NOMEM;
     stage.open();
-    const Stage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     QTest::ignoreMessage(QtDebugMsg, failureLine);
     player.midiList->setCurrentIndex(2);
     QCOMPARE(stage.midi.takeDeviceCalls(),
@@ -230,10 +230,10 @@ void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again_data()
 void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.midi.inputs[0].startResult = MMSYSERR_ERROR;
     stage.open();
-    const Stage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     QTest::ignoreMessage(QtDebugMsg, failureLine);
     player.midiList->setCurrentIndex(1);
     QCOMPARE(stage.midi.takeDeviceCalls(),
@@ -246,7 +246,7 @@ void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again()
 
 void tst_DeviceLists::a_device_unplugged_before_it_was_chosen_is_left_again()
 {
-    Stage stage({u"First"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     stage.midi.unplugInput(0);
     QTest::ignoreMessage(QtDebugMsg, failureLine);
@@ -263,11 +263,11 @@ void tst_DeviceLists::a_second_device_leaves_the_first_open_and_silent_data()
 void tst_DeviceLists::a_second_device_leaves_the_first_open_and_silent()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
-    const Stage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     player.midiList->setCurrentIndex(1);
-    Stage::click(player.learnMove);
+    PlayerStage::click(player.learnMove);
     stage.sendMidi(0, 0xB0, 7, 64);
     stage.midi.takeCalls();
     player.midiList->setCurrentIndex(2);
@@ -282,7 +282,7 @@ void tst_DeviceLists::a_second_device_leaves_the_first_open_and_silent()
 
 void tst_DeviceLists::a_second_device_that_fails_closes_the_first()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.midi.inputs[1].openResult = MMSYSERR_NOMEM;
     stage.open();
     stage.players[0].midiList->setCurrentIndex(1);
@@ -302,7 +302,7 @@ void tst_DeviceLists::the_placeholder_without_a_device_is_harmless_data()
 void tst_DeviceLists::the_placeholder_without_a_device_is_harmless()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s}, 0, bothOn(u"MIDI"_s), PlayerStage::WholeWindow);
     stage.open();
     stage.players[size_t(1 - side)].midiList->setCurrentIndex(1);
     stage.midi.takeCalls();
@@ -325,10 +325,10 @@ void tst_DeviceLists::a_device_serves_one_side_at_a_time_data()
 void tst_DeviceLists::a_device_serves_one_side_at_a_time()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
-    const Stage::Player &first = stage.players[size_t(side)];
-    const Stage::Player &second = stage.players[size_t(1 - side)];
+    const PlayerStage::Player &first = stage.players[size_t(side)];
+    const PlayerStage::Player &second = stage.players[size_t(1 - side)];
     first.midiList->setCurrentIndex(1);
     QTest::ignoreMessage(QtDebugMsg, failureLine);
     second.midiList->setCurrentIndex(1);
@@ -336,7 +336,7 @@ void tst_DeviceLists::a_device_serves_one_side_at_a_time()
     QCOMPARE(midiIn(1 - side).getDeviceIndex(), -1);
     QCOMPARE(first.midiList->currentIndex(), 1);
     QCOMPARE(midiIn(side).getDeviceIndex(), 0);
-    Stage::click(first.learnMove);
+    PlayerStage::click(first.learnMove);
     QCOMPARE(stage.sendMidi(0, 0xB0, 7, 64), 1);
     QCOMPARE(stage.sendMidi(0, 0xB0, 7, 127), 1);
     QCOMPARE(stage.step(side), 63);
@@ -354,11 +354,11 @@ void tst_DeviceLists::a_device_that_vanishes_can_be_left_data()
 void tst_DeviceLists::a_device_that_vanishes_can_be_left()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
-    const Stage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     player.midiList->setCurrentIndex(1);
-    Stage::click(player.learnMove);
+    PlayerStage::click(player.learnMove);
     stage.sendMidi(0, 0xB0, 7, 64);
     stage.sendMidi(0, 0xB0, 7, 100);
     QCOMPARE(stage.step(side), 36);
@@ -377,7 +377,7 @@ void tst_DeviceLists::a_device_that_vanishes_can_be_left()
 
 void tst_DeviceLists::no_device_is_open_after_the_window()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
     stage.players[0].midiList->setCurrentIndex(1);
     stage.players[1].midiList->setCurrentIndex(2);

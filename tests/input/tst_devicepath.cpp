@@ -1,5 +1,5 @@
 #include "allocations.h"
-#include "stage.h"
+#include "playerstage.h"
 #include "unseenpoll.h"
 
 #include <QTest>
@@ -17,13 +17,13 @@ long takenByQueuedCalls(QObject *object)
     return allocations() - before;
 }
 
-/// What Qt itself takes to deliver a queued call to a window: the menu bar looks at each.
-long takenByQt(QObject *window)
+/// The allocations that Qt itself makes to deliver a queued call.
+long takenByQt(QObject *object)
 {
-    QCoreApplication::sendPostedEvents(window, QEvent::MetaCall);
+    QCoreApplication::sendPostedEvents(object, QEvent::MetaCall);
     QMetaObject::invokeMethod(
-        window, [] {}, Qt::QueuedConnection);
-    return takenByQueuedCalls(window);
+        object, [] {}, Qt::QueuedConnection);
+    return takenByQueuedCalls(object);
 }
 
 } // namespace
@@ -57,17 +57,17 @@ void tst_DevicePath::a_midi_message_reaches_the_paddle_without_memory_data()
 void tst_DevicePath::a_midi_message_reaches_the_paddle_without_memory()
 {
     QFETCH(bool, fourteenBits);
-    Stage stage({u"First"_s}, 0,
+    PlayerStage stage({u"First"_s}, 0,
         {{u"CC_00"_s, u"176"_s}, {u"CC_01"_s, u"7"_s}, {u"Start_00"_s, u"144"_s},
             {u"Start_01"_s, u"60"_s}});
     stage.open();
     stage.players[0].bits->setChecked(fourteenBits);
-    stage.window->ReadMidiData(0, 176, 7, 64);
+    stage.receive(0, 176, 7, 64);
     const long before = allocations();
     for (int value = 0; value < 128; ++value) {
-        stage.window->ReadMidiData(0, 176, 7, static_cast<unsigned char>(value));
-        stage.window->ReadMidiData(0, 144, 60, static_cast<unsigned char>(value));
-        stage.window->ReadMidiData(1, 144, 60, static_cast<unsigned char>(value));
+        stage.receive(0, 176, 7, value);
+        stage.receive(0, 144, 60, value);
+        stage.receive(1, 144, 60, value);
     }
     const long taken = allocations() - before;
     QCOMPARE(taken, 0L);
@@ -77,36 +77,36 @@ void tst_DevicePath::a_midi_message_reaches_the_paddle_without_memory()
 
 void tst_DevicePath::a_queued_midi_message_takes_no_memory_beyond_qt()
 {
-    Stage stage({u"First"_s}, 0,
+    PlayerStage stage({u"First"_s}, 0,
         {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"CC_00"_s, u"176"_s}, {u"CC_01"_s, u"7"_s}});
     stage.open();
     stage.players[0].midiList->setCurrentIndex(1);
     for (const int value : {0, 127}) { // the first is to warm up
         QCoreApplication::processEvents();
         QCOMPARE(stage.midi.send(0, DWORD(176 | 7 << 8 | value << 16)), 1);
-        const long taken = takenByQueuedCalls(stage.window.get());
+        const long taken = takenByQueuedCalls(stage.widget());
         QCOMPARE(stage.step(0), value - 64);
         if (value == 127)
-            QCOMPARE(taken, takenByQt(stage.window.get()));
+            QCOMPARE(taken, takenByQt(stage.widget()));
     }
 }
 
 void tst_DevicePath::what_a_pad_has_queued_takes_no_memory_beyond_qt()
 {
-    Stage stage({}, 1);
+    PlayerStage stage({}, 1);
     UnseenPoll poll(stage);
     stage.open();
-    for (const Stage::Player &player : stage.players)
+    for (const PlayerStage::Player &player : stage.players)
         player.xboxList->setCurrentIndex(1);
     stage.pads.pads[0].thumbLX = -32768;
     stage.poll(0);
     QCOMPARE(stage.step(0), -64);
     poll.pushAndPress();
-    const long taken = takenByQueuedCalls(stage.window.get());
+    const long taken = takenByQueuedCalls(stage.controls());
     QCOMPARE(stage.step(0), 63);
     QCOMPARE(stage.step(1), 63);
     QCOMPARE(stage.takeStart(), std::optional(0));
-    QCOMPARE(taken, 2 * takenByQt(stage.window.get())); // the button and the stick
+    QCOMPARE(taken, 2 * takenByQt(stage.controls())); // the button and the stick
 }
 
 QTEST_MAIN(tst_DevicePath)

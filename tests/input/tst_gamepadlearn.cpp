@@ -1,4 +1,4 @@
-#include "stage.h"
+#include "playerstage.h"
 
 #include <QTest>
 
@@ -7,10 +7,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Opens the window with a pad of their own for both players.
-void openPads(Stage &stage)
+void openPads(PlayerStage &stage)
 {
     stage.open();
-    for (const Stage::Player &player : stage.players)
+    for (const PlayerStage::Player &player : stage.players)
         player.xboxList->setCurrentIndex(player.side + 1);
 }
 
@@ -52,14 +52,14 @@ void tst_GamepadLearn::a_stick_is_learnt_beyond_24999()
     QFETCH(int, side);
     QFETCH(int, deflection);
     QFETCH(bool, learnt);
-    Stage stage({}, 2);
+    PlayerStage stage({}, 2);
     openPads(stage);
-    const Stage::Settings before = stage.settings();
-    Stage::click(stage.players[size_t(side)].learnMove);
+    const PlayerStage::Settings before = stage.settings();
+    PlayerStage::click(stage.players[size_t(side)].learnMove);
     stage.pads.pads[size_t(side)].thumbRY = static_cast<SHORT>(deflection);
     stage.poll(size_t(side));
-    const Stage::Settings expected = {{u"XMove"_s + sideLetter(side), u"3"_s}};
-    QCOMPARE(stage.settingsSince(before), learnt ? expected : Stage::Settings());
+    const PlayerStage::Settings expected = {{u"XMove"_s + sideLetter(side), u"3"_s}};
+    QCOMPARE(stage.settingsSince(before), learnt ? expected : PlayerStage::Settings());
     QCOMPARE(stage.learning().isEmpty(), learnt);
     QCOMPARE(stage.step(side), 0);
 }
@@ -79,21 +79,21 @@ void tst_GamepadLearn::a_button_is_learnt_by_a_press_or_a_release()
 {
     QFETCH(int, side);
     QFETCH(bool, press);
-    Stage stage({}, 2);
+    PlayerStage stage({}, 2);
     openPads(stage);
     const auto pad = size_t(side);
     if (!press) {
         stage.pads.pads[pad].buttons = XINPUT_GAMEPAD_Y;
         stage.poll(pad);
     }
-    const Stage::Settings before = stage.settings();
-    Stage::click(stage.players[pad].learnStart);
+    const PlayerStage::Settings before = stage.settings();
+    PlayerStage::click(stage.players[pad].learnStart);
     stage.poll(pad);
     QCOMPARE(stage.learning(), QStringList{stage.players[pad].learnStart->objectName()});
     stage.pads.pads[pad].buttons = press ? XINPUT_GAMEPAD_Y : WORD(0);
     stage.poll(pad);
-    QCOMPARE(
-        stage.settingsSince(before), (Stage::Settings{{u"XStart"_s + sideLetter(side), u"3"_s}}));
+    QCOMPARE(stage.settingsSince(before),
+        (PlayerStage::Settings{{u"XStart"_s + sideLetter(side), u"3"_s}}));
     QCOMPARE(stage.learning(), QStringList());
     QCOMPARE(stage.players[pad].learnStart->text(), u"Click to learn Start - Button 3"_s);
     QVERIFY(!stage.takeStart());
@@ -114,13 +114,13 @@ void tst_GamepadLearn::a_paddle_does_not_follow_the_pad_from_which_move_is_learn
 void tst_GamepadLearn::a_paddle_does_not_follow_the_pad_from_which_move_is_learnt()
 {
     QFETCH(int, side);
-    Stage stage({}, 2);
+    PlayerStage stage({}, 2);
     openPads(stage);
     const auto pad = size_t(side);
     stage.pads.pads[pad].thumbLX = 20000;
     stage.poll(pad);
     QCOMPARE(stage.step(side), 39);
-    Stage::click(stage.players[pad].learnMove);
+    PlayerStage::click(stage.players[pad].learnMove);
     QCOMPARE(stage.step(side), 0);
     stage.pads.pads[pad].thumbLX = 24000;
     stage.poll(pad);
@@ -148,11 +148,11 @@ void tst_GamepadLearn::a_paddle_does_not_follow_the_pad_from_which_move_is_learn
 
 void tst_GamepadLearn::start_does_not_start_while_it_is_learnt_but_the_stick_moves()
 {
-    Stage stage({}, 2);
+    PlayerStage stage({}, 2);
     openPads(stage);
     stage.pads.pads[0].thumbLX = 32767;
     stage.poll(0);
-    Stage::click(stage.players[0].learnStart);
+    PlayerStage::click(stage.players[0].learnStart);
     QCOMPARE(stage.step(0), 63);
     stage.pads.pads[0].thumbLX = -32768;
     stage.poll(0);
@@ -171,17 +171,17 @@ void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody_data()
 void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody()
 {
     QFETCH(int, side);
-    Stage stage({}, 1);
+    PlayerStage stage({}, 1);
     stage.open();
-    for (const Stage::Player &player : stage.players)
+    for (const PlayerStage::Player &player : stage.players)
         player.xboxList->setCurrentIndex(1);
     FakePads::Pad &pad = stage.pads.pads[0];
     // Both play on the same stick and button, of which one is to have others.
-    Stage::click(stage.players[size_t(side)].learnStart);
+    PlayerStage::click(stage.players[size_t(side)].learnStart);
     pad.buttons = XINPUT_GAMEPAD_A;
     stage.poll(0);
     QVERIFY(!stage.takeStart());
-    Stage::click(stage.players[size_t(side)].learnMove);
+    PlayerStage::click(stage.players[size_t(side)].learnMove);
     pad.thumbLX = 20000;
     stage.poll(0);
     QCOMPARE(stage.step(1 - side), 0);
@@ -198,15 +198,15 @@ void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody()
 
 void tst_GamepadLearn::a_pad_of_the_other_side_is_not_learnt_from()
 {
-    Stage stage({}, 2);
+    PlayerStage stage({}, 2);
     openPads(stage);
-    const Stage::Settings before = stage.settings();
-    Stage::click(stage.players[1].learnMove);
+    const PlayerStage::Settings before = stage.settings();
+    PlayerStage::click(stage.players[1].learnMove);
     stage.pads.pads[0].thumbRY = 32767;
     stage.pads.pads[0].buttons = XINPUT_GAMEPAD_Y;
     stage.poll(0);
     QCOMPARE(stage.settings(), before);
-    Stage::click(stage.players[1].learnStart);
+    PlayerStage::click(stage.players[1].learnStart);
     stage.pads.pads[0].buttons = 0;
     stage.poll(0);
     QCOMPARE(stage.settings(), before);
@@ -215,11 +215,11 @@ void tst_GamepadLearn::a_pad_of_the_other_side_is_not_learnt_from()
 
 void tst_GamepadLearn::a_cancelled_pad_learn_leaves_the_pad_playing()
 {
-    Stage stage({}, 2);
+    PlayerStage stage({}, 2);
     openPads(stage);
     for (QPushButton *button : {stage.players[0].learnMove, stage.players[0].learnStart}) {
-        Stage::click(button);
-        Stage::click(button);
+        PlayerStage::click(button);
+        PlayerStage::click(button);
     }
     stage.pads.pads[0].thumbLX = 32767;
     stage.pads.pads[0].buttons = XINPUT_GAMEPAD_A;

@@ -1,4 +1,4 @@
-#include "stage.h"
+#include "playerstage.h"
 #include "unseenpoll.h"
 
 #include <QTest>
@@ -11,10 +11,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Opens the window with pad `pads[side]` chosen for each side, counted from 1.
-void openPads(Stage &stage, const std::array<int, 2> &pads)
+void openPads(PlayerStage &stage, const std::array<int, 2> &pads)
 {
     stage.open();
-    for (const Stage::Player &player : stage.players)
+    for (const PlayerStage::Player &player : stage.players)
         player.xboxList->setCurrentIndex(pads[size_t(player.side)]);
 }
 
@@ -65,9 +65,9 @@ void tst_GamepadPlay::a_stick_steps_the_paddle_by_the_sensitivity()
     QFETCH(int, slider);
     QFETCH(int, deflection);
     QFETCH(int, step);
-    Stage stage({}, 2);
+    PlayerStage stage({}, 2);
     openPads(stage, {1, 2});
-    for (const Stage::Player &player : stage.players) {
+    for (const PlayerStage::Player &player : stage.players) {
         const auto pad = size_t(player.side);
         player.sensitivity->setValue(slider);
         stage.pads.pads[pad].thumbLX = 10000;
@@ -87,7 +87,7 @@ void tst_GamepadPlay::without_bindings_the_first_stick_and_button_play_data()
 void tst_GamepadPlay::without_bindings_the_first_stick_and_button_play()
 {
     QFETCH(int, side);
-    Stage stage({}, 1);
+    PlayerStage stage({}, 1);
     stage.open();
     stage.players[size_t(side)].xboxList->setCurrentIndex(1);
     stage.pads.pads[0].thumbLX = 32767;
@@ -107,7 +107,7 @@ void tst_GamepadPlay::the_learnt_stick_and_button_play_and_no_other_data()
 void tst_GamepadPlay::the_learnt_stick_and_button_play_and_no_other()
 {
     QFETCH(int, side);
-    Stage stage({}, 1,
+    PlayerStage stage({}, 1,
         {{u"XMoveL"_s, u"3"_s}, {u"XMoveR"_s, u"3"_s}, {u"XStartL"_s, u"10"_s},
             {u"XStartR"_s, u"10"_s}});
     stage.open();
@@ -131,7 +131,7 @@ void tst_GamepadPlay::the_learnt_stick_and_button_play_and_no_other()
 
 void tst_GamepadPlay::a_press_starts_once_and_a_release_not_at_all()
 {
-    Stage stage({}, 1);
+    PlayerStage stage({}, 1);
     openPads(stage, {1, 0});
     stage.pads.pads[0].buttons = XINPUT_GAMEPAD_A;
     stage.poll(0);
@@ -148,7 +148,7 @@ void tst_GamepadPlay::a_press_starts_once_and_a_release_not_at_all()
 
 void tst_GamepadPlay::bindings_that_no_pad_has_never_play()
 {
-    Stage stage({}, 1,
+    PlayerStage stage({}, 1,
         {{u"XMoveL"_s, u"4"_s}, {u"XMoveR"_s, u"-1"_s}, {u"XStartL"_s, u"16"_s},
             {u"XStartR"_s, u"-2147483648"_s}});
     openPads(stage, {1, 1});
@@ -166,7 +166,7 @@ void tst_GamepadPlay::bindings_that_no_pad_has_never_play()
 
 void tst_GamepadPlay::each_player_plays_on_a_pad_of_their_own()
 {
-    Stage stage({}, 3);
+    PlayerStage stage({}, 3);
     openPads(stage, {3, 1});
     stage.pads.pads[0].thumbLX = 32767;
     stage.pads.pads[2].thumbLX = -32768;
@@ -185,7 +185,7 @@ void tst_GamepadPlay::each_player_plays_on_a_pad_of_their_own()
 
 void tst_GamepadPlay::both_players_play_on_one_pad()
 {
-    Stage stage({}, 1,
+    PlayerStage stage({}, 1,
         {{u"XMoveL"_s, u"1"_s}, {u"XMoveR"_s, u"3"_s}, {u"XStartL"_s, u"14"_s},
             {u"XStartR"_s, u"15"_s}});
     openPads(stage, {1, 1});
@@ -205,7 +205,7 @@ void tst_GamepadPlay::both_players_play_on_one_pad()
 
 void tst_GamepadPlay::both_players_play_on_one_stick()
 {
-    Stage stage({}, 1);
+    PlayerStage stage({}, 1);
     openPads(stage, {1, 1});
     stage.players[1].sensitivity->setValue(768);
     stage.pads.pads[0].thumbLX = 32767;
@@ -222,7 +222,7 @@ void tst_GamepadPlay::a_player_who_leaves_a_shared_pad_leaves_it_to_the_other_da
 void tst_GamepadPlay::a_player_who_leaves_a_shared_pad_leaves_it_to_the_other()
 {
     QFETCH(int, side);
-    Stage stage({}, 1);
+    PlayerStage stage({}, 1);
     openPads(stage, {1, 1});
     stage.pads.pads[0].thumbLX = 32767;
     stage.poll(0);
@@ -237,14 +237,14 @@ void tst_GamepadPlay::a_player_who_leaves_a_shared_pad_leaves_it_to_the_other()
 
 void tst_GamepadPlay::both_pads_unplugged_in_a_rally_stop_and_come_back()
 {
-    Stage stage({}, 2);
+    PlayerStage stage({}, 2, {}, PlayerStage::WholeWindow);
     stage.host.ready = 1;
     openPads(stage, {1, 2});
-    const Pong &game = stage.window->game();
-    auto *show = stage.window->findChild<QPushButton *>(u"showButton"_s);
+    const Pong &game = stage.game();
+    auto *show = stage.widget()->findChild<QPushButton *>(u"showButton"_s);
     // The host's readiness selects its first zone.
-    QTRY_COMPARE(stage.window->findChild<QComboBox *>(u"zoneComboBox"_s)->currentIndex(), 1);
-    Stage::click(show);
+    QTRY_COMPARE(stage.widget()->findChild<QComboBox *>(u"zoneComboBox"_s)->currentIndex(), 1);
+    PlayerStage::click(show);
     auto &pads = stage.pads.pads;
     for (int press = 0; press < 2; ++press) { // leaves the score display, then serves
         pads[0].buttons = XINPUT_GAMEPAD_A;
@@ -281,7 +281,7 @@ void tst_GamepadPlay::both_pads_unplugged_in_a_rally_stop_and_come_back()
 
 void tst_GamepadPlay::a_pad_is_handled_on_the_thread_of_the_window()
 {
-    Stage stage({}, 1);
+    PlayerStage stage({}, 1);
     UnseenPoll poll(stage);
     openPads(stage, {1, 0});
     poll.pushAndPress();
@@ -296,26 +296,26 @@ void tst_GamepadPlay::a_pad_is_handled_on_the_thread_of_the_window()
 
 void tst_GamepadPlay::what_a_pad_has_in_the_queue_does_not_move_a_paddle_that_left_it_data()
 {
-    using Leave = std::function<void(const Stage::Player &)>;
+    using Leave = std::function<void(const PlayerStage::Player &)>;
     QTest::addColumn<Leave>("leave");
     QTest::addRow("for no pad") << Leave(
-        [](const Stage::Player &player) { player.xboxList->setCurrentIndex(0); });
+        [](const PlayerStage::Player &player) { player.xboxList->setCurrentIndex(0); });
     QTest::addRow("for another pad")
-        << Leave([](const Stage::Player &player) { player.xboxList->setCurrentIndex(2); });
+        << Leave([](const PlayerStage::Player &player) { player.xboxList->setCurrentIndex(2); });
     QTest::addRow("for MIDI") << Leave(
-        [](const Stage::Player &player) { Stage::click(player.midi); });
+        [](const PlayerStage::Player &player) { PlayerStage::click(player.midi); });
     QTest::addRow("for the keyboard")
-        << Leave([](const Stage::Player &player) { Stage::click(player.keyboard); });
+        << Leave([](const PlayerStage::Player &player) { PlayerStage::click(player.keyboard); });
 }
 
 void tst_GamepadPlay::what_a_pad_has_in_the_queue_does_not_move_a_paddle_that_left_it()
 {
-    QFETCH(std::function<void(const Stage::Player &)>, leave);
+    QFETCH(std::function<void(const PlayerStage::Player &)>, leave);
     for (const int side : {0, 1}) {
-        Stage stage({}, 2);
+        PlayerStage stage({}, 2);
         UnseenPoll poll(stage);
         stage.open();
-        const Stage::Player &player = stage.players[size_t(side)];
+        const PlayerStage::Player &player = stage.players[size_t(side)];
         player.xboxList->setCurrentIndex(1);
         poll.pushAndPress();
         leave(player);

@@ -28,7 +28,7 @@ private slots:
     void only_a_player_on_the_keyboard_hears_it();
 
 private:
-    void start(const Stage::Settings &others = {})
+    void start(const PlayerStage::Settings &others = {})
     {
         m_stage = std::make_unique<KeyboardStage>(others);
     }

@@ -43,9 +43,9 @@ private slots:
     void leaving_the_window_stops_no_paddle_of_another_device();
 
 private:
-    void start(const Stage::Settings &others = {}, const QStringList &midiDevices = {})
+    void start(const PlayerStage::Settings &others = {}, const QStringList &midiDevices = {})
     {
-        m_stage = std::make_unique<KeyboardStage>(others, midiDevices);
+        m_stage = std::make_unique<KeyboardStage>(others, midiDevices, PlayerStage::WholeWindow);
     }
 
     std::unique_ptr<KeyboardStage> m_stage;
@@ -55,7 +55,7 @@ void tst_KeyFocus::a_key_works_whichever_widget_has_the_focus()
 {
     start();
     int tried = 0;
-    for (QWidget *widget : m_stage->window->findChildren<QWidget *>()) {
+    for (QWidget *widget : m_stage->widget()->findChildren<QWidget *>()) {
         if (!widget->isVisible() || !widget->isEnabled() || !(widget->focusPolicy() & Qt::TabFocus))
             continue;
         widget->setFocus();
@@ -94,7 +94,7 @@ void tst_KeyFocus::a_used_key_goes_no_further()
     QFETCH(bool, used);
     start();
     m_stage->players[0].learnUp->setFocus(); // a button, which has no use for letters
-    const UnusedKeys unused(m_stage->window.get());
+    const UnusedKeys unused(m_stage->widget());
     m_stage->send(type, key, autoRepeat);
     QCOMPARE(unused.types, used ? QList<QEvent::Type>() : QList<QEvent::Type>{type});
 }
@@ -117,7 +117,7 @@ void tst_KeyFocus::a_key_without_a_code_is_not_what_was_not_learnt()
     start({{u"KeyboardUpL"_s, u"0"_s}, {u"KeyboardStartL"_s, u"0"_s}});
     m_stage->press(Qt::Key_S);
     m_stage->players[0].learnUp->setFocus();
-    const UnusedKeys unused(m_stage->window.get());
+    const UnusedKeys unused(m_stage->widget());
     m_stage->send(QEvent::KeyPress, 0);
     m_stage->send(QEvent::KeyRelease, 0);
     QCOMPARE(m_stage->step(0), fullDown);
@@ -128,7 +128,7 @@ void tst_KeyFocus::a_key_without_a_code_is_not_what_was_not_learnt()
 void tst_KeyFocus::a_dialog_keeps_its_keys()
 {
     start();
-    QDialog dialog(m_stage->window.get());
+    QDialog dialog(m_stage->widget());
     QLineEdit line(&dialog);
     dialog.show();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
@@ -157,16 +157,16 @@ void tst_KeyFocus::the_paddle_stops_when_a_list_pops_up()
 {
     start();
     m_stage->press(Qt::Key_W);
-    auto *zones = m_stage->window->findChild<QComboBox *>(u"zoneComboBox"_s);
+    auto *zones = m_stage->widget()->findChild<QComboBox *>(u"zoneComboBox"_s);
     QTest::mouseClick(zones, Qt::LeftButton);
     QVERIFY(QApplication::activePopupWidget());
     QCOMPARE(m_stage->step(0), 0);
     zones->hidePopup();
     // The popup took the focus of the window system too, and gives it back in its own time.
     QTRY_VERIFY(!QGuiApplication::focusWindow()
-        || QGuiApplication::focusWindow() == m_stage->window->windowHandle());
-    m_stage->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_stage->window.get()));
+        || QGuiApplication::focusWindow() == m_stage->widget()->windowHandle());
+    m_stage->widget()->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_stage->widget()));
     QCoreApplication::processEvents();
     m_stage->press(Qt::Key_W);
     QCOMPARE(m_stage->step(0), fullUp);
@@ -176,7 +176,7 @@ void tst_KeyFocus::a_change_of_focus_inside_the_window_stops_nothing()
 {
     start();
     m_stage->press(Qt::Key_W);
-    QTest::keyClick(m_stage->window->windowHandle(), Qt::Key_Tab);
+    QTest::keyClick(m_stage->widget()->windowHandle(), Qt::Key_Tab);
     m_stage->players[1].sensitivity->setFocus();
     QCOMPARE(m_stage->step(0), fullUp);
 }

@@ -1,4 +1,4 @@
-#include "stage.h"
+#include "playerstage.h"
 
 #include <QKeyEvent>
 #include <QTest>
@@ -27,16 +27,16 @@ QString keyOf(const QString &control, int side)
     return u"Keyboard"_s + control + (side == 0 ? u'L' : u'R');
 }
 
-QPushButton *buttonOf(const Stage &stage, const QString &control, int side)
+QPushButton *buttonOf(const PlayerStage &stage, const QString &control, int side)
 {
-    const Stage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     return control == u"Up"_s  ? player.learnUp
         : control == u"Down"_s ? player.learnDown
                                : player.learnStart;
 }
 
 /// The buttons that say that they are learning.
-QList<QPushButton *> learningButtons(const Stage &stage)
+QList<QPushButton *> learningButtons(const PlayerStage &stage)
 {
     QList<QPushButton *> learning;
     for (const int side : {0, 1}) {
@@ -77,18 +77,18 @@ private slots:
     void learning_a_direction_stops_the_paddle();
 
 private:
-    void start(const Stage::Settings &settings, const QStringList &midiDevices = {});
-    void press(Qt::Key key) const { QTest::keyPress(m_stage->window->windowHandle(), key); }
+    void start(const PlayerStage::Settings &settings, const QStringList &midiDevices = {});
+    void press(Qt::Key key) const { QTest::keyPress(m_stage->widget()->windowHandle(), key); }
     void learn(const QString &control, int side) const
     {
-        Stage::click(buttonOf(*m_stage, control, side));
+        PlayerStage::click(buttonOf(*m_stage, control, side));
     }
     QString stored(const QString &control, int side) const
     {
         return m_stage->settings().value(keyOf(control, side));
     }
 
-    std::unique_ptr<Stage> m_stage;
+    std::unique_ptr<PlayerStage> m_stage;
 };
 
 void tst_KeyLearn::cleanup()
@@ -96,11 +96,11 @@ void tst_KeyLearn::cleanup()
     m_stage.reset();
 }
 
-void tst_KeyLearn::start(const Stage::Settings &settings, const QStringList &midiDevices)
+void tst_KeyLearn::start(const PlayerStage::Settings &settings, const QStringList &midiDevices)
 {
-    m_stage = std::make_unique<Stage>(midiDevices, 0, settings);
+    m_stage = std::make_unique<PlayerStage>(midiDevices, 0, settings);
     m_stage->open();
-    QVERIFY(QTest::qWaitForWindowActive(m_stage->window.get()));
+    QVERIFY(QTest::qWaitForWindowActive(m_stage->widget()));
 }
 
 namespace {
@@ -127,7 +127,7 @@ void tst_KeyLearn::a_player_on_the_keyboard_has_three_keys_to_learn()
 {
     QFETCH(int, side);
     QFETCH(QString, control);
-    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
+    PlayerStage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(keyOf(control, side), QString::number(Qt::Key_W));
     start(settings);
     for (const int s : {0, 1}) {
@@ -153,15 +153,15 @@ void tst_KeyLearn::a_key_is_learnt_by_the_next_press()
     QFETCH(int, side);
     QFETCH(QString, control);
     start(bothOn(u"KEYBOARD"_s));
-    const Stage::Settings before = m_stage->settings();
+    const PlayerStage::Settings before = m_stage->settings();
     QPushButton *button = buttonOf(*m_stage, control, side);
-    Stage::click(button);
+    PlayerStage::click(button);
     QCOMPARE(learningButtons(*m_stage), QList<QPushButton *>{button});
     press(Qt::Key_W);
     QCOMPARE(learningButtons(*m_stage), QList<QPushButton *>());
     QCOMPARE(button->text(), u"Click to learn "_s + control + u" - "_s);
     QCOMPARE(button->styleSheet(), learntLook);
-    Stage::Settings expected = before;
+    PlayerStage::Settings expected = before;
     expected.insert(keyOf(control, side), QString::number(Qt::Key_W));
     QCOMPARE(m_stage->settings(), expected);
     QCOMPARE(m_stage->step(side), 0);
@@ -180,7 +180,7 @@ void tst_KeyLearn::a_second_click_cancels()
     QFETCH(int, side);
     QFETCH(QString, control);
     start(bothOn(u"KEYBOARD"_s));
-    const Stage::Settings before = m_stage->settings();
+    const PlayerStage::Settings before = m_stage->settings();
     learn(control, side);
     learn(control, side);
     QCOMPARE(learningButtons(*m_stage), QList<QPushButton *>());
@@ -194,7 +194,7 @@ void tst_KeyLearn::a_second_click_cancels()
 void tst_KeyLearn::only_one_control_is_learnt_at_a_time()
 {
     start(bothOn(u"KEYBOARD"_s));
-    const Stage::Settings before = m_stage->settings();
+    const PlayerStage::Settings before = m_stage->settings();
     QList<QPushButton *> buttons;
     for (const int side : {0, 1}) {
         for (const QString &control : controls())
@@ -204,10 +204,10 @@ void tst_KeyLearn::only_one_control_is_learnt_at_a_time()
         for (QPushButton *second : std::as_const(buttons)) {
             if (first == second)
                 continue;
-            Stage::click(first);
-            Stage::click(second);
+            PlayerStage::click(first);
+            PlayerStage::click(second);
             QCOMPARE(learningButtons(*m_stage), QList<QPushButton *>{second});
-            Stage::click(second);
+            PlayerStage::click(second);
             QCOMPARE(learningButtons(*m_stage), QList<QPushButton *>());
         }
     }
@@ -229,7 +229,7 @@ void tst_KeyLearn::a_learnt_key_plays_and_is_kept()
 
 void tst_KeyLearn::a_key_that_is_bound_already_is_learnt_too()
 {
-    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
+    PlayerStage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(u"KeyboardStartL"_s, QString::number(Qt::Key_W));
     start(settings);
     learn(u"Down"_s, 0);
@@ -241,7 +241,7 @@ void tst_KeyLearn::a_key_that_is_bound_already_is_learnt_too()
 
 void tst_KeyLearn::a_key_of_the_right_player_is_learnt_for_the_left()
 {
-    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
+    PlayerStage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(u"KeyboardDownR"_s, QString::number(Qt::Key_K));
     start(settings);
     learn(u"Up"_s, 0);
@@ -252,7 +252,7 @@ void tst_KeyLearn::a_key_of_the_right_player_is_learnt_for_the_left()
 
 void tst_KeyLearn::the_keys_of_the_left_player_go_on_while_the_right_learns()
 {
-    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
+    PlayerStage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(u"KeyboardUpL"_s, QString::number(Qt::Key_W));
     settings.insert(u"KeyboardStartL"_s, QString::number(Qt::Key_D));
     start(settings);
@@ -295,7 +295,7 @@ void tst_KeyLearn::a_key_without_a_code_is_not_learnt()
     start(bothOn(u"KEYBOARD"_s));
     learn(u"Up"_s, 0);
     QKeyEvent event(QEvent::KeyPress, 0, {});
-    QCoreApplication::sendEvent(m_stage->window->focusWidget(), &event);
+    QCoreApplication::sendEvent(m_stage->widget()->focusWidget(), &event);
     QCOMPARE(learningButtons(*m_stage), QList<QPushButton *>{m_stage->players[0].learnUp});
     QCOMPARE(stored(u"Up"_s, 0), QString());
 }
@@ -314,7 +314,7 @@ void tst_KeyLearn::keys_that_operate_widgets_are_learnt()
     start(bothOn(u"KEYBOARD"_s));
     learn(u"Down"_s, 0);
     press(key);
-    QTest::keyRelease(m_stage->window->windowHandle(), key);
+    QTest::keyRelease(m_stage->widget()->windowHandle(), key);
     QCOMPARE(stored(u"Down"_s, 0), QString::number(key));
     QCOMPARE(learningButtons(*m_stage), QList<QPushButton *>());
     press(key);
@@ -323,7 +323,7 @@ void tst_KeyLearn::keys_that_operate_widgets_are_learnt()
 
 void tst_KeyLearn::learning_a_direction_stops_the_paddle()
 {
-    Stage::Settings settings = bothOn(u"KEYBOARD"_s);
+    PlayerStage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(u"KeyboardUpL"_s, QString::number(Qt::Key_W));
     start(settings);
     for (const QString &control : {u"Up"_s, u"Down"_s}) {

@@ -1,4 +1,4 @@
-#include "stage.h"
+#include "playerstage.h"
 
 #include <QTest>
 
@@ -7,10 +7,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Opens the window with a MIDI device of their own for both players.
-void openDevices(Stage &stage)
+void openDevices(PlayerStage &stage)
 {
     stage.open();
-    for (const Stage::Player &player : stage.players)
+    for (const PlayerStage::Player &player : stage.players)
         player.midiList->setCurrentIndex(player.side + 1);
 }
 
@@ -54,13 +54,13 @@ void tst_Learn::move_is_learnt_from_the_first_message()
     QFETCH(int, side);
     QFETCH(int, status);
     QFETCH(int, number);
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     openDevices(stage);
-    const Stage::Settings before = stage.settings();
-    Stage::click(stage.players[size_t(side)].learnMove);
+    const PlayerStage::Settings before = stage.settings();
+    PlayerStage::click(stage.players[size_t(side)].learnMove);
     stage.sendMidi(side, status, number, 100);
     QCOMPARE(stage.settingsSince(before),
-        (Stage::Settings{{midiKey(u"CC"_s, side, 0), QString::number(status)},
+        (PlayerStage::Settings{{midiKey(u"CC"_s, side, 0), QString::number(status)},
             {midiKey(u"CC"_s, side, 1), QString::number(number)}}));
     QCOMPARE(stage.learning(), QStringList());
     QCOMPARE(stage.step(side), 0);
@@ -77,13 +77,13 @@ void tst_Learn::start_is_learnt_from_the_first_message_data()
 void tst_Learn::start_is_learnt_from_the_first_message()
 {
     QFETCH(int, side);
-    Stage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     openDevices(stage);
-    const Stage::Settings before = stage.settings();
-    Stage::click(stage.players[size_t(side)].learnStart);
+    const PlayerStage::Settings before = stage.settings();
+    PlayerStage::click(stage.players[size_t(side)].learnStart);
     stage.sendMidi(side, 0x90, 60, 0);
     QCOMPARE(stage.settingsSince(before),
-        (Stage::Settings{
+        (PlayerStage::Settings{
             {midiKey(u"Start"_s, side, 0), u"144"_s}, {midiKey(u"Start"_s, side, 1), u"60"_s}}));
     QCOMPARE(stage.learning(), QStringList());
     QVERIFY(!stage.takeStart());
@@ -101,17 +101,17 @@ void tst_Learn::messages_of_the_other_side_play_while_a_side_learns()
 {
     QFETCH(int, side);
     const int other = 1 - side;
-    Stage::Settings settings = bothOn(u"MIDI"_s);
+    PlayerStage::Settings settings = bothOn(u"MIDI"_s);
     settings[midiKey(u"CC"_s, other, 0)] = u"176"_s;
     settings[midiKey(u"CC"_s, other, 1)] = u"7"_s;
     settings[midiKey(u"Start"_s, other, 0)] = u"144"_s;
     settings[midiKey(u"Start"_s, other, 1)] = u"60"_s;
-    Stage stage({u"First"_s, u"Second"_s}, 0, settings);
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, settings);
     openDevices(stage);
-    const Stage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     for (QPushButton *button : {player.learnMove, player.learnStart}) {
-        const Stage::Settings before = stage.settings();
-        Stage::click(button);
+        const PlayerStage::Settings before = stage.settings();
+        PlayerStage::click(button);
         stage.sendMidi(other, 176, 7, 127);
         QCOMPARE(stage.step(other), 63);
         stage.sendMidi(other, 176, 7, 0);
@@ -128,15 +128,15 @@ void tst_Learn::messages_of_the_other_side_play_while_a_side_learns()
 
 void tst_Learn::the_message_that_is_learnt_plays_nothing()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 0,
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0,
         {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"CC_00"_s, u"176"_s}, {u"CC_01"_s, u"7"_s},
             {u"Start_00"_s, u"176"_s}, {u"Start_01"_s, u"7"_s}});
     openDevices(stage);
-    const Stage::Player &player = stage.players[0];
+    const PlayerStage::Player &player = stage.players[0];
     stage.sendMidi(0, 176, 7, 80);
     QCOMPARE(stage.takeStart(), std::optional(0));
     for (QPushButton *button : {player.learnMove, player.learnStart}) {
-        Stage::click(button);
+        PlayerStage::click(button);
         stage.sendMidi(0, 176, 7, 127);
         // The learnt message is over; what held the paddle before it still does.
         QCOMPARE(stage.step(0), 16);
@@ -164,21 +164,21 @@ void tst_Learn::a_second_click_cancels()
 {
     QFETCH(QString, mode);
     QFETCH(QString, button);
-    Stage stage({u"First"_s, u"Second"_s}, 2,
+    PlayerStage stage({u"First"_s, u"Second"_s}, 2,
         {{u"ControlModeLeft"_s, mode}, {u"ControlModeRight"_s, mode}});
     stage.open();
-    for (const Stage::Player &player : stage.players) {
+    for (const PlayerStage::Player &player : stage.players) {
         if (mode == "MIDI"_L1)
             player.midiList->setCurrentIndex(player.side + 1);
         player.xboxList->setCurrentIndex(player.side + 1);
     }
-    auto *learn = stage.window->findChild<QPushButton *>(button);
+    auto *learn = stage.widget()->findChild<QPushButton *>(button);
     const QString text = learn->text();
     const QString styleSheet = learn->styleSheet();
-    const Stage::Settings before = stage.settings();
-    Stage::click(learn);
+    const PlayerStage::Settings before = stage.settings();
+    PlayerStage::click(learn);
     QCOMPARE(stage.learning(), QStringList{button});
-    Stage::click(learn);
+    PlayerStage::click(learn);
     QCOMPARE(stage.learning(), QStringList());
     QCOMPARE(learn->text(), text);
     QCOMPARE(learn->styleSheet(), styleSheet);
@@ -196,11 +196,11 @@ void tst_Learn::a_second_click_cancels()
 void tst_Learn::a_learn_cancels_every_other()
 {
     // The left player on a pad, the right one on the keyboard: every kind of learn button.
-    Stage stage({u"First"_s}, 1,
+    PlayerStage stage({u"First"_s}, 1,
         {{u"ControlModeLeft"_s, u"XBOX"_s}, {u"ControlModeRight"_s, u"KEYBOARD"_s}});
     stage.open();
-    const Stage::Player &left = stage.players[0];
-    const Stage::Player &right = stage.players[1];
+    const PlayerStage::Player &left = stage.players[0];
+    const PlayerStage::Player &right = stage.players[1];
     left.xboxList->setCurrentIndex(1);
     const QList<QPushButton *> onPadAndKeys = {
         left.learnMove, left.learnStart, right.learnStart, right.learnUp, right.learnDown};
@@ -209,22 +209,22 @@ void tst_Learn::a_learn_cancels_every_other()
             for (QPushButton *second : buttons) {
                 if (first == second)
                     continue;
-                Stage::click(first);
+                PlayerStage::click(first);
                 QCOMPARE(stage.learning(), QStringList{first->objectName()});
-                Stage::click(second);
+                PlayerStage::click(second);
                 QCOMPARE(stage.learning(), QStringList{second->objectName()});
-                Stage::click(second);
+                PlayerStage::click(second);
                 QCOMPARE(stage.learning(), QStringList());
             }
         }
     };
     eachAfterEach(onPadAndKeys);
-    Stage::click(left.midi);
+    PlayerStage::click(left.midi);
     left.midiList->setCurrentIndex(1);
     eachAfterEach(onPadAndKeys);
     // And the other way round.
-    Stage::click(left.keyboard);
-    Stage::click(right.xbox);
+    PlayerStage::click(left.keyboard);
+    PlayerStage::click(right.xbox);
     right.xboxList->setCurrentIndex(1);
     eachAfterEach(
         {left.learnStart, left.learnUp, left.learnDown, right.learnMove, right.learnStart});
@@ -232,13 +232,13 @@ void tst_Learn::a_learn_cancels_every_other()
 
 void tst_Learn::a_key_is_learnt_while_a_pad_learn_is_replaced()
 {
-    Stage stage({}, 1, {{u"ControlModeRight"_s, u"KEYBOARD"_s}});
+    PlayerStage stage({}, 1, {{u"ControlModeRight"_s, u"KEYBOARD"_s}});
     stage.open();
     stage.players[0].xboxList->setCurrentIndex(1);
     for (QPushButton *padLearn : {stage.players[0].learnMove, stage.players[0].learnStart}) {
-        Stage::click(padLearn);
-        const Stage::Settings before = stage.settings();
-        Stage::click(stage.players[1].learnUp);
+        PlayerStage::click(padLearn);
+        const PlayerStage::Settings before = stage.settings();
+        PlayerStage::click(stage.players[1].learnUp);
         // The pad plays again at once.
         stage.pads.pads[0].thumbLX = 32767;
         stage.pads.pads[0].buttons = XINPUT_GAMEPAD_A;
@@ -253,20 +253,20 @@ void tst_Learn::a_key_is_learnt_while_a_pad_learn_is_replaced()
         const Qt::Key key = padLearn == stage.players[0].learnMove ? Qt::Key_U : Qt::Key_V;
         QTest::keyClick(padLearn, key);
         QCOMPARE(stage.settingsSince(before),
-            (Stage::Settings{{u"KeyboardUpR"_s, QString::number(key)}}));
+            (PlayerStage::Settings{{u"KeyboardUpR"_s, QString::number(key)}}));
         QCOMPARE(stage.learning(), QStringList());
     }
 }
 
 void tst_Learn::what_is_learnt_is_in_the_file()
 {
-    Stage stage({u"First"_s, u"Second"_s}, 1, bothOn(u"MIDI"_s));
+    PlayerStage stage({u"First"_s, u"Second"_s}, 1, bothOn(u"MIDI"_s));
     openDevices(stage);
-    Stage::click(stage.players[1].learnMove);
+    PlayerStage::click(stage.players[1].learnMove);
     stage.sendMidi(1, 0xE3, 5, 100);
-    Stage::click(stage.players[0].xbox);
+    PlayerStage::click(stage.players[0].xbox);
     stage.players[0].xboxList->setCurrentIndex(1);
-    Stage::click(stage.players[0].learnStart);
+    PlayerStage::click(stage.players[0].learnStart);
     stage.pads.pads[0].leftTrigger = 1;
     stage.poll(0);
     stage.close();

@@ -1,4 +1,4 @@
-#include "stage.h"
+#include "playerstage.h"
 
 #include <QTest>
 
@@ -43,7 +43,7 @@ Look lookOf(const QPushButton *button)
 }
 
 /// Both players learnt everything, on every kind of device.
-Stage::Settings everything()
+PlayerStage::Settings everything()
 {
     return {
         {u"CC_00"_s, u"176"_s},
@@ -67,7 +67,7 @@ Stage::Settings everything()
     };
 }
 
-QList<QPushButton *> buttonsOf(const Stage::Player &player)
+QList<QPushButton *> buttonsOf(const PlayerStage::Player &player)
 {
     return {player.learnStart, player.learnMove, player.learnUp, player.learnDown};
 }
@@ -158,34 +158,34 @@ void tst_LearnButtons::a_button_says_what_a_click_does()
     QFETCH(Look, move);
     QFETCH(Look, up);
     QFETCH(Look, down);
-    Stage::Settings settings = learnt ? everything() : Stage::Settings();
+    PlayerStage::Settings settings = learnt ? everything() : PlayerStage::Settings();
     settings[u"ControlModeLeft"_s] = mode;
     settings[u"ControlModeRight"_s] = mode;
-    Stage stage({u"First"_s, u"Second"_s}, 2, settings);
+    PlayerStage stage({u"First"_s, u"Second"_s}, 2, settings);
     stage.open();
-    for (const Stage::Player &player : stage.players) {
+    for (const PlayerStage::Player &player : stage.players) {
         if (device)
             (mode == "MIDI"_L1 ? player.midiList : player.xboxList)
                 ->setCurrentIndex(player.side + 1);
     }
-    const auto compare = [&](const Stage::Player &player) {
+    const auto compare = [&](const PlayerStage::Player &player) {
         QCOMPARE(lookOf(player.learnStart), start);
         QCOMPARE(lookOf(player.learnMove), move);
         QCOMPARE(lookOf(player.learnUp), up);
         QCOMPARE(lookOf(player.learnDown), down);
     };
     QList<QList<Look>> idle;
-    for (const Stage::Player &player : stage.players) {
+    for (const PlayerStage::Player &player : stage.players) {
         idle.append(QList<Look>());
         for (const QPushButton *button : buttonsOf(player))
             idle.last().append(lookOf(button));
     }
-    for (const Stage::Player &player : stage.players) {
+    for (const PlayerStage::Player &player : stage.players) {
         if (learning >= 0)
-            Stage::click(buttonsOf(player).at(learning));
+            PlayerStage::click(buttonsOf(player).at(learning));
         compare(player);
         // What one player learns does not show on the other.
-        const Stage::Player &other = stage.players[size_t(1 - player.side)];
+        const PlayerStage::Player &other = stage.players[size_t(1 - player.side)];
         for (int i = 0; learning >= 0 && i < buttonsOf(other).size(); ++i)
             QCOMPARE(lookOf(buttonsOf(other).at(i)), idle[other.side][i]);
     }
@@ -200,9 +200,9 @@ void tst_LearnButtons::a_pad_button_shows_the_numbers_that_play()
 {
     QFETCH(int, side);
     const QString letter = sideLetter(side);
-    Stage stage({}, 1, {{u"XStart"_s + letter, u"15"_s}, {u"XMove"_s + letter, u"3"_s}});
+    PlayerStage stage({}, 1, {{u"XStart"_s + letter, u"15"_s}, {u"XMove"_s + letter, u"3"_s}});
     stage.open();
-    for (const Stage::Player &player : stage.players) {
+    for (const PlayerStage::Player &player : stage.players) {
         player.xboxList->setCurrentIndex(1);
         const bool learnt = player.side == side;
         QCOMPARE(player.learnStart->text(),
@@ -231,11 +231,11 @@ void tst_LearnButtons::a_pad_control_counts_as_learnt_once_it_is_written()
     QFETCH(QString, key);
     QFETCH(QString, value);
     QFETCH(QStringList, mauveButtons);
-    Stage stage({}, 1, {{key, value}});
+    PlayerStage stage({}, 1, {{key, value}});
     stage.open();
     for (const int pad : {0, 1}) { // with and without a pad
         QStringList found;
-        for (const Stage::Player &player : stage.players) {
+        for (const PlayerStage::Player &player : stage.players) {
             player.xboxList->setCurrentIndex(pad);
             for (const QPushButton *button : {player.learnMove, player.learnStart}) {
                 if (button->styleSheet() == mauve)
@@ -250,7 +250,7 @@ void tst_LearnButtons::a_pad_control_counts_as_learnt_once_it_is_written()
 
 void tst_LearnButtons::a_midi_control_counts_as_learnt_by_its_status_alone()
 {
-    Stage stage({u"First"_s}, 0,
+    PlayerStage stage({u"First"_s}, 0,
         {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"ControlModeRight"_s, u"MIDI"_s},
             {u"CC_00"_s, u"248"_s}, {u"Start_01"_s, u"60"_s}, {u"CC_11"_s, u"7"_s},
             {u"Start_10"_s, u"144"_s}});
@@ -263,11 +263,11 @@ void tst_LearnButtons::a_midi_control_counts_as_learnt_by_its_status_alone()
 
 void tst_LearnButtons::a_learn_that_lost_its_device_stays_blue()
 {
-    Stage stage({u"First"_s}, 0, {{u"ControlModeLeft"_s, u"MIDI"_s}});
+    PlayerStage stage({u"First"_s}, 0, {{u"ControlModeLeft"_s, u"MIDI"_s}});
     stage.open();
-    const Stage::Player &player = stage.players[0];
+    const PlayerStage::Player &player = stage.players[0];
     player.midiList->setCurrentIndex(1);
-    Stage::click(player.learnMove);
+    PlayerStage::click(player.learnMove);
     player.midiList->setCurrentIndex(0);
     QCOMPARE(lookOf(player.learnMove), (Look{u"Learning Move..."_s, false, blue}));
     QCOMPARE(lookOf(player.learnStart), (Look{u"Click to learn Start"_s, false, grey}));
@@ -281,9 +281,9 @@ void tst_LearnButtons::a_learn_that_lost_its_device_stays_blue()
 void tst_LearnButtons::the_form_shows_no_text_of_its_own_after_the_start()
 {
     for (const QString &mode : {u"MIDI"_s, u"XBOX"_s, u"KEYBOARD"_s}) {
-        Stage stage({}, 0, {{u"ControlModeLeft"_s, mode}, {u"ControlModeRight"_s, mode}});
+        PlayerStage stage({}, 0, {{u"ControlModeLeft"_s, mode}, {u"ControlModeRight"_s, mode}});
         stage.open();
-        for (const Stage::Player &player : stage.players) {
+        for (const PlayerStage::Player &player : stage.players) {
             for (const QPushButton *button : buttonsOf(player)) {
                 if (button->isVisible())
                     QVERIFY2(button->text().startsWith("Click to learn "_L1),

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "stage.h"
+#include "playerstage.h"
 
 #include <QDeadlineTimer>
 #include <QSemaphore>
@@ -14,7 +14,7 @@ class UnseenPoll
 {
 public:
     /// To be made before the window is opened, and to outlive it.
-    explicit UnseenPoll(Stage &stage)
+    explicit UnseenPoll(PlayerStage &stage)
         : m_stage(stage)
     {
         stage.pads.onGetState = [this](DWORD pad) {
@@ -57,7 +57,7 @@ public:
 
 private:
     static constexpr int readsOfPoll = 20;
-    Stage &m_stage;
+    PlayerStage &m_stage;
     QSemaphore m_arrived;
     QSemaphore m_goesOn;
     std::atomic<bool> m_holds = false;

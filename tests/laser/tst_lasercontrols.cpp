@@ -1,4 +1,5 @@
 #include "badbey.h"
+#include "lasercontrols.h"
 #include "runningwindow.h"
 
 #include <QComboBox>
@@ -143,7 +144,8 @@ void tst_LaserControls::whoever_keeps_the_computer_awake_is_told_exactly_while_t
 {
     start();
     QList<bool> told;
-    m_running->window->gameShownChanged = [&told](bool shown) { told.append(shown); };
+    connect(&m_running->window->laser(), &LaserControls::gameShownChanged, m_running->window.get(),
+        [&told](bool shown) { told.append(shown); });
     m_running->click(u"showButton"_s);
     QCOMPARE(told, QList{true});
     m_running->click(u"enableButton"_s);

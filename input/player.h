@@ -1,6 +1,7 @@
 #pragma once
 
 #include "midibinding.h"
+#include "side.h"
 
 #include <QLatin1StringView>
 #include <QTimer>
@@ -13,23 +14,20 @@ class QCheckBox;
 class QComboBox;
 class QPushButton;
 class QRadioButton;
+class QSettings;
 class QSlider;
 
-/// With what a player plays.
+/// The kind of controller that a player uses.
 enum class ControlMode { Midi, Xbox, Keyboard };
 
 /// The name of a mode in the settings file.
 QLatin1StringView controlModeName(ControlMode mode);
+/// The mode of a name in the settings file: the keyboard unless it is another mode's exact name.
+ControlMode controlModeNamed(const QString &name);
 
-/// No side at all, where a side could stand: nothing is being learnt.
-inline constexpr int noSide = 2;
-
-/// One player as the main window sees it: the widgets, the MIDI device and the learnt controls of
-/// a side. GUI thread.
-struct PlayerSide
+/// The widgets of the operator's window that belong to one player.
+struct PlayerWidgets
 {
-    int side; ///< 0 left, 1 right
-
     QRadioButton *midiRadio;
     QRadioButton *xboxRadio;
     QRadioButton *keyboardRadio;
@@ -41,6 +39,13 @@ struct PlayerSide
     QPushButton *learnDown;
     QCheckBox *bits;
     QSlider *sensitivity;
+};
+
+/// One player: the widgets, the MIDI device and the learnt controls of a side. GUI thread.
+struct Player
+{
+    Side side;
+    PlayerWidgets ui;
     MidiDevIn *midiIn;
 
     MidiBinding midiMove = {};
@@ -53,12 +58,23 @@ struct PlayerSide
 
     /// Runs while the start key counts as held; made at its first press.
     std::unique_ptr<QTimer> startTimer = nullptr;
-    // What is in force, to see a change of it.
+    // In force since the last change, to notice the next one.
     ControlMode appliedMode = ControlMode::Xbox;
     const CXBOXController *appliedPad = nullptr;
 
     /// The mode that the radio buttons show.
     ControlMode mode() const;
+    /// Checks the radio button of a mode.
+    void showMode(ControlMode mode);
+    /// Enables and shows the widgets that a mode needs, and no others.
+    void showWidgetsOf(ControlMode mode);
     /// The paddle's step per tick for a deflection of -32768 ... 32767, by the sensitivity slider.
     int paddleInput(int deflection) const;
+
+    /// Reads the learnt MIDI messages and keys.
+    void loadBindings(const QSettings &store);
+    /// Reads the learnt gamepad button and stick.
+    void loadPadBindings(const QSettings &store);
+    /// Shows on the learn buttons whether they can be used and whether their controls are learnt.
+    void showBindings(const QSettings &store);
 };

@@ -1,4 +1,4 @@
-#include "stage.h"
+#include "playerstage.h"
 
 #include "cxboxcontroller.h"
 
@@ -12,7 +12,7 @@ namespace {
 const QString fileName = u".pong"_s;
 constexpr int readsOfPoll = 20;
 
-Stage::Player playerOf(const MainWindow &window, int side)
+PlayerStage::Player playerOf(const QWidget &window, int side)
 {
     const auto find = [&window]<class Widget>(Widget *&widget, const QString &name) {
         widget = window.findChild<Widget *>(name);
@@ -20,7 +20,7 @@ Stage::Player playerOf(const MainWindow &window, int side)
     };
     const QString letter = sideLetter(side);
     const QString word = side == 0 ? u"left"_s : u"right"_s;
-    Stage::Player player = {};
+    PlayerStage::Player player = {};
     player.side = side;
     find(player.midi, word + "MidiRadio"_L1);
     find(player.xbox, word + "XboxRadio"_L1);
@@ -38,7 +38,9 @@ Stage::Player playerOf(const MainWindow &window, int side)
 
 } // namespace
 
-Stage::Stage(const QStringList &midiDevices, int pads, const Settings &settings)
+PlayerStage::PlayerStage(
+    const QStringList &midiDevices, int pads, const Settings &settings, Surface surface)
+    : m_surface(surface)
 {
     host.ready = 0;
     for (const QString &name : midiDevices)
@@ -50,13 +52,48 @@ Stage::Stage(const QStringList &midiDevices, int pads, const Settings &settings)
         store.setValue(setting.key(), setting.value());
 }
 
-void Stage::open()
+PlayerStage::~PlayerStage()
 {
-    RunningWindow::open();
-    players = {playerOf(*window, 0), playerOf(*window, 1)};
+    PlayerStage::close();
 }
 
-Stage::Settings Stage::settings() const
+void PlayerStage::open()
+{
+    if (m_surface == WholeWindow) {
+        RunningWindow::open();
+    } else {
+        m_form = std::make_unique<PlayerForm>();
+        m_form->show();
+    }
+    players = {playerOf(*widget(), 0), playerOf(*widget(), 1)};
+}
+
+void PlayerStage::close()
+{
+    m_form.reset();
+    RunningWindow::close();
+}
+
+Pong &PlayerStage::game() const
+{
+    return m_form ? m_form->game : RunningWindow::game();
+}
+
+QWidget *PlayerStage::widget() const
+{
+    return m_form ? m_form.get() : RunningWindow::widget();
+}
+
+void PlayerStage::receive(int play, int status, int number, int value) const
+{
+    const auto byte = [](int number) { return static_cast<unsigned char>(number); };
+    if (m_form)
+        m_form->controls.readMidiData(play, byte(status), byte(number), byte(value));
+    else
+        window->ReadMidiData(play, byte(status), byte(number), byte(value));
+}
+
+PlayerStage::Settings PlayerStage::settings() const
 {
     const QSettings store(fileName, QSettings::IniFormat);
     Settings all;
@@ -65,7 +102,7 @@ Stage::Settings Stage::settings() const
     return all;
 }
 
-Stage::Settings Stage::settingsSince(const Settings &before) const
+PlayerStage::Settings PlayerStage::settingsSince(const Settings &before) const
 {
     const Settings now = settings();
     Settings changes;
@@ -80,7 +117,7 @@ Stage::Settings Stage::settingsSince(const Settings &before) const
     return changes;
 }
 
-QStringList Stage::learning() const
+QStringList PlayerStage::learning() const
 {
     QStringList names;
     for (const Player &player : players) {
@@ -93,14 +130,14 @@ QStringList Stage::learning() const
     return names;
 }
 
-int Stage::sendMidi(int device, int status, int number, int value)
+int PlayerStage::sendMidi(int device, int status, int number, int value)
 {
     const int handles = midi.send(device, static_cast<DWORD>(status | number << 8 | value << 16));
     QCoreApplication::processEvents();
     return handles;
 }
 
-void Stage::poll(std::size_t pad)
+void PlayerStage::poll(std::size_t pad)
 {
     // One poll may have been under way; the one after it is whole.
     const int enough = pads.pads[pad].reads + 2 * readsOfPoll;
@@ -108,7 +145,7 @@ void Stage::poll(std::size_t pad)
     QCoreApplication::processEvents();
 }
 
-bool Stage::isPolled(std::size_t pad)
+bool PlayerStage::isPolled(std::size_t pad)
 {
     // A poller of our own, on the fourth pad, is the clock.
     CXBOXController clock(4);
@@ -124,7 +161,7 @@ QString midiKey(const QString &control, int side, int byte)
     return control + u'_' + QString::number(side) + QString::number(byte);
 }
 
-Stage::Settings bothOn(const QString &mode)
+PlayerStage::Settings bothOn(const QString &mode)
 {
     return {{u"ControlModeLeft"_s, mode}, {u"ControlModeRight"_s, mode}};
 }

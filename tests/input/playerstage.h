@@ -1,5 +1,6 @@
 #pragma once
 
+#include "playerform.h"
 #include "runningwindow.h"
 
 #include <QCheckBox>
@@ -9,9 +10,9 @@
 #include <QRadioButton>
 #include <QSlider>
 
-/// The operator's window, played at: its players' widgets and devices. The host is not ready unless
-/// told otherwise, so that no match goes on behind a test.
-class Stage : public RunningWindow
+/// The players' widgets and devices, on a form of their own or in the operator's window. The host
+/// is not ready unless told otherwise, so that no match goes on behind a test.
+class PlayerStage : public RunningWindow
 {
 public:
     /// The widgets of one player.
@@ -34,12 +35,27 @@ public:
     /// What a settings file holds or held: every key with its value as text.
     using Settings = QMap<QString, QString>;
 
-    /// Sets everything up but the window.
-    explicit Stage(
-        const QStringList &midiDevices = {}, int pads = 0, const Settings &settings = {});
+    /// Where the widgets are.
+    enum Surface { Form, WholeWindow };
 
-    /// Makes and shows the window, and waits until its first load is done.
+    /// Sets everything up but the window.
+    explicit PlayerStage(const QStringList &midiDevices = {}, int pads = 0,
+        const Settings &settings = {}, Surface surface = Form);
+    ~PlayerStage() override;
+    PlayerStage(const PlayerStage &) = delete;
+    PlayerStage &operator=(const PlayerStage &) = delete;
+
+    /// Makes and shows the window, with its devices listed.
     void open();
+    /// Destroys the window.
+    void close();
+
+    Pong &game() const override;
+    QWidget *widget() const override;
+    /// The object to which the signals of pads are queued, without the whole window.
+    QObject *controls() const { return &m_form->controls; }
+    /// A MIDI message, handed over on this thread.
+    void receive(int play, int status, int number, int value) const;
 
     /// What the window holds in its store now, written to the file or not.
     Settings settings() const;
@@ -58,9 +74,13 @@ public:
     bool isPolled(std::size_t pad);
 
     std::array<Player, 2> players = {};
+
+private:
+    Surface m_surface;
+    std::unique_ptr<PlayerForm> m_form;
 };
 
 /// The key of a byte, 0 or 1, of a MIDI binding: "CC_00".
 QString midiKey(const QString &control, int side, int byte);
 /// Both players' control mode: "MIDI", "XBOX" or "KEYBOARD".
-Stage::Settings bothOn(const QString &mode);
+PlayerStage::Settings bothOn(const QString &mode);

@@ -1,0 +1,133 @@
+#include "player.h"
+
+#include "looks.h"
+#include "sensitivity.h"
+#include "settings.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+
+namespace {
+
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(PlayerControls)
+};
+
+void showBinding(QPushButton *button, const QString &text, bool enabled, bool learnt)
+{
+    button->setText(text);
+    button->setEnabled(enabled);
+    looks::apply(button, learnt ? looks::learnt : looks::notLearnt);
+}
+
+} // namespace
+
+QLatin1StringView controlModeName(ControlMode mode)
+{
+    switch (mode) {
+    case ControlMode::Midi:
+        return QLatin1StringView("MIDI");
+    case ControlMode::Xbox:
+        return QLatin1StringView("XBOX");
+    case ControlMode::Keyboard:
+        break;
+    }
+    return QLatin1StringView("KEYBOARD");
+}
+
+ControlMode controlModeNamed(const QString &name)
+{
+    for (const ControlMode mode : {ControlMode::Midi, ControlMode::Xbox}) {
+        if (name == controlModeName(mode))
+            return mode;
+    }
+    return ControlMode::Keyboard;
+}
+
+ControlMode Player::mode() const
+{
+    return ui.midiRadio->isChecked()    ? ControlMode::Midi
+        : ui.keyboardRadio->isChecked() ? ControlMode::Keyboard
+                                        : ControlMode::Xbox;
+}
+
+void Player::showMode(ControlMode mode)
+{
+    QRadioButton *radio = mode == ControlMode::Midi ? ui.midiRadio
+        : mode == ControlMode::Xbox                 ? ui.xboxRadio
+                                                    : ui.keyboardRadio;
+    radio->setChecked(true);
+}
+
+void Player::showWidgetsOf(ControlMode mode)
+{
+    ui.midiList->setEnabled(mode == ControlMode::Midi);
+    ui.xboxList->setEnabled(mode == ControlMode::Xbox);
+    ui.bits->setVisible(mode == ControlMode::Midi);
+    ui.learnMove->setVisible(mode != ControlMode::Keyboard);
+    ui.learnUp->setVisible(mode == ControlMode::Keyboard);
+    ui.learnDown->setVisible(mode == ControlMode::Keyboard);
+}
+
+int Player::paddleInput(int deflection) const
+{
+    return paddleInputFor(
+        deflection, ui.sensitivity->minimum(), ui.sensitivity->maximum(), ui.sensitivity->value());
+}
+
+void Player::loadBindings(const QSettings &store)
+{
+    midiMove = {settings::read(store, settings::moveStatus[side]),
+        settings::read(store, settings::moveNumber[side])};
+    midiStart = {settings::read(store, settings::startStatus[side]),
+        settings::read(store, settings::startNumber[side])};
+    upKey = settings::read(store, settings::upKey[side]);
+    downKey = settings::read(store, settings::downKey[side]);
+    startKey = settings::read(store, settings::startKey[side]);
+}
+
+void Player::loadPadBindings(const QSettings &store)
+{
+    xStart = settings::read(store, settings::xStart[side]);
+    xMove = settings::read(store, settings::xMove[side]);
+}
+
+void Player::showBindings(const QSettings &store)
+{
+    const QString start = Texts::tr("Click to learn Start");
+    const QString move = Texts::tr("Click to learn Move");
+    const QString noValue = QStringLiteral(" - ");
+    switch (mode()) {
+    case ControlMode::Midi: {
+        const bool chosen = ui.midiList->currentIndex() > 0;
+        const QString ending = chosen ? noValue : QString();
+        showBinding(ui.learnStart, start + ending, chosen, midiStart.isLearnt());
+        showBinding(ui.learnMove, move + ending, chosen, midiMove.isLearnt());
+        break;
+    }
+    case ControlMode::Xbox: {
+        const bool chosen = ui.xboxList->currentIndex() > 0;
+        const auto isLearnt = [&](const SettingOfSides<int> &setting) {
+            // Play falls back to the first button and stick, but they do not count as learnt.
+            return settings::read(store, Setting<int>{setting[side].key, -1}) != -1;
+        };
+        const QString button = Texts::tr(" - Button ") + QString::number(xStart);
+        const QString controller = Texts::tr(" - Controller ") + QString::number(xMove);
+        showBinding(
+            ui.learnStart, chosen ? start + button : start, chosen, isLearnt(settings::xStart));
+        showBinding(
+            ui.learnMove, chosen ? move + controller : move, chosen, isLearnt(settings::xMove));
+        break;
+    }
+    case ControlMode::Keyboard:
+        showBinding(ui.learnStart, start + noValue, true, startKey != 0);
+        showBinding(ui.learnUp, Texts::tr("Click to learn Up") + noValue, true, upKey != 0);
+        showBinding(ui.learnDown, Texts::tr("Click to learn Down") + noValue, true, downKey != 0);
+        break;
+    }
+}
