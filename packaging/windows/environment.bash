@@ -1,7 +1,7 @@
 # Sourced by what builds or runs the Windows program, with the project's folder in $project: where
 # its Qt and its Wine are.
 
-. "$project/packaging/debian/dependencies"
+. "$project/tools/packages.bash"
 version=$(sed -n 's/^project(.* VERSION \([0-9.]*\).*/\1/p' "$project/CMakeLists.txt")
 tools=x86_64-w64-mingw32
 output=$project/build/windows

@@ -20,8 +20,8 @@ void refusePowerThrottling()
     if (!set)
         return;
     // One by one: Windows 10 knows the second only, and refuses a call that has both.
-    for (const ULONG kind : {PROCESS_POWER_THROTTLING_IGNORE_TIMER_RESOLUTION,
-             PROCESS_POWER_THROTTLING_EXECUTION_SPEED}) {
+    for (const ULONG kind : {ULONG{PROCESS_POWER_THROTTLING_IGNORE_TIMER_RESOLUTION},
+             ULONG{PROCESS_POWER_THROTTLING_EXECUTION_SPEED}}) {
         PROCESS_POWER_THROTTLING_STATE never = {
             .Version = PROCESS_POWER_THROTTLING_CURRENT_VERSION,
             .ControlMask = kind,

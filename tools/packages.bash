@@ -1,21 +1,26 @@
-# Sourced by the commands at the top of the project: what they need of Debian, by purpose.
+# Sourced by the project's commands: the Debian packages that each of them needs, and how they are
+# installed.
 
 build_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev libgl-dev
-    libbenchmark-dev libjack-jackd2-dev librtmidi-dev libsdl2-dev
+    libjack-jackd2-dev librtmidi-dev libsdl2-dev
 )
 headless_packages=(xvfb xauth xdotool imagemagick x11-utils)
-test_packages=("${headless_packages[@]}" jackd2 openssl)
+bench_packages=(libbenchmark-dev)
+test_packages=("${headless_packages[@]}" "${bench_packages[@]}" jackd2 openssl)
+coverage_packages=(gcovr)
+fuzz_packages=(clang libclang-rt-14-dev)
 windows_packages=(
     g++-mingw-w64-x86-64-posix qt6-base-dev-tools nsis zip librsvg2-bin icoutils
 )
 wine_packages=(wine wine64 unzip "${headless_packages[@]}" openssl)
-# What building the Qt for Windows takes besides.
+# For building Qt for Windows, beside the above.
 windows_qt_packages=(dpkg-dev perl patch xz-utils)
-lint_packages=(clang-format clang-tidy clazy)
+# The cross compiler's headers let the sources of the Windows program be analysed too.
+lint_packages=(clang-format clang-tidy clazy g++-mingw-w64-x86-64-posix)
 
-# need PACKAGE...: installs what is missing of the packages; asks for root only then.
+# need PACKAGE...: installs the missing ones, using sudo only if needed.
 need() {
     local missing=()
     local package
@@ -25,7 +30,7 @@ need() {
     done
     [ ${#missing[@]} -gt 0 ] || return 0
     command -v apt-get >/dev/null || {
-        echo "Please install what corresponds to these Debian packages: ${missing[*]}" >&2
+        echo "Please install the equivalents of these Debian packages: ${missing[*]}" >&2
         return 1
     }
     echo "Installing: ${missing[*]}" >&2
