@@ -6,6 +6,7 @@
 #include "mididevices.h"
 #include "playercontrols.h"
 #include "settings.h"
+#include "side.h"
 #include "ui_mainwindow.h"
 
 #include <QElapsedTimer>
