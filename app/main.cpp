@@ -1,7 +1,7 @@
 #include "debuglog.h"
 #include "lasercontrols.h"
 #include "mainwindow.h"
-#include "showmachine.h"
+#include "showmode.h"
 
 #include <QApplication>
 
@@ -10,9 +10,9 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName("Laser Rallyvane");
     const DebugLog log;
-    showmachine::prepare(application);
+    showmode::prepare(application);
     MainWindow window;
-    QObject::connect(&window.laser(), &LaserControls::gameShownChanged, showmachine::keepAwake);
+    QObject::connect(&window.laser(), &LaserControls::gameShownChanged, showmode::keepAwake);
     window.show();
     return QApplication::exec();
 }

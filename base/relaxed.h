@@ -2,8 +2,8 @@
 
 #include <atomic>
 
-/// A value that one thread writes and another reads, whole and without order to anything else:
-/// it is assigned and read like a plain member. Every thread may do both.
+/// An atomic with relaxed ordering that is assigned and read like a plain member. Any thread may do
+/// both.
 template <class T>
 class Relaxed
 {

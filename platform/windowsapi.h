@@ -1,9 +1,9 @@
 #pragma once
 
-// The functions of Windows that this program calls, and nothing else of it. This is the one
-// header with a platform switch: on Windows the system declares them; elsewhere the same names
-// with the same meanings are declared here and implemented in platform/linux, so that all other
-// code is the same on every system.
+// The Windows functions that this program calls, and no others. This is the only header with a
+// platform switch: on Windows the system declares them; elsewhere the same names with the same
+// meanings are declared here and implemented in platform/linux, so all other code is the same on
+// every system.
 
 #ifdef _WIN32
 
@@ -45,7 +45,7 @@ using FARPROC = void (*)();
 HMODULE LoadLibraryW(LPCWSTR fileName);
 /// The address of an exported function, or null when the library does not have it.
 FARPROC GetProcAddress(HMODULE module, LPCSTR name);
-/// Gives a library back; 0 is failure.
+/// Unloads a library; returns 0 on failure.
 BOOL FreeLibrary(HMODULE module);
 
 // MIDI --------------------------------------------------------------------------------------
@@ -86,7 +86,7 @@ struct MIDIINCAPSA
     WORD wMid;
     WORD wPid;
     UINT vDriverVersion;
-    CHAR szPname[MAXPNAMELEN]; ///< product name, ends with a zero
+    CHAR szPname[MAXPNAMELEN]; ///< product name, NUL-terminated unless full
     DWORD dwSupport;
 };
 static_assert(sizeof(MIDIINCAPSA) == 44);
@@ -96,7 +96,7 @@ struct MIDIOUTCAPSA
     WORD wMid;
     WORD wPid;
     UINT vDriverVersion;
-    CHAR szPname[MAXPNAMELEN]; ///< product name, ends with a zero
+    CHAR szPname[MAXPNAMELEN]; ///< product name, NUL-terminated unless full
     WORD wTechnology;
     WORD wVoices;
     WORD wNotes;
@@ -114,9 +114,9 @@ MMRESULT midiInGetDevCapsA(DWORD_PTR device, MIDIINCAPSA *caps, UINT capsSize);
 /// parameter1, DWORD_PTR parameter2) that is called on a thread of the system's choice.
 MMRESULT midiInOpen(
     HMIDIIN *handle, UINT device, DWORD_PTR callback, DWORD_PTR instance, DWORD flags);
-/// Lets the messages of an open device through.
+/// Starts the messages of an open device.
 MMRESULT midiInStart(HMIDIIN handle);
-/// Holds the messages of an open device back: they are lost.
+/// Stops the messages of an open device: they are lost.
 MMRESULT midiInStop(HMIDIIN handle);
 MMRESULT midiInClose(HMIDIIN handle);
 

@@ -1,12 +1,11 @@
 #include "windowsapi.h"
 
-// The functions of devices, each looked up when it is first asked for. What answers them brings
-// over thirty libraries along, for which the window does not wait, and without which the program
-// runs as one without devices.
+// The device functions, each resolved at its first call. Their implementations load over thirty
+// libraries, so load them on first use; without them there are simply no devices.
 
 namespace {
 
-/// A function of one of the two libraries that lie beside the program, or null.
+/// A function of one of the two libraries beside the program, or null.
 template <class Function>
 Function *find(LPCWSTR library, LPCSTR name)
 {

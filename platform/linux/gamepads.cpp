@@ -16,9 +16,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How often the pads are read: much oftener than anybody asks for their state.
+/// How often the pads are read: more often than any poller asks for their state.
 constexpr auto updatePeriod = 2ms;
-/// How often they are looked for while there is none.
+/// How often to look for pads while there are none.
 constexpr auto searchPeriod = 100ms;
 /// The motors run this long after the last update, so that they never outlive the program.
 constexpr Uint32 rumbleMilliseconds = 1000;
@@ -77,8 +77,8 @@ XINPUT_GAMEPAD readPad(SDL_GameController *pad)
     };
 }
 
-/// One user's pad. The SDL thread alone touches `pad`; what crosses threads is whole field by
-/// field, and two fields of one reading may stem from neighbouring updates.
+/// One user's pad. Only the SDL thread touches `pad`; the other fields are atomic one by one, so
+/// two fields of one reading may come from neighbouring updates.
 struct User
 {
     SDL_GameController *pad = nullptr;
@@ -117,13 +117,13 @@ struct User
     }
 };
 
-/// All of SDL, on one thread: it opens the pads, reads them and publishes what it read, so that
-/// those who ask neither wait for SDL nor for each other. The index of a user is SDL's player
-/// index: a pad keeps it until it is unplugged, the next one takes the lowest that is free.
+/// All of SDL, on one thread: it opens the pads, reads them and publishes their state, so that
+/// callers wait neither for SDL nor for each other. A user index is SDL's player index: a pad keeps
+/// it until it is unplugged, and the next pad takes the lowest free one.
 class Gamepads
 {
 public:
-    /// Waits until the pads that are plugged in have been found.
+    /// Waits until all connected pads have been found.
     Gamepads()
         : m_thread([this](const std::stop_token &stop) { run(stop); })
     {
@@ -145,7 +145,7 @@ private:
 
 void Gamepads::run(const std::stop_token &stop)
 {
-    // The game plays while the host's window has the focus, and ends as Qt says.
+    // Pads work while another window has the focus, and Qt handles the signals.
     SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
     const bool works = SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER) == 0;
@@ -164,7 +164,7 @@ void Gamepads::run(const std::stop_token &stop)
 
     for (User &user : m_users)
         SDL_GameControllerClose(user.pad);
-    SDL_Quit(); // the hints too: nobody else here uses SDL
+    SDL_Quit(); // with its hints: this is the only user of SDL
 }
 
 void Gamepads::update()
@@ -213,7 +213,7 @@ bool Gamepads::isAnyConnected() const
         m_users.begin(), m_users.end(), [](const User &user) { return user.pad != nullptr; });
 }
 
-/// Begins with the first question and ends with the program.
+/// Starts at the first call and ends with the program.
 Gamepads &gamepads()
 {
     static Gamepads all;

@@ -41,8 +41,8 @@ bool jackServerRuns()
     return client != nullptr;
 }
 
-/// ALSA's sequencer where the system has one, else a JACK server that runs, else neither. Asked
-/// before RtMidi is, because it reports what it misses on standard error.
+/// ALSA's sequencer if the system has one, else a running JACK server, else neither. Checked before
+/// RtMidi is used, because RtMidi reports missing ones on standard error.
 RtMidi::Api findApi()
 {
     if (access("/dev/snd/seq", R_OK | W_OK) == 0)
@@ -56,8 +56,7 @@ RtMidi::Api api()
     return found;
 }
 
-/// A new client of the MIDI system, or null when there is none. Its failures show in what it
-/// returns, never on standard error.
+/// A new client of the MIDI system, or null if there is none. Failures are returned, never printed.
 template <class Rt>
 std::unique_ptr<Rt> makeClient()
 {
@@ -72,7 +71,7 @@ std::unique_ptr<Rt> makeClient()
     }
 }
 
-/// The client that is asked for ports, or null when the system has no MIDI.
+/// The client that lists the ports, or null if the system has no MIDI.
 template <class Rt>
 Rt *directory()
 {
@@ -135,8 +134,8 @@ struct Output
     std::unique_ptr<RtMidiOut> client;
 };
 
-/// The ports of one direction that are open, by handle. No handle is given twice, so that a closed
-/// one stays invalid.
+/// The open ports of one direction, by handle. Handles are never reused, so a closed one stays
+/// invalid.
 template <class Port>
 class OpenPorts
 {
@@ -149,7 +148,7 @@ public:
         return found == m_ports.end() ? nullptr : found->second.get();
     }
 
-    /// Makes a port for the system's port of a number, without connecting the two.
+    /// Makes a port for the system's port of that number, not yet connected.
     MMRESULT prepare(UINT device, std::unique_ptr<Port> &port)
     {
         using Rt = typename decltype(Port::client)::element_type;
@@ -163,7 +162,7 @@ public:
         port = std::make_unique<Port>();
         port->portName = name;
         port->client = makeClient<Rt>();
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is a number, never dereferenced
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the handle is a number and never dereferenced
         port->handle = reinterpret_cast<Handle>(++m_lastHandle);
         return port->client ? MMSYSERR_NOERROR : MMSYSERR_NODRIVER;
     }
@@ -198,7 +197,7 @@ OpenPorts<Output> &outputs()
     return ports;
 }
 
-/// Hands a message on, on RtMidi's thread.
+/// Passes a message on, on RtMidi's thread.
 void receive(double /*sinceLast*/, std::vector<unsigned char> *bytes, void *userData)
 {
     const Input &input = *static_cast<const Input *>(userData);
@@ -213,7 +212,7 @@ void receive(double /*sinceLast*/, std::vector<unsigned char> *bytes, void *user
         static_cast<DWORD>(milliseconds() - startedAt));
 }
 
-/// The number of bytes of a short message by its status byte; 0 for what is none.
+/// The number of bytes of a short message by its status byte; 0 if it does not begin one.
 std::size_t messageLength(unsigned char status)
 {
     if (status < 0x80 || status == 0xF0)
@@ -245,7 +244,7 @@ MMRESULT midiInOpen(
     std::unique_ptr<Input> input;
     if (const MMRESULT result = inputs().prepare(device, input); result != MMSYSERR_NOERROR)
         return result;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): so Windows has functions handed over
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes functions this way
     input->callback = reinterpret_cast<MidiInCallback>(callback);
     input->instance = instance;
     input->client->ignoreTypes(true, false, false);

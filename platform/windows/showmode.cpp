@@ -1,4 +1,4 @@
-#include "showmachine.h"
+#include "showmode.h"
 
 #include "windowsapi.h"
 
@@ -10,7 +10,7 @@
 namespace {
 
 /// Windows 11 gives timers of 15.6 ms to a process whose windows cannot be seen, and slows it
-/// down. Not exported by every Windows that this program runs on, so resolved here.
+/// down. Resolved at run time because older versions of Windows do not export it.
 void refusePowerThrottling()
 {
     using Set = BOOL(WINAPI *)(HANDLE, PROCESS_INFORMATION_CLASS, LPVOID, DWORD);
@@ -32,8 +32,8 @@ void refusePowerThrottling()
 }
 
 /// After a press on a title bar the system waits half a second for the mouse to move, to see
-/// whether a drag begins, and nothing else in the thread runs: no tick. A move that is already
-/// there ends the wait.
+/// whether a drag begins, and blocks the thread meanwhile: no tick. A move that is already queued
+/// ends the wait.
 class TitleBarPress : public QAbstractNativeEventFilter
 {
 public:
@@ -42,7 +42,7 @@ public:
     {
         const auto *press = static_cast<const MSG *>(message);
         if (press->message == WM_NCLBUTTONDOWN && press->wParam == HTCAPTION) {
-            // The press is told in places of the screen, the move in those of the window.
+            // The press is in screen coordinates, the move in those of the window.
             POINT place = {GET_X_LPARAM(press->lParam), GET_Y_LPARAM(press->lParam)};
             ScreenToClient(press->hwnd, &place);
             PostMessageW(press->hwnd, WM_MOUSEMOVE, 0, MAKELPARAM(place.x, place.y));
@@ -53,14 +53,14 @@ public:
 
 } // namespace
 
-void showmachine::prepare(QCoreApplication &application)
+void showmode::prepare(QCoreApplication &application)
 {
     refusePowerThrottling();
     static TitleBarPress titleBarPress;
     application.installNativeEventFilter(&titleBarPress);
 }
 
-void showmachine::keepAwake(bool awake)
+void showmode::keepAwake(bool awake)
 {
     const EXECUTION_STATE needed =
         awake ? EXECUTION_STATE(ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED) : 0;

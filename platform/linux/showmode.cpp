@@ -1,4 +1,4 @@
-#include "showmachine.h"
+#include "showmode.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -9,15 +9,14 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-// Timers keep their resolution here, window managers answer for title bars, and a desktop that
-// goes to sleep does so only where somebody works on the program. What remains is to end in good
-// order when the system asks for it by a signal.
+// Timers keep their resolution here, window managers handle title bars, and sleep is not prevented:
+// only developers run it here. That leaves a clean end on a signal.
 
 namespace {
 
 int endAsked = -1; ///< becomes readable with the first signal
 
-/// All that may be done in the midst of anything: the event loop does the rest.
+/// Async-signal-safe; the event loop does the rest.
 void askToEnd(int /*signal*/)
 {
     const int before = errno;
@@ -28,7 +27,7 @@ void askToEnd(int /*signal*/)
 
 } // namespace
 
-void showmachine::prepare(QCoreApplication &application)
+void showmode::prepare(QCoreApplication &application)
 {
     endAsked = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (endAsked < 0)
@@ -42,4 +41,4 @@ void showmachine::prepare(QCoreApplication &application)
         std::signal(signal, askToEnd);
 }
 
-void showmachine::keepAwake(bool /*awake*/) { }
+void showmode::keepAwake(bool /*awake*/) { }
