@@ -1,4 +1,5 @@
 #include "settings.h"
+#include "typedvalues.h"
 
 #include <QDir>
 #include <QFile>
@@ -51,13 +52,25 @@ void readAll(const QSettings &store)
         read(store, setting);
 }
 
+/// Nothing in the file made QSettings build a value of another type.
+void requireText(const QSettings &store)
+{
+    for (const QString &key : store.allKeys()) {
+        const int type = store.value(key).typeId();
+        require(type == QMetaType::QString || type == QMetaType::QStringList);
+    }
+}
+
 void play(const QByteArray &content)
 {
     QFile file(fileName);
     require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     file.close();
+    const QByteArray plain = withoutTypedValues(content);
+    require(withoutTypedValues(plain) == plain);
     {
         const auto store = settings::open();
+        requireText(*store);
         readAll(*store);
         settings::write(*store, settings::ballSpeed, 25);
         require(settings::read(*store, settings::ballSpeed) == 25);
