@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -52,13 +53,22 @@ void readAll(const QSettings &store)
         read(store, setting);
 }
 
+/// Keys, or groups, without a name are listed by QSettings, but have no value.
+bool isTextOrNone(const QVariant &value)
+{
+    if (value.typeId() == QMetaType::QVariantList) {
+        const QVariantList list = value.toList();
+        return std::all_of(list.begin(), list.end(), isTextOrNone);
+    }
+    return !value.isValid() || value.typeId() == QMetaType::QString
+        || value.typeId() == QMetaType::QStringList;
+}
+
 /// Nothing in the file made QSettings build a value of another type.
 void requireText(const QSettings &store)
 {
-    for (const QString &key : store.allKeys()) {
-        const int type = store.value(key).typeId();
-        require(type == QMetaType::QString || type == QMetaType::QStringList);
-    }
+    for (const QString &key : store.allKeys())
+        require(isTextOrNone(store.value(key)));
 }
 
 void play(const QByteArray &content)
