@@ -1,56 +1,68 @@
 #include "settings.h"
 
+#include "typedvalues.h"
+
 #include <QDebug>
 #include <QFile>
+#include <QSaveFile>
+#include <QTemporaryFile>
 #include <QVariant>
-
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr QLatin1StringView fileName(".pong");
+constexpr QLatin1StringView copyName(".pong.damaged");
 
-void keepDamagedFile()
+QByteArray contentOf(const QString &name)
 {
-    const QString copy = fileName + ".damaged"_L1;
-    QFile::remove(copy);
-    QFile::copy(fileName, copy);
-    qDebug() << "The settings file is damaged; it is kept as" << copy;
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Takes the lines out of the file with which Qt would build a value of any type and any size, up
-/// to one that no memory holds. Such a value begins with "@", plain or behind a backslash; what
-/// the program writes has neither. Returns whether there were any.
-bool dropTypedValues()
+/// Replaces a file whole, or returns false and leaves it as it was.
+bool replaceFile(const QString &name, const QByteArray &content)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    QSaveFile file(name);
+    // Flushed on its own, because the commit does not notice when a full disk cuts the last bytes.
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush()
+        && file.commit();
+}
+
+bool keepCopy(const QByteArray &content)
+{
+    if (!replaceFile(copyName, content))
         return false;
-    QByteArrayList lines = file.readAll().split('\n');
-    file.close();
-    const auto isTyped = [](const QByteArray &line) {
-        return line.contains('@') || line.contains('\\');
-    };
-    if (lines.removeIf(isTyped) == 0)
-        return false;
-    keepDamagedFile();
-    if (file.open(QIODevice::WriteOnly))
-        file.write(lines.join('\n'));
+    qDebug() << "The settings file is damaged; it is kept as" << copyName;
     return true;
 }
 
+/// A store with the settings of an INI text and no file to write to.
+std::unique_ptr<QSettings> inMemory(const QByteArray &iniText)
+{
+    qDebug("The settings file is damaged and cannot be copied; changes will not be kept");
+    // QSettings needs a name. This one is among the program's resources, which are read-only.
+    auto store = std::make_unique<QSettings>(u":/.pong"_s, QSettings::IniFormat);
+    QTemporaryFile file;
+    if (file.open() && file.write(iniText) == iniText.size() && file.flush()) {
+        const QSettings source(file.fileName(), QSettings::IniFormat);
+        for (const QString &key : source.allKeys())
+            store->setValue(key, source.value(key));
+    }
+    return store;
+}
+
 template <class Number>
-Number readNumber(const QSettings &store, const Setting<Number> &setting)
+Number readNumber(const QSettings &store, const Setting<Number> &setting,
+    Number (QVariant::*toNumber)(bool *) const)
 {
     const QVariant value = store.value(setting.key, setting.fallback);
     bool isNumber = false;
-    const qlonglong number = value.toLongLong(&isNumber);
-    if (isNumber && std::in_range<Number>(number))
-        return static_cast<Number>(number);
-    qDebug() << "Setting" << setting.key << "is no number:" << value.toString();
-    return 0;
+    const Number number = (value.*toNumber)(&isNumber);
+    if (!isNumber)
+        qDebug() << "Setting" << setting.key << "is not a number:" << value.toString();
+    return number;
 }
 
 } // namespace
@@ -59,22 +71,26 @@ namespace settings {
 
 std::unique_ptr<QSettings> open()
 {
-    const bool isKept = dropTypedValues();
+    const QByteArray content = contentOf(fileName);
+    const QByteArray plain = withoutTypedValues(content);
+    const bool isTyped = plain != content;
+    if (isTyped && !(keepCopy(content) && replaceFile(fileName, plain)))
+        return inMemory(plain);
     auto store = std::make_unique<QSettings>(QString(fileName), QSettings::IniFormat);
-    store->allKeys(); // only this reads the lines, and notices damage in them
-    if (!isKept && store->status() == QSettings::FormatError)
-        keepDamagedFile();
+    store->allKeys(); // only this reads the lines, and notices those that cannot be read
+    if (!isTyped && store->status() == QSettings::FormatError && !keepCopy(content))
+        return inMemory(plain);
     return store;
 }
 
 int read(const QSettings &store, const Setting<int> &setting)
 {
-    return readNumber(store, setting);
+    return readNumber(store, setting, &QVariant::toInt);
 }
 
 uint read(const QSettings &store, const Setting<uint> &setting)
 {
-    return readNumber(store, setting);
+    return readNumber(store, setting, &QVariant::toUInt);
 }
 
 QString read(const QSettings &store, const Setting<QLatin1StringView> &setting)

@@ -52,18 +52,20 @@ inline constexpr auto upKey = ofSides<uint>("KeyboardUpL", "KeyboardUpR", 0); //
 inline constexpr auto downKey = ofSides<uint>("KeyboardDownL", "KeyboardDownR", 0);
 inline constexpr auto startKey = ofSides<uint>("KeyboardStartL", "KeyboardStartR", 0);
 
-/// Opens ".pong" in the working directory. A damaged file is kept as ".pong.damaged", because its
-/// lines that cannot be read, or that hold values such as the program never writes, are dropped.
+/// Opens ".pong" in the working directory. QSettings drops lines that it cannot read when it writes
+/// the file, and would build values of any type; so a file that has either is first copied to
+/// ".pong.damaged", and typed values become plain text. Where there is no room for that, the file
+/// stays as it is, and the store keeps its changes in memory only.
 std::unique_ptr<QSettings> open();
 
-/// What the store holds, or the fallback. What is no number, or one too large, reads as 0 and is
-/// told in the log.
+/// Returns the stored value as QVariant converts it, or the fallback if there is none. Values that
+/// are not numbers read as 0 and are logged; nothing else is checked.
 int read(const QSettings &store, const Setting<int> &setting);
 uint read(const QSettings &store, const Setting<uint> &setting);
 QString read(const QSettings &store, const Setting<QLatin1StringView> &setting);
 
-/// Puts a value into the store; the store writes the file in its own time. One that it holds
-/// already costs no write, for which the window would have to wait.
+/// Puts a value into the store, which writes the file in its own time. Writing an unchanged value
+/// does nothing, so the GUI thread is not blocked by disk writes.
 template <class T>
 void write(QSettings &store, const Setting<T> &setting, const std::type_identity_t<T> &value)
 {

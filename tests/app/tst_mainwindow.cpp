@@ -219,7 +219,7 @@ void tst_MainWindow::a_stored_speed_reaches_slider_and_game()
 void tst_MainWindow::a_speed_that_is_no_number_is_the_lowest()
 {
     RunningWindow running("[General]\nBallSpeed=fast\n");
-    QTest::ignoreMessage(QtDebugMsg, R"(Setting "BallSpeed" is no number: "fast")");
+    QTest::ignoreMessage(QtDebugMsg, R"(Setting "BallSpeed" is not a number: "fast")");
     running.open();
     QCOMPARE(int(running.window->game().ballSpeed), 10);
 }

@@ -1,3 +1,4 @@
+#include "debuglines.h"
 #include "settings.h"
 
 #include <QDir>
@@ -58,9 +59,9 @@ QStringList files()
     return QDir().entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
 
-QByteArray noNumber(const char *key, const char *value)
+QByteArray notANumber(const char *key, const char *value)
 {
-    return QByteArray("Setting \"") + key + "\" is no number: \"" + value + '"';
+    return QByteArray("Setting \"") + key + "\" is not a number: \"" + value + '"';
 }
 
 } // namespace
@@ -85,11 +86,18 @@ private slots:
     void another_working_directory_has_another_file();
     void a_damaged_file_is_kept_and_what_is_whole_in_it_read_data();
     void a_damaged_file_is_kept_and_what_is_whole_in_it_read();
+    void typed_values_are_read_as_text();
+    void everything_but_typed_values_stays_in_the_file();
+    void lines_with_at_signs_and_backslashes_are_no_damage();
+    void a_file_that_cannot_be_copied_stays_as_it_is_data();
+    void a_file_that_cannot_be_copied_stays_as_it_is();
     void a_later_damage_replaces_the_kept_file();
     void a_whole_file_is_not_copied();
-    void what_is_no_number_reads_as_0_and_is_told_data();
-    void what_is_no_number_reads_as_0_and_is_told();
-    void a_number_of_another_sign_is_no_key();
+    void values_that_are_not_numbers_read_as_0_and_are_logged_data();
+    void values_that_are_not_numbers_read_as_0_and_are_logged();
+    void numbers_are_read_as_qt_converts_them_data();
+    void numbers_are_read_as_qt_converts_them();
+    void a_negative_number_is_no_key();
     void a_mode_is_read_as_it_stands_data();
     void a_mode_is_read_as_it_stands();
 
@@ -289,13 +297,6 @@ void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
     QTest::addRow("cut in the middle of a key") << QByteArray("[General]\nBallSpeed=25\nSen");
-    QTest::addRow("a value of another type")
-        << QByteArray("[General]\nBallSpeed=25\nSensL=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x19)\n");
-    QTest::addRow("a value that no memory holds") << QByteArray(
-        "[General]\nBallSpeed=25\nSensL=@Variant(\\0\\0\\0\\t\\0\\xff\\xff\\xff\\xfe)\n");
-    QTest::addRow("a type behind a backslash")
-        << QByteArray("[General]\nSensL=\\x40Invalid()\nBallSpeed=25\n");
-    QTest::addRow("both") << QByteArray("[General]\nBallSpeed=25\nSensL=@Invalid()\nSen");
     QTest::addRow("rubbish in front") << QByteArray("\xff\xfe rubbish\n[General]\nBallSpeed=25\n");
 }
 
@@ -312,10 +313,85 @@ void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read()
         settings::write(*store, settings::sensitivity[Side::Left], 300);
     }
     QCOMPARE(contentOf(copyName), content);
-    const auto store = settings::open(); // whole again, and nobody is told anything
+    const auto store = settings::open(); // whole again, so nothing is logged
     QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
     QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 300);
     QCOMPARE(contentOf(copyName), content);
+}
+
+void tst_Settings::typed_values_are_read_as_text()
+{
+    const QByteArray content =
+        "[General]\nBallSpeed=25\nSensL=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x19)\n"
+        "SensR=@Variant(\\0\\0\\0\\t\\0\\xff\\xff\\xff\\xfe)\n"
+        "ControlModeLeft=@ByteArray(MIDI)\n";
+    write(fileName, content);
+    QTest::ignoreMessage(
+        QtDebugMsg, R"(The settings file is damaged; it is kept as ".pong.damaged")");
+    {
+        const auto store = settings::open();
+        for (const QString &key : store->allKeys())
+            QCOMPARE(store->value(key).typeId(), int(QMetaType::QString));
+        QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
+        QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 0);
+        QCOMPARE(settings::read(*store, settings::controlMode[Side::Left]), u"@ByteArray(MIDI)"_s);
+        settings::write(*store, settings::sensitivity[Side::Left], 300);
+    }
+    QCOMPARE(contentOf(copyName), content);
+    QVERIFY(QFile::remove(copyName));
+    QCOMPARE(settings::read(*settings::open(), settings::sensitivity[Side::Left]), 300);
+    QCOMPARE(files(), QStringList{fileName}); // no damage any more
+}
+
+void tst_Settings::everything_but_typed_values_stays_in_the_file()
+{
+    const QByteArray before = "; a remark\n[General]\nForeign=@home\nSensL=";
+    const QByteArray after = "\nPath=C:\\\\show\nMail=me@example.org\n\n[Other]\nWindow=";
+    write(fileName, before + "@Invalid()" + after + "@Rect(1 2 3 4)\r\n");
+    settings::open();
+    QCOMPARE(contentOf(fileName), before + "@@Invalid()" + after + "@@Rect(1 2 3 4)\r\n");
+}
+
+void tst_Settings::lines_with_at_signs_and_backslashes_are_no_damage()
+{
+    const QByteArray content = "[General]\nMail=me@example.org\nName=@home\nPath=C:\\\\show\n"
+                               "[Other]\nNote=\"(@)\"\nSigned=@@Invalid()\n";
+    write(fileName, content);
+    settings::open();
+    QCOMPARE(contentOf(fileName), content);
+    QCOMPARE(files(), QStringList{fileName});
+    settings::write(*settings::open(), settings::ballSpeed, 25);
+    for (const QString &line : {u"Mail=me@example.org"_s, u"Path=C:\\\\show"_s, u"Note=(@)"_s})
+        QVERIFY2(sortedLines().contains(line), qPrintable(line));
+}
+
+void tst_Settings::a_file_that_cannot_be_copied_stays_as_it_is_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
+    QTest::addRow("a typed value")
+        << QByteArray("[General]\nBallSpeed=25\n[Other]\nWindow=@Rect(1 2 3 4)\n");
+}
+
+void tst_Settings::a_file_that_cannot_be_copied_stays_as_it_is()
+{
+    QFETCH(QByteArray, content);
+    write(fileName, content);
+    QVERIFY(QDir().mkdir(copyName));
+    DebugLines log;
+    {
+        const auto store = settings::open();
+        QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
+        settings::write(*store, settings::ballSpeed, 30);
+        store->sync();
+        QCOMPARE(settings::read(*store, settings::ballSpeed), 30);
+    }
+    QCOMPARE(log.takeAll(),
+        QStringList{
+            u"The settings file is damaged and cannot be copied; changes will not be kept"_s});
+    QCOMPARE(contentOf(fileName), content);
+    QCOMPARE(files(), QStringList{fileName});
+    QVERIFY(QDir().rmdir(copyName)); // empty, as it was
 }
 
 void tst_Settings::a_later_damage_replaces_the_kept_file()
@@ -335,41 +411,63 @@ void tst_Settings::a_whole_file_is_not_copied()
     QCOMPARE(files(), QStringList{fileName});
 }
 
-void tst_Settings::what_is_no_number_reads_as_0_and_is_told_data()
+void tst_Settings::values_that_are_not_numbers_read_as_0_and_are_logged_data()
 {
     QTest::addColumn<QByteArray>("written");
-    QTest::addColumn<QByteArray>("told");
-    const auto add = [](const char *name, const QByteArray &written, const QByteArray &told) {
-        QTest::addRow("%s", name) << written << told;
+    QTest::addColumn<QByteArray>("logged");
+    const auto add = [](const char *name, const QByteArray &written, const QByteArray &logged) {
+        QTest::addRow("%s", name) << written << logged;
     };
     add("a word", "fast", "fast");
     add("nothing", "", "");
     add("a number with a tail", "12abc", "12abc");
     add("a fraction", "20.5", "20.5");
-    add("beyond 32 bits", "99999999999", "99999999999");
     add("a list", "20, 21", "");
 }
 
-void tst_Settings::what_is_no_number_reads_as_0_and_is_told()
+void tst_Settings::values_that_are_not_numbers_read_as_0_and_are_logged()
 {
     QFETCH(QByteArray, written);
-    QFETCH(QByteArray, told);
+    QFETCH(QByteArray, logged);
     write(fileName, "[General]\nBallSpeed=" + written + "\nCC_00=" + written + '\n');
     const auto store = settings::open();
-    QTest::ignoreMessage(QtDebugMsg, noNumber("BallSpeed", told));
+    QTest::ignoreMessage(QtDebugMsg, notANumber("BallSpeed", logged));
     QCOMPARE(settings::read(*store, settings::ballSpeed), 0);
-    QTest::ignoreMessage(QtDebugMsg, noNumber("CC_00", told));
+    QTest::ignoreMessage(QtDebugMsg, notANumber("CC_00", logged));
     QCOMPARE(settings::read(*store, settings::moveStatus[Side::Left]), 0U);
 }
 
-void tst_Settings::a_number_of_another_sign_is_no_key()
+void tst_Settings::numbers_are_read_as_qt_converts_them_data()
 {
-    write(fileName, "[General]\nKeyboardUpL=-1\nXMoveL=-1\nKeyboardDownL=4294967295\n");
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<int>("asInt");
+    QTest::addColumn<uint>("asUInt");
+    QTest::addRow("beyond 32 bits") << QByteArray("99999999999") << 1215752191 << 1215752191U;
+    QTest::addRow("the largest key") << QByteArray("4294967295") << -1 << 4294967295U;
+    QTest::addRow("in quotes") << QByteArray("\"25\"") << 25 << 25U;
+    QTest::addRow("behind an escape") << QByteArray("\\x32\\x35") << 25 << 25U;
+}
+
+void tst_Settings::numbers_are_read_as_qt_converts_them()
+{
+    QFETCH(QByteArray, written);
+    QFETCH(int, asInt);
+    QFETCH(uint, asUInt);
+    write(fileName, "[General]\nBallSpeed=" + written + "\nCC_00=" + written + '\n');
+    DebugLines log;
     const auto store = settings::open();
-    QTest::ignoreMessage(QtDebugMsg, noNumber("KeyboardUpL", "-1"));
+    QCOMPARE(settings::read(*store, settings::ballSpeed), asInt);
+    QCOMPARE(settings::read(*store, settings::moveStatus[Side::Left]), asUInt);
+    QCOMPARE(log.takeAll(), QStringList());
+}
+
+void tst_Settings::a_negative_number_is_no_key()
+{
+    write(fileName, "[General]\nKeyboardUpL=-1\nXMoveL=-1\n");
+    const auto store = settings::open();
+    QTest::ignoreMessage(QtDebugMsg, notANumber("KeyboardUpL", "-1"));
     QCOMPARE(settings::read(*store, settings::upKey[Side::Left]), 0U);
     QCOMPARE(settings::read(*store, settings::xMove[Side::Left]), -1);
-    QCOMPARE(settings::read(*store, settings::downKey[Side::Left]), 4294967295U);
 }
 
 void tst_Settings::a_mode_is_read_as_it_stands_data()

@@ -1,9 +1,11 @@
 #include "settings.h"
+#include "typedvalues.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -51,13 +53,34 @@ void readAll(const QSettings &store)
         read(store, setting);
 }
 
+/// Keys, or groups, without a name are listed by QSettings, but have no value.
+bool isTextOrNone(const QVariant &value)
+{
+    if (value.typeId() == QMetaType::QVariantList) {
+        const QVariantList list = value.toList();
+        return std::all_of(list.begin(), list.end(), isTextOrNone);
+    }
+    return !value.isValid() || value.typeId() == QMetaType::QString
+        || value.typeId() == QMetaType::QStringList;
+}
+
+/// Nothing in the file made QSettings build a value of another type.
+void requireText(const QSettings &store)
+{
+    for (const QString &key : store.allKeys())
+        require(isTextOrNone(store.value(key)));
+}
+
 void play(const QByteArray &content)
 {
     QFile file(fileName);
     require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     file.close();
+    const QByteArray plain = withoutTypedValues(content);
+    require(withoutTypedValues(plain) == plain);
     {
         const auto store = settings::open();
+        requireText(*store);
         readAll(*store);
         settings::write(*store, settings::ballSpeed, 25);
         require(settings::read(*store, settings::ballSpeed) == 25);

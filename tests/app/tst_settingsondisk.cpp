@@ -1,0 +1,161 @@
+// For systems on which a process can limit the size of the files that it writes, which is as good
+// as a full disk.
+
+#include "debuglines.h"
+#include "settings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString fileName = u".pong"_s;
+
+void write(const QByteArray &content)
+{
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+QByteArray contentOf(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList files()
+{
+    return QDir().entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+/// While it lives, no file has room for more than so many bytes.
+class Room
+{
+public:
+    explicit Room(qsizetype bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit = {rlim_t(bytes), m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~Room() { setrlimit(RLIMIT_FSIZE, &m_before); }
+    Q_DISABLE_COPY_MOVE(Room)
+
+private:
+    rlimit m_before = {};
+};
+
+} // namespace
+
+class tst_SettingsOnDisk : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void without_room_for_a_copy_a_damaged_file_stays_as_it_is_data();
+    void without_room_for_a_copy_a_damaged_file_stays_as_it_is();
+    void with_room_for_the_copy_alone_the_file_stays_as_it_is();
+    void without_room_for_a_change_the_file_stays_as_it_is();
+    void a_change_that_had_no_room_is_written_when_there_is_some();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_previousFolder;
+};
+
+void tst_SettingsOnDisk::init()
+{
+    m_previousFolder = QDir::currentPath();
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+}
+
+void tst_SettingsOnDisk::cleanup()
+{
+    QDir::setCurrent(m_previousFolder);
+    m_folder.reset();
+}
+
+void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_stays_as_it_is_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
+    QTest::addRow("a typed value") << QByteArray("[General]\nBallSpeed=25\nSensL=@Invalid()\n");
+}
+
+void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_stays_as_it_is()
+{
+    QFETCH(QByteArray, content);
+    write(content);
+    QStringList lines;
+    {
+        DebugLines log;
+        const Room room(content.size() - 1);
+        const auto store = settings::open();
+        settings::write(*store, settings::ballSpeed, 30);
+        store->sync();
+        QCOMPARE(settings::read(*store, settings::ballSpeed), 30);
+        lines = log.takeAll();
+    }
+    QCOMPARE(lines,
+        QStringList{
+            u"The settings file is damaged and cannot be copied; changes will not be kept"_s});
+    QCOMPARE(contentOf(fileName), content);
+    QCOMPARE(files(), QStringList{fileName});
+}
+
+void tst_SettingsOnDisk::with_room_for_the_copy_alone_the_file_stays_as_it_is()
+{
+    const QByteArray content = "[General]\nBallSpeed=25\nSensL=@Invalid()\n";
+    write(content);
+    {
+        const Room room(content.size());
+        const auto store = settings::open();
+        settings::write(*store, settings::ballSpeed, 30);
+    }
+    QCOMPARE(contentOf(fileName), content);
+    QCOMPARE(contentOf(u".pong.damaged"_s), content);
+}
+
+void tst_SettingsOnDisk::without_room_for_a_change_the_file_stays_as_it_is()
+{
+    const QByteArray content = "[General]\nBallSpeed=25\nSensR=600\n";
+    write(content);
+    {
+        const Room room(10);
+        const auto store = settings::open();
+        settings::write(*store, settings::sensitivity[Side::Left], 300);
+        store->sync();
+        QCOMPARE(contentOf(fileName), content);
+    }
+    QCOMPARE(contentOf(fileName), content);
+    QCOMPARE(files(), QStringList{fileName});
+}
+
+void tst_SettingsOnDisk::a_change_that_had_no_room_is_written_when_there_is_some()
+{
+    write("[General]\nBallSpeed=25\n");
+    const auto store = settings::open();
+    {
+        const Room room(10);
+        settings::write(*store, settings::sensitivity[Side::Left], 300);
+        store->sync();
+    }
+    settings::write(*store, settings::sensitivity[Side::Right], 400);
+    store->sync();
+    QCOMPARE(contentOf(fileName), QByteArray("[General]\nBallSpeed=25\nSensL=300\nSensR=400\n"));
+}
+
+QTEST_GUILESS_MAIN(tst_SettingsOnDisk)
+#include "tst_settingsondisk.moc"
