@@ -50,8 +50,9 @@ void Match::requestStart(int side)
         pointPending = false;
         if (leftScore == 0 && rightScore == 0)
             servePhase = side;
-    } else if (gameShown && servePhase == side) {
-        servePhase = InPlay;
+    } else if (gameShown && servePhase.replace(side, InPlay) && pointPending) {
+        // The serve is from a miss that was not complete yet; its score is shown first.
+        servePhase.replace(InPlay, side);
     }
 }
 
@@ -151,9 +152,13 @@ void Match::hitBall(int side)
 
 int Match::missBall(int side)
 {
+    // A start press may come between any two of these. One that finds the point pending finds its
+    // score and serve too, or it would take the tenth point for one of many. One that came before
+    // may have served already, which is undone.
     const int scorer = 1 - side;
-    pointPending = true;
     (scorer == 0 ? leftScore : rightScore) += 1;
     servePhase = side;
+    pointPending = true;
+    servePhase.replace(InPlay, side);
     return scorer;
 }

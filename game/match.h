@@ -44,11 +44,11 @@ struct Match
     float ballVy = 0.0F; ///< units per step
     Relaxed<qint32> ballSpeed = 20; ///< the ball flies ballSpeed * 53 / 10 units per step
     Relaxed<bool> gameShown = false; ///< the game is shown and played
-    Relaxed<qint32> servePhase = ServeLeft;
-    Relaxed<qint32> leftScore = 0;
-    Relaxed<qint32> rightScore = 0;
+    Ordered<qint32> servePhase = ServeLeft;
+    Ordered<qint32> leftScore = 0;
+    Ordered<qint32> rightScore = 0;
     /// A point has ended, or the match is new: the scores are shown until a start press.
-    Relaxed<bool> pointPending = true;
+    Ordered<bool> pointPending = true;
 
     /// The step that a paddle takes on every tick from now on. Other sides are ignored.
     void setPaddleInput(int side, int step);

@@ -2,40 +2,45 @@
 
 #include <atomic>
 
-/// A value that one thread writes and another reads, whole and without order to anything else:
-/// it is assigned and read like a plain member. Every thread may do both.
-template <class T>
-class Relaxed
+/// An atomic value that is assigned and read like a plain member, by every thread. All accesses
+/// have the memory order `order`. Never a lock.
+template <class T, std::memory_order order>
+class AtomicValue
 {
 public:
-    Relaxed(T value = T())
+    AtomicValue(T value = T())
         : m_value(value)
     {
     }
-    Relaxed(const Relaxed &other)
+    AtomicValue(const AtomicValue &other)
         : m_value(T(other))
     {
     }
-    ~Relaxed() = default;
+    ~AtomicValue() = default;
 
-    Relaxed &operator=(const Relaxed &other)
+    AtomicValue &operator=(const AtomicValue &other)
     {
         *this = T(other);
         return *this;
     }
-    Relaxed &operator=(T value)
+    AtomicValue &operator=(T value)
     {
-        m_value.store(value, std::memory_order_relaxed);
+        m_value.store(value, order);
         return *this;
     }
-    operator T() const { return m_value.load(std::memory_order_relaxed); }
+    operator T() const { return m_value.load(order); }
 
     /// Writes a value and returns the one that it replaced, in one step.
-    T exchange(T value) { return m_value.exchange(value, std::memory_order_relaxed); }
-    /// Adds in one step, so that no other thread's write is lost.
-    Relaxed &operator+=(T step)
+    T exchange(T value) { return m_value.exchange(value, order); }
+    /// Writes `value` if the present one is `expected`, in one step. Returns whether it was.
+    bool replace(T expected, T value)
     {
-        m_value.fetch_add(step, std::memory_order_relaxed);
+        return m_value.compare_exchange_strong(expected, value, order);
+    }
+    /// Adds in one step, so that no other thread's write is lost.
+    AtomicValue &operator+=(T step)
+    {
+        m_value.fetch_add(step, order);
         return *this;
     }
 
@@ -43,3 +48,11 @@ private:
     std::atomic<T> m_value;
     static_assert(std::atomic<T>::is_always_lock_free);
 };
+
+/// A value on its own: a reader learns nothing from it about any other.
+template <class T>
+using Relaxed = AtomicValue<T, std::memory_order_relaxed>;
+
+/// One of several values that belong together: all threads see the writes to them in one order.
+template <class T>
+using Ordered = AtomicValue<T, std::memory_order_seq_cst>;
