@@ -1,4 +1,5 @@
 #include "badbey.h"
+#include "debuglines.h"
 #include "runningwindow.h"
 
 #include <QComboBox>
@@ -38,6 +39,7 @@ private slots:
     void the_first_load_switches_the_output_off_and_shows_both_buttons_idle();
     void the_output_button_switches_the_host_on_and_off();
     void the_output_button_shows_its_state_whatever_the_host_answers();
+    void a_button_changes_its_look_after_what_it_switches();
     void the_game_button_shows_and_hides_the_game();
     void whoever_keeps_the_computer_awake_is_told_exactly_while_the_game_is_shown();
     void a_hidden_game_sends_empty_frames_on_every_tick();
@@ -49,7 +51,9 @@ private slots:
     void a_host_without_zones_leaves_the_zone_as_it_was_data();
     void a_host_without_zones_leaves_the_zone_as_it_was();
     void an_absurd_number_of_zones_is_cut_and_told();
+    void a_thousand_zones_are_all_listed();
     void zones_that_appear_during_a_refresh_select_nothing();
+    void zones_that_are_gone_when_asked_again_are_listed_and_not_selected();
 
 private:
     void start(int zones = 1);
@@ -123,6 +127,24 @@ void tst_LaserControls::the_output_button_shows_its_state_whatever_the_host_answ
     m_running->click(u"enableButton"_s);
     QCOMPARE(m_running->text(u"enableButton"_s), u"Disable Laser Output"_s);
     QCOMPARE(m_running->find(u"enableButton"_s)->styleSheet(), activeLook);
+}
+
+void tst_LaserControls::a_button_changes_its_look_after_what_it_switches()
+{
+    start();
+    QStringList textsMeanwhile;
+    m_running->host.onOutput = [&] { textsMeanwhile.append(m_running->text(u"enableButton"_s)); };
+    m_running->window->gameShownChanged = [&](bool) {
+        textsMeanwhile.append(m_running->text(u"showButton"_s));
+    };
+    for (const QString &name : {u"enableButton"_s, u"showButton"_s}) {
+        m_running->click(name);
+        m_running->click(name);
+    }
+    m_running->host.onOutput = nullptr;
+    QCOMPARE(textsMeanwhile,
+        (QStringList{
+            u"Enable Laser Output"_s, u"Disable Laser Output"_s, u"Show pong"_s, u"Hide pong"_s}));
 }
 
 void tst_LaserControls::the_game_button_shows_and_hides_the_game()
@@ -279,6 +301,17 @@ void tst_LaserControls::an_absurd_number_of_zones_is_cut_and_told()
     QCOMPARE(zone(), 0);
 }
 
+void tst_LaserControls::a_thousand_zones_are_all_listed()
+{
+    start();
+    m_running->host.zones = 1000;
+    DebugLines lines;
+    refresh();
+    QCOMPARE(zoneList().count(), 1001);
+    QCOMPARE(zoneList().itemText(1000), u"BEYOND Zone 1000"_s);
+    QCOMPARE(lines.takeAll(), QStringList());
+}
+
 void tst_LaserControls::zones_that_appear_during_a_refresh_select_nothing()
 {
     start(3);
@@ -291,6 +324,23 @@ void tst_LaserControls::zones_that_appear_during_a_refresh_select_nothing()
     refresh();
     m_running->host.onZoneCount = nullptr;
     QCOMPARE(zoneList().count(), 1);
+    QCOMPARE(zoneList().currentIndex(), 0);
+    QCOMPARE(zone(), 1);
+}
+
+void tst_LaserControls::zones_that_are_gone_when_asked_again_are_listed_and_not_selected()
+{
+    start(3);
+    choose(2);
+    m_running->host.takeCalls();
+    m_running->host.onZoneCount = [this, asked = false]() mutable {
+        if (std::exchange(asked, true))
+            m_running->host.zones = 0;
+    };
+    refresh();
+    m_running->host.onZoneCount = nullptr;
+    QCOMPARE(m_running->host.takeCalls().filter(u"ldbGetZoneCount"_s).size(), 2);
+    QCOMPARE(zoneList().count(), 4);
     QCOMPARE(zoneList().currentIndex(), 0);
     QCOMPARE(zone(), 1);
 }
