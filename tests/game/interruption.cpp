@@ -3,22 +3,23 @@
 #include <x86intrin.h>
 
 #include <csignal>
+#include <cstdint>
 #include <ucontext.h>
 
 namespace {
 
 /// While this flag is set the processor traps after every instruction.
-constexpr long trapFlag = 0x100;
+constexpr unsigned trapFlag = 0x100;
 
 int left = 0;
 const std::function<void()> *interrupt = nullptr;
 
-void onInstruction(int, siginfo_t *, void *context)
+void onInstruction(int /*signal*/, siginfo_t * /*info*/, void *context)
 {
     if (--left > 0)
         return;
     // The flags of what was interrupted; those of this handler are others.
-    static_cast<ucontext_t *>(context)->uc_mcontext.gregs[REG_EFL] &= ~trapFlag;
+    static_cast<ucontext_t *>(context)->uc_mcontext.gregs[REG_EFL] &= ~greg_t{trapFlag};
     (*interrupt)();
 }
 
@@ -36,7 +37,7 @@ bool runInterrupted(
     sigaction(SIGTRAP, &action, &previous);
     __writeeflags(__readeflags() | trapFlag);
     work();
-    __writeeflags(__readeflags() & ~trapFlag);
+    __writeeflags(__readeflags() & ~std::uint64_t{trapFlag});
     sigaction(SIGTRAP, &previous, nullptr);
     return left <= 0;
 }
