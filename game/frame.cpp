@@ -1,11 +1,7 @@
 #include "frame.h"
 
-#include "badbey.h"
-#include "ldb.h"
 #include "match.h"
 #include "strokes.h"
-
-#include <array>
 
 namespace {
 
@@ -22,48 +18,22 @@ void composeScores(const Match &match, BadBey &bey)
     addLine(bey, {5333, 0}, {0, 10666}, cyan, DashObject, 12, LineSingle);
 }
 
-/// What looks the same in every frame is drawn once and kept. A list that it does not fit into is
-/// left to the strokes, which drop it.
-template <class Draw>
-void addKept(QList<FramePoint> &kept, BadBey &bey, Draw draw)
-{
-    const qsizetype before = bey.points.size();
-    if (!kept.isEmpty() && before + kept.size() <= ldbMaxPoints) {
-        bey.points.append(kept);
-        return;
-    }
-    draw();
-    if (kept.isEmpty() && bey.points.size() > before)
-        kept = bey.points.sliced(before);
-}
-
-void composeBorders(BadBey &bey)
-{
-    static QList<FramePoint> kept;
-    addKept(kept, bey, [&bey] {
-        const StrokeSize border = {2 * fieldHalf, 0};
-        addLine(bey, border, {0, fieldHalf}, yellow, TopBorderObject, 50, LineSingle);
-        addLine(bey, border, {0, -fieldHalf}, yellow, BottomBorderObject, 50, LineSingle);
-    });
-}
-
 void composeField(const Match &match, BadBey &bey)
 {
     const StrokeSize paddle = {0, 2 * paddleHalf};
     addLine(bey, paddle, match.leftPaddle, white, LeftPaddleObject, 20, LineSingle);
     addLine(bey, paddle, match.rightPaddle, white, RightPaddleObject, 20, LineSingle);
-    composeBorders(bey);
+    const StrokeSize border = {2 * fieldHalf, 0};
+    addLine(bey, border, {0, fieldHalf}, yellow, TopBorderObject, 50, LineSingle);
+    addLine(bey, border, {0, -fieldHalf}, yellow, BottomBorderObject, 50, LineSingle);
 }
 
 void composeWinner(const Match &match, BadBey &bey)
 {
-    static std::array<QList<FramePoint>, 2> kept;
-    const std::size_t winner = match.leftScore == winningScore ? 0 : 1;
-    addKept(kept[winner], bey, [&bey, winner] {
-        addWinnerCaptionTop(bey, 30, {-12800, 8000}, green, WinnerObject, 200);
-        addDigit(bey, int(winner) + 1, 12, {12800, 8000}, green, WinnerObject, 60);
-        addWinnerCaptionBottom(bey, 30, {-8000, -8000}, green, WinnerObject, 250);
-    });
+    const int winner = match.leftScore == winningScore ? 1 : 2;
+    addWinnerCaptionTop(bey, 30, {-12800, 8000}, green, WinnerObject, 200);
+    addDigit(bey, winner, 12, {12800, 8000}, green, WinnerObject, 60);
+    addWinnerCaptionBottom(bey, 30, {-8000, -8000}, green, WinnerObject, 250);
 }
 
 } // namespace

@@ -10,15 +10,10 @@ namespace {
 /// The offset of a hit from the paddle's centre, divided by this, turns the ball.
 constexpr qint32 deflectionDivisor = 50;
 
-constexpr bool isSide(int side)
+/// The direction from the centre to a side's end of the field: -1 left, +1 right.
+constexpr qint32 directionOf(Side side)
 {
-    return side == 0 || side == 1;
-}
-
-/// Where a side's end of the field lies: -1 left, +1 right.
-constexpr qint32 directionOf(int side)
-{
-    return side == 0 ? -1 : 1;
+    return side == Side::Left ? -1 : 1;
 }
 
 /// speed * 53 / divisor in whole numbers, for any speed that a settings file may hold.
@@ -40,7 +35,7 @@ void Match::setPaddleInput(int side, int step)
 
 void Match::requestStart(int side)
 {
-    if (!isSide(side))
+    if (!sideOfNumber(side))
         return;
     if (pointPending) {
         if (isOver()) {
@@ -50,8 +45,9 @@ void Match::requestStart(int side)
         pointPending = false;
         if (leftScore == 0 && rightScore == 0)
             servePhase = side;
-    } else if (gameShown && servePhase == side) {
-        servePhase = InPlay;
+    } else if (gameShown && servePhase.replace(side, InPlay) && pointPending) {
+        // The serve is from a miss that was not complete yet; its score is shown first.
+        servePhase.replace(InPlay, side);
     }
 }
 
@@ -78,15 +74,14 @@ void Match::movePaddles()
     rightPaddle.y = moved(rightPaddle.y, rightStep);
 }
 
-std::optional<int> Match::moveBall()
+std::optional<Side> Match::moveBall()
 {
-    const qint32 phase = servePhase;
-    if (phase == InPlay)
-        flyBall();
+    if (const std::optional<Side> server = sideOfNumber(servePhase))
+        holdBall(*server);
     else
-        holdBall(phase);
+        flyBall();
     bounceOffBorders();
-    for (const int side : {0, 1}) {
+    for (const Side side : bothSides) {
         if (!isAtEnd(side))
             continue;
         if (!reachesBall(side))
@@ -97,7 +92,7 @@ std::optional<int> Match::moveBall()
     return std::nullopt;
 }
 
-void Match::holdBall(int side)
+void Match::holdBall(Side side)
 {
     ballPos = {directionOf(side) * ballLimit, paddle(side).y};
     ballVx = std::copysign(wholeSpeed(ballSpeed, 10), static_cast<float>(-directionOf(side)));
@@ -122,18 +117,18 @@ void Match::bounceOffBorders()
         ballVy = -std::fabs(ballVy);
 }
 
-bool Match::isAtEnd(int side) const
+bool Match::isAtEnd(Side side) const
 {
-    return side == 0 ? ballPos.x <= -ballLimit : ballPos.x >= ballLimit;
+    return side == Side::Left ? ballPos.x <= -ballLimit : ballPos.x >= ballLimit;
 }
 
-bool Match::reachesBall(int side)
+bool Match::reachesBall(Side side)
 {
     const qint32 y = paddle(side).y;
     return y - paddleHalf <= ballPos.y && ballPos.y <= y + paddleHalf;
 }
 
-void Match::hitBall(int side)
+void Match::hitBall(Side side)
 {
     ballPos.x = directionOf(side) * ballLimit;
     const qint32 deflection = (ballPos.y - paddle(side).y) / deflectionDivisor;
@@ -149,11 +144,15 @@ void Match::hitBall(int side)
         ballVx = std::fabs(ballVx) / ballVx * 53.0F * speed / 10.0F * 0.25F;
 }
 
-int Match::missBall(int side)
+Side Match::missBall(Side side)
 {
-    const int scorer = 1 - side;
+    // A start press may come between any two of these. One that finds the point pending finds its
+    // score and serve too, or it would take the tenth point for one of many. One that came before
+    // may have served already, which is undone.
+    const Side scorer = otherSide(side);
+    (scorer == Side::Left ? leftScore : rightScore) += 1;
+    servePhase = sideNumber(side);
     pointPending = true;
-    (scorer == 0 ? leftScore : rightScore) += 1;
-    servePhase = side;
+    servePhase.replace(InPlay, sideNumber(side));
     return scorer;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "relaxed.h"
+#include "atomicvalue.h"
+#include "side.h"
 
 #include <QtGlobal>
 
@@ -44,11 +45,11 @@ struct Match
     float ballVy = 0.0F; ///< units per step
     Relaxed<qint32> ballSpeed = 20; ///< the ball flies ballSpeed * 53 / 10 units per step
     Relaxed<bool> gameShown = false; ///< the game is shown and played
-    Relaxed<qint32> servePhase = ServeLeft;
-    Relaxed<qint32> leftScore = 0;
-    Relaxed<qint32> rightScore = 0;
+    Ordered<qint32> servePhase = ServeLeft;
+    Ordered<qint32> leftScore = 0;
+    Ordered<qint32> rightScore = 0;
     /// A point has ended, or the match is new: the scores are shown until a start press.
-    Relaxed<bool> pointPending = true;
+    Ordered<bool> pointPending = true;
 
     /// The step that a paddle takes on every tick from now on. Other sides are ignored.
     void setPaddleInput(int side, int step);
@@ -60,17 +61,17 @@ struct Match
     /// Moves both paddles by their steps.
     void movePaddles();
     /// Moves the ball by one step. Returns the side that scored with it, if one did.
-    std::optional<int> moveBall();
+    std::optional<Side> moveBall();
     /// Whether a player has won; the match then waits for a start press.
     bool isOver() const;
 
 private:
-    Point &paddle(int side) { return side == 0 ? leftPaddle : rightPaddle; }
-    void holdBall(int side);
+    Point &paddle(Side side) { return side == Side::Left ? leftPaddle : rightPaddle; }
+    void holdBall(Side side);
     void flyBall();
     void bounceOffBorders();
-    bool isAtEnd(int side) const;
-    bool reachesBall(int side);
-    void hitBall(int side);
-    int missBall(int side);
+    bool isAtEnd(Side side) const;
+    bool reachesBall(Side side);
+    void hitBall(Side side);
+    Side missBall(Side side);
 };

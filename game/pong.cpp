@@ -155,6 +155,6 @@ void Pong::stepBall()
     const auto scorer = moveBall();
     if (!scorer)
         return;
-    qDebug(*scorer == 0 ? "Left scores" : "Right scores");
+    qDebug(*scorer == Side::Left ? "Left scores" : "Right scores");
     qDebug("Score LR = %d-%d", int(leftScore), int(rightScore));
 }

@@ -66,21 +66,6 @@ private:
     int m_color;
 };
 
-/// The points of a circle of radius 1, counter-clockwise from the rightmost. Kept until another
-/// number is asked for: a frame asks for the ball's alone.
-const QList<Place<double>> &unitCircle(int steps)
-{
-    static QList<Place<double>> kept;
-    if (kept.size() == steps)
-        return kept;
-    kept.clear();
-    for (int i = 0; i < steps; ++i) {
-        const double angle = i * 6.283185307 / steps;
-        kept.append({std::cos(angle), std::sin(angle)});
-    }
-    return kept;
-}
-
 void markEnds(QList<FramePoint> &stroke)
 {
     if (stroke.size() < 2)
@@ -121,8 +106,11 @@ void addLinePoints(QList<FramePoint> &stroke, StrokeSize size, Point centre, int
 void addCirclePoints(QList<FramePoint> &stroke, int radius, Point centre, int color, int steps)
 {
     PointWriter points(stroke, qsizetype(std::max(steps, 0)) + 1, color);
-    for (const auto [x, y] : unitCircle(steps))
-        points.addIfInRange(Place<double>{x * radius + centre.x, y * radius + centre.y});
+    for (int i = 0; i < steps; ++i) {
+        const double angle = i * 6.283185307 / steps;
+        points.addIfInRange(Place<double>{
+            std::cos(angle) * radius + centre.x, std::sin(angle) * radius + centre.y});
+    }
     points.addIfInRange(Place<double>{double(centre.x) + radius, double(centre.y)});
 }
 

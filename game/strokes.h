@@ -49,7 +49,7 @@ void addLine(
     BadBey &bey, StrokeSize size, Point centre, int color, int objectIndex, int steps, int mode);
 
 /// A circle, counter-clockwise from its rightmost point, with steps + 1 points. No steps draw
-/// nothing.
+/// nothing; negative ones draw the closing point alone.
 void addCircle(BadBey &bey, int radius, Point centre, int color, int objectIndex, int steps);
 
 /// A rectangle, clockwise from its top left corner; a quarter of the steps a side.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "midimessage.h"
-#include "relaxed.h"
+#include "atomicvalue.h"
 #include "windowsapi.h"
 
 #include <QObject>

@@ -72,11 +72,8 @@ int BadBey::GetZoneCount() const
 
 void BadBey::SendFrame()
 {
-    const qint32 target = zone;
-    if (litZone >= 0 && litZone != target)
-        sendFirst(0, litZone);
-    if (target >= 0)
-        sendFirst(std::min<qsizetype>(points.size(), ldbMaxPoints), target);
+    if (const qint32 target = zone; dllLoaded && target >= 0)
+        sendTo(target);
     points.clear();
 }
 
@@ -87,15 +84,13 @@ void BadBey::CloseSession()
     sessionCreated = false;
 }
 
-void BadBey::sendFirst(qsizetype count, qint32 toZone)
+void BadBey::sendTo(qint32 target) const
 {
-    if (!dllLoaded)
-        return;
     std::array<LdbPoint, ldbMaxPoints> buffer = {};
+    const qsizetype count = std::min<qsizetype>(points.size(), ldbMaxPoints);
     LdbPoint *record = buffer.data();
     for (auto point = points.cbegin(); point != points.cbegin() + count; ++point)
         writePoint(*record++, *point);
     ldbSendFrame(
-        2, toZone, 0, "SingleZone", static_cast<qint32>(count), buffer.data(), nullptr, 100, -1);
-    litZone = count > 0 ? toZone : -1;
+        2, target, 0, "SingleZone", static_cast<qint32>(count), buffer.data(), nullptr, 100, -1);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "framepoint.h"
-#include "relaxed.h"
+#include "atomicvalue.h"
 
 #include <QList>
 #include <QObject>
@@ -37,9 +37,8 @@ public:
     int SetLaserOutput(bool on) const;
     /// The number of the host's zones; 0 without the library. From the GUI thread.
     int GetZoneCount() const;
-    /// Sends `points` to the selected zone, an empty list too, and empties the list. A zone that
-    /// is left while its picture is lit gets one empty frame, so that it goes dark. At most
-    /// ldbMaxPoints are sent.
+    /// Sends `points` to the selected zone, an empty list too, and empties the list. At most
+    /// ldbMaxPoints are sent. A zone that is left gets nothing more and keeps its last picture.
     void SendFrame();
     /// Closes the session if it is open.
     void CloseSession();
@@ -57,10 +56,8 @@ signals:
     void reqExit();
 
 private:
-    /// Sends the first `count` points of the list.
-    void sendFirst(qsizetype count, qint32 toZone);
+    void sendTo(qint32 target) const;
 
     const bool dllLoaded;
     bool sessionCreated = false;
-    qint32 litZone = -1; ///< the zone that holds a picture, or -1
 };

@@ -1,4 +1,4 @@
-#include "relaxed.h"
+#include "atomicvalue.h"
 #include "windowsapi.h"
 
 #include <jack/jack.h>

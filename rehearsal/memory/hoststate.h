@@ -11,7 +11,9 @@ SharedTime sharedNow();
 
 /// How often a host gives a sign of life.
 inline constexpr std::chrono::milliseconds heartbeatInterval{100};
-/// A host whose last sign of life is older counts as gone, be it killed or hung.
+/// A host whose last sign of life is older counts as gone, be it killed or hung. The game, which
+/// asks once a second, then shows it within two. Shorter, and a host on a busy machine would seem
+/// gone in the middle of a rehearsal.
 inline constexpr std::chrono::milliseconds heartbeatLimit{1000};
 
 /// What a host tells the game about itself.

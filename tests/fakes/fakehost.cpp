@@ -8,23 +8,31 @@ namespace {
 
 FakeHost *host = nullptr;
 
+void run(const std::function<void()> &scripted)
+{
+    if (scripted)
+        scripted();
+}
+
 // The functions that do more than be recorded.
 
 std::int32_t answer(const char *name)
 {
     const QByteArrayView called(name);
     host->record(QString::fromLatin1(name));
-    if (called == "ldbBeyondExeReady")
+    if (called == "ldbBeyondExeReady") {
+        run(host->onReady);
         return host->ready;
+    }
     if (called == "ldbGetBeyondVersion")
         return host->build;
     if (called == "ldbGetZoneCount") {
-        if (host->onZoneCount)
-            host->onZoneCount();
+        run(host->onZoneCount);
         return host->zones;
     }
     if (called == "ldbEnableLaserOutput" || called == "ldbDisableLaserOutput") {
         host->outputOn = called == "ldbEnableLaserOutput";
+        run(host->onOutput);
         return host->outputAnswer;
     }
     return 0;
@@ -54,8 +62,7 @@ std::int32_t answer(const char *name, std::int32_t frameType, std::int32_t zone,
         host->recordFrame({zone, QList<LdbPoint>(points, points + pointCount)});
     }
     ++host->framesSent;
-    if (host->onSendFrame)
-        host->onSendFrame();
+    run(host->onSendFrame);
     return 0;
 }
 

@@ -31,10 +31,12 @@ public:
     bool installed = true; ///< whether the library can be loaded at all
     QByteArray missingEntryPoint; ///< the name of a function that the library lacks
     std::atomic<qint32> ready = 1; ///< the answer of ldbBeyondExeReady
+    std::function<void()> onReady; ///< runs inside ldbBeyondExeReady, before it answers
     std::atomic<qint32> build = 1700;
     std::atomic<qint32> zones = 1;
     std::function<void()> onZoneCount; ///< runs inside ldbGetZoneCount, before it answers
     std::atomic<qint32> outputAnswer = 1; ///< the answer of the output switch
+    std::function<void()> onOutput; ///< runs inside the output switch, before it answers
     std::function<void()> onSendFrame; ///< runs inside ldbSendFrame, to stall it for example
 
     // The record.

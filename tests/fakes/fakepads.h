@@ -1,6 +1,6 @@
 #pragma once
 
-#include "relaxed.h"
+#include "atomicvalue.h"
 #include "windowsapi.h"
 
 #include <array>

@@ -218,7 +218,7 @@ void tst_Ball::a_miss_gives_the_point_to_the_other_side_and_the_serve_to_this_on
     match.leftScore = 3;
     match.rightScore = 5;
     paddleOf(match, side).y = -200;
-    QCOMPARE(match.moveBall(), std::optional(1 - side));
+    QCOMPARE(match.moveBall(), std::optional(otherSide(*sideOfNumber(side))));
     QVERIFY(match.pointPending);
     QCOMPARE(int(match.leftScore), side == 0 ? 3 : 4);
     QCOMPARE(int(match.rightScore), side == 0 ? 6 : 5);

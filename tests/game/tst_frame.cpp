@@ -87,6 +87,8 @@ private slots:
     void ten_points_show_the_winner_alone();
     void a_picture_drawn_again_is_the_same_data();
     void a_picture_drawn_again_is_the_same();
+    void a_picture_drawn_again_leaves_the_stroke_of_its_last_line_data();
+    void a_picture_drawn_again_leaves_the_stroke_of_its_last_line();
     void a_frame_goes_after_what_is_in_the_list();
     void a_frame_that_outgrows_the_list_drops_it_data();
     void a_frame_that_outgrows_the_list_drops_it();
@@ -187,6 +189,26 @@ void tst_Frame::a_picture_drawn_again_is_the_same()
     for (const Match &between : {match, matchAt(0, 10, true), matchAt(10, 0, true)}) {
         frameOf(between);
         QCOMPARE(frameOf(match), points);
+    }
+}
+
+void tst_Frame::a_picture_drawn_again_leaves_the_stroke_of_its_last_line_data()
+{
+    a_picture_drawn_again_is_the_same_data();
+}
+
+void tst_Frame::a_picture_drawn_again_leaves_the_stroke_of_its_last_line()
+{
+    QFETCH(Match, match);
+    // The lines share one stroke, which the next line may go on with: after every picture it holds
+    // the stroke that the picture ends with.
+    QList<FramePoint> expected = strokesOf(frameOf(match)).constLast();
+    expected.removeLast();
+    expected += {at(7, 8, 1), travel(7, 8)};
+    for (int times = 0; times < 3; ++times) {
+        frameOf(match);
+        QCOMPARE(drawnLine({0, 0}, {7, 8}, -1, LineEnd), expected);
+        drawnLine({0, 0}, {0, 0}, 0, LineBegin); // forgets it
     }
 }
 

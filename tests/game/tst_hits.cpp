@@ -100,9 +100,11 @@ void tst_Hits::a_hit_leaves_a_quarter_of_the_speed_across_data()
     addHits("far below", 20, 0, 4880, 26.0F, 120.0F, 5000, 26.5F, 0x1.a752dep+6F);
     addHits("almost straight up", 20, 0, -300, 20.0F, 300.0F, 0, 26.5F, 0x1.a7e208p+6F);
     addHits("25.93", 20, 0, -102, 25.75F, 102.0F, 0, 26.5F, 0x1.9aea16p+6F);
+    addHits("26 is left", 20, 0, -60, 0x1.e5c88ap+3F, 60.0F, 0, 26.0F, 0x1.850b2ap+6F);
     addHits("26.09 is left", 20, 0, -102, 0x1.9e6666p+4F, 102.0F, 0, 0x1.a167a2p+4F, 0x1.9ac702p+6F);
     addHits("26.65 is left", 20, 0, -102, 26.5F, 102.0F, 0, 0x1.aa7834p+4F, 0x1.9a399p+6F);
     addHits("at speed 30", 30, 0, -4800, 11.0F, -200.0F, -5000, 39.75F, -0x1.3df0a6p+7F);
+    addHits("39 is left at speed 30", 30, 0, -60, 0x1.e5c88cp+3F, 60.0F, 0, 39.0F, 0x1.0aa004p+7F);
     addHits("at speed 1", 1, 0, 450, 1.5F, 50.0F, 500, 0x1.533334p+0F, 0x1.5332fep+2F);
     addHits("at speed 2", 2, 0, -9, 2.0F, 9.0F, 0, 0x1.2654cep+1F, 0x1.48a49ap+3F);
     addHits("at speed 3", 3, 0, -15, 3.0F, 15.0F, 0, 0x1.8f22b6p+1F, 0x1.f22664p+3F);

@@ -277,7 +277,7 @@ void tst_Match::ten_points_end_a_match()
         match.servePhase = InPlay;
         match.ballPos = {toward * 31100, 5001};
         match.ballVx = static_cast<float>(toward * 106);
-        QCOMPARE(match.moveBall(), std::optional(1 - loser));
+        QCOMPARE(match.moveBall(), std::optional(otherSide(*sideOfNumber(loser))));
         QCOMPARE(int(loser == 0 ? match.rightScore : match.leftScore), point);
         QCOMPARE(int(loser == 0 ? match.leftScore : match.rightScore), 0);
     }

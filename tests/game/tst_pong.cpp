@@ -2,61 +2,23 @@
 #include "debuglines.h"
 #include "fakehost.h"
 #include "pong.h"
+#include "timerwatch.h"
 
 #include <QCoreApplication>
-#include <QHash>
 #include <QPointer>
 #include <QSemaphore>
-#include <QSet>
 #include <QTest>
 #include <QThread>
-#include <QTimer>
 
 #include <atomic>
 #include <memory>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
 const QString load = u"LoadLibrary BEYONDIOx64.dll"_s;
-const QString noHost = u"Beyond not started or Incorrect Beyond Version"_s;
 const QString dark = u"ldbSendFrame 2 0 0 SingleZone 0 points null 100 -1"_s;
-
-constexpr int tickMs = 3;
-constexpr int checkMs = 1000;
-
-/// Watches the timers that nobody owns fire on the test's thread.
-class TimerWatch : public QObject
-{
-public:
-    TimerWatch() { qApp->installEventFilter(this); }
-
-    int timeouts(int interval) const { return m_timeouts.value(interval); }
-    /// The timers of an interval that have fired.
-    QSet<QTimer *> timers(int interval) const { return m_timers.value(interval); }
-    QList<int> intervals() const { return m_timeouts.keys(); }
-
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        auto *timer = qobject_cast<QTimer *>(watched);
-        if (event->type() == QEvent::Timer && timer && !timer->parent()) {
-            ++m_timeouts[timer->interval()];
-            m_timers[timer->interval()].insert(timer);
-        }
-        return false;
-    }
-
-private:
-    QHash<int, int> m_timeouts;
-    QHash<int, QSet<QTimer *>> m_timers;
-};
-
-bool isLoaded(const Pong &pong)
-{
-    return pong.thread() != QThread::currentThread();
-}
 
 /// Lets the game thread finish what has been posted to it, without posting ticks meanwhile.
 void settle(Pong &pong)
@@ -88,12 +50,7 @@ class tst_Pong : public QObject
     Q_OBJECT
 
 private slots:
-    void the_first_load_comes_100_ms_after_construction();
-    void the_game_moves_to_a_thread_of_its_own_with_its_binding();
-    void its_timers_stay_behind_at_3_and_1000_ms();
     void ticks_and_host_checks_run_on_the_game_thread();
-    void the_first_load_tells_the_state_of_the_host_data();
-    void the_first_load_tells_the_state_of_the_host();
     void a_host_that_starts_later_is_found();
     void without_the_library_the_game_asks_for_exit_once_and_tells_no_state();
     void ticks_do_not_pile_up_behind_a_host_call();
@@ -104,46 +61,6 @@ private slots:
     void a_game_without_a_host_ends_without_a_frame();
     void nothing_of_the_game_outlives_it();
 };
-
-void tst_Pong::the_first_load_comes_100_ms_after_construction()
-{
-    // Timers fire in the order in which they are due, however late.
-    FakeHost host;
-    std::unique_ptr<Pong> pong;
-    int wasLoaded[2] = {-1, -1};
-    QTimer::singleShot(90ms, this, [&] { wasLoaded[0] = isLoaded(*pong); });
-    pong = std::make_unique<Pong>();
-    QTimer::singleShot(110ms, this, [&] { wasLoaded[1] = isLoaded(*pong); });
-    QTRY_VERIFY(wasLoaded[1] >= 0);
-    QCOMPARE(wasLoaded[0], 0);
-    QCOMPARE(wasLoaded[1], 1);
-}
-
-void tst_Pong::the_game_moves_to_a_thread_of_its_own_with_its_binding()
-{
-    FakeHost host;
-    Pong pong;
-    QTRY_VERIFY(isLoaded(pong));
-    QVERIFY(pong.thread()->isRunning());
-    QCOMPARE(pong.binding()->thread(), pong.thread());
-}
-
-void tst_Pong::its_timers_stay_behind_at_3_and_1000_ms()
-{
-    FakeHost host;
-    const TimerWatch watch;
-    const Pong pong;
-    QTRY_VERIFY(watch.timeouts(checkMs) >= 1 && watch.timeouts(tickMs) >= 1);
-    QCOMPARE(watch.intervals().size(), 2);
-    for (const int interval : {tickMs, checkMs}) {
-        QCOMPARE(watch.timers(interval).size(), 1);
-        QTimer *timer = *watch.timers(interval).constBegin();
-        QCOMPARE(timer->thread(), QThread::currentThread());
-        QVERIFY(!timer->isSingleShot());
-        QVERIFY(timer->isActive());
-    }
-    QCOMPARE((*watch.timers(tickMs).constBegin())->timerType(), Qt::PreciseTimer);
-}
 
 void tst_Pong::ticks_and_host_checks_run_on_the_game_thread()
 {
@@ -158,31 +75,6 @@ void tst_Pong::ticks_and_host_checks_run_on_the_game_thread()
     QCOMPARE(checkThread.load(), QThread::currentThread());
     host.ready = 0;
     QTRY_COMPARE(checkThread.load(), pong.thread());
-}
-
-void tst_Pong::the_first_load_tells_the_state_of_the_host_data()
-{
-    QTest::addColumn<int>("ready");
-    QTest::addColumn<int>("build");
-    QTest::addColumn<QStringList>("lines");
-    QTest::addRow("build 1614") << 1 << 1614 << QStringList{u"1614"_s, u"status 2"_s};
-    QTest::addRow("build 1613") << 1 << 1613 << QStringList{noHost, u"status 0"_s};
-    QTest::addRow("not ready") << 0 << 1700 << QStringList{noHost, u"status 0"_s};
-}
-
-void tst_Pong::the_first_load_tells_the_state_of_the_host()
-{
-    QFETCH(int, ready);
-    QFETCH(int, build);
-    FakeHost host;
-    host.ready = ready;
-    host.build = build;
-    DebugLines lines;
-    Pong pong;
-    connect(&pong, &Pong::beyCoStatus, this,
-        [](BeyondState state) { qDebug("status %d", int(state)); });
-    QTRY_VERIFY(isLoaded(pong));
-    QTEST(lines.takeAll(), "lines");
 }
 
 void tst_Pong::a_host_that_starts_later_is_found()

@@ -30,6 +30,8 @@ private slots:
     void a_circle_closes_at_its_rightmost_point_data();
     void a_circle_closes_at_its_rightmost_point();
     void a_circle_of_no_steps_draws_nothing();
+    void a_circle_of_negative_steps_is_its_closing_point_data();
+    void a_circle_of_negative_steps_is_its_closing_point();
     void points_out_of_range_are_left_out_of_a_circle();
     void a_circle_wholly_out_of_range_adds_nothing();
     void a_circle_leaves_the_begun_line_alone();
@@ -84,6 +86,20 @@ void tst_Shapes::a_circle_closes_at_its_rightmost_point()
 void tst_Shapes::a_circle_of_no_steps_draws_nothing()
 {
     QCOMPARE(drawnCircle(800, {0, 0}, 0), QList<FramePoint>());
+}
+
+void tst_Shapes::a_circle_of_negative_steps_is_its_closing_point_data()
+{
+    QTest::addColumn<int>("steps");
+    QTest::addRow("-1") << -1;
+    QTest::addRow("-20") << -20;
+    QTest::addRow("the lowest") << lowest;
+}
+
+void tst_Shapes::a_circle_of_negative_steps_is_its_closing_point()
+{
+    QFETCH(int, steps);
+    QCOMPARE(drawnCircle(800, {3, 4}, steps), (QList{travel(803, 4), at(803, 4), travel(803, 4)}));
 }
 
 void tst_Shapes::points_out_of_range_are_left_out_of_a_circle()

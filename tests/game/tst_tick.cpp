@@ -1,68 +1,15 @@
 #include "badbey.h"
-#include "debuglines.h"
-#include "fakehost.h"
-#include "pong.h"
+#include "gamefixture.h"
 
 #include <QMetaMethod>
 #include <QTest>
 #include <QThread>
-
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const QString load = u"LoadLibrary BEYONDIOx64.dll"_s;
-const QString noHost = u"Beyond not started or Incorrect Beyond Version"_s;
-
-QString sent(int zone, int count)
-{
-    return u"ldbSendFrame 2 %1 0 SingleZone %2 points null 100 -1"_s.arg(zone).arg(count);
-}
-
-/// A game that is still on the test's thread: ticks and host checks are called by hand.
-struct Game
-{
-    explicit Game(bool connected = true)
-    {
-        QObject::connect(
-            &pong, &Pong::beyCoStatus, [](BeyondState state) { qDebug("status %d", int(state)); });
-        if (connected)
-            pong.checkHost();
-        pong.gameShown = true;
-        lines.takeAll();
-        host.takeCalls();
-    }
-
-    void tick(int times = 1)
-    {
-        for (int i = 0; i < times; ++i)
-            pong.UpdatePongDisplay();
-    }
-
-    /// Ticks until a frame has gone out, because the count of ticks between frames belongs to the
-    /// process. The match, which waits for a serve, is none the worse.
-    void tickToFrame()
-    {
-        const int before = host.framesSent;
-        while (host.framesSent == before)
-            tick();
-        host.takeCalls();
-        host.takeFrames();
-    }
-
-    void play()
-    {
-        pong.requestStart(0);
-        tick();
-        pong.requestStart(0);
-    }
-
-    FakeHost host;
-    DebugLines lines;
-    Pong pong;
-};
 
 } // namespace
 
@@ -80,17 +27,10 @@ private slots:
     void a_point_writes_who_scored_and_the_score_data();
     void a_point_writes_who_scored_and_the_score();
     void a_hidden_game_sends_an_empty_frame_on_every_tick_and_stands_still();
+    void a_hidden_game_sends_the_points_that_are_in_the_list();
     void no_zone_sends_nothing_and_the_match_goes_on();
     void without_a_host_a_tick_does_nothing();
     void a_lost_host_freezes_the_match_until_it_is_back();
-
-    void a_check_that_finds_the_host_as_it_was_says_nothing();
-    void a_host_is_found_from_build_1614_on_data();
-    void a_host_is_found_from_build_1614_on();
-    void a_lost_host_is_told_once_data();
-    void a_lost_host_is_told_once();
-    void a_host_that_is_back_has_its_output_off();
-
     void output_zones_and_zone_reach_the_host();
     void without_the_library_nothing_is_asked_of_the_host();
 };
@@ -215,6 +155,15 @@ void tst_Tick::a_hidden_game_sends_an_empty_frame_on_every_tick_and_stands_still
     QCOMPARE(game.pong.ballPos, (Point{ball.x + 2 * 106, ball.y}));
 }
 
+void tst_Tick::a_hidden_game_sends_the_points_that_are_in_the_list()
+{
+    Game game;
+    game.pong.gameShown = false;
+    game.pong.findChild<BadBey *>()->points.fill({1, 2, 0, 3, 0}, 7);
+    game.tick(2);
+    QCOMPARE(game.host.takeCalls(), (QStringList{sent(0, 7), sent(0, 0)}));
+}
+
 void tst_Tick::no_zone_sends_nothing_and_the_match_goes_on()
 {
     Game game;
@@ -261,86 +210,6 @@ void tst_Tick::a_lost_host_freezes_the_match_until_it_is_back()
     game.tick(2);
     QCOMPARE(game.pong.ballPos, (Point{ball.x + 2 * 106, ball.y}));
     QCOMPARE(game.host.takeCalls(), QStringList{sent(0, 175)});
-}
-
-void tst_Tick::a_check_that_finds_the_host_as_it_was_says_nothing()
-{
-    Game game;
-    game.pong.checkHost();
-    QCOMPARE(game.lines.takeAll(), QStringList());
-    QCOMPARE(
-        game.host.takeCalls(), (QStringList{u"ldbBeyondExeReady"_s, u"ldbGetBeyondVersion"_s}));
-    game.host.ready = 0;
-    game.pong.checkHost();
-    game.lines.takeAll();
-    for (int check = 0; check < 3; ++check)
-        game.pong.checkHost();
-    QCOMPARE(game.lines.takeAll(), QStringList());
-}
-
-void tst_Tick::a_host_is_found_from_build_1614_on_data()
-{
-    QTest::addColumn<int>("build");
-    QTest::addColumn<QStringList>("lines");
-    QTest::addRow("1613") << 1613 << QStringList();
-    QTest::addRow("1614") << 1614 << QStringList{u"1614"_s, u"status 2"_s};
-    QTest::addRow("1700") << 1700 << QStringList{u"1700"_s, u"status 2"_s};
-    QTest::addRow("0") << 0 << QStringList();
-    QTest::addRow("-2, which is no missing library") << -2 << QStringList();
-    QTest::addRow("the lowest") << std::numeric_limits<int>::min() << QStringList();
-}
-
-void tst_Tick::a_host_is_found_from_build_1614_on()
-{
-    QFETCH(int, build);
-    QFETCH(QStringList, lines);
-    Game game(false);
-    game.host.build = build;
-    game.pong.checkHost();
-    QCOMPARE(game.lines.takeAll(), lines);
-    QCOMPARE(game.host.takeCalls(),
-        (QStringList{u"ldbBeyondExeReady"_s, u"ldbCreate"_s, u"ldbGetBeyondVersion"_s,
-            u"ldbDisableLaserOutput"_s}));
-    game.tick(3);
-    QCOMPARE(game.host.framesSent > 0, !lines.isEmpty());
-}
-
-void tst_Tick::a_lost_host_is_told_once_data()
-{
-    QTest::addColumn<int>("ready");
-    QTest::addColumn<int>("build");
-    QTest::addRow("gone") << 0 << 1700;
-    QTest::addRow("not exactly ready") << 2 << 1700;
-    QTest::addRow("replaced by an older one") << 1 << 1613;
-}
-
-void tst_Tick::a_lost_host_is_told_once()
-{
-    QFETCH(int, ready);
-    QFETCH(int, build);
-    Game game;
-    game.host.ready = ready;
-    game.host.build = build;
-    game.pong.checkHost();
-    QCOMPARE(game.lines.takeAll(), (QStringList{u"status 0"_s, noHost}));
-    game.pong.checkHost();
-    QCOMPARE(game.lines.takeAll(), QStringList());
-    game.host.ready = 1;
-    game.host.build = 1800;
-    game.pong.checkHost();
-    QCOMPARE(game.lines.takeAll(), (QStringList{u"1800"_s, u"status 2"_s}));
-}
-
-void tst_Tick::a_host_that_is_back_has_its_output_off()
-{
-    Game game;
-    game.pong.enableOutput(true);
-    QVERIFY(game.host.outputOn);
-    game.host.ready = 0;
-    game.pong.checkHost();
-    game.host.ready = 1;
-    game.pong.checkHost();
-    QVERIFY(!game.host.outputOn);
 }
 
 void tst_Tick::output_zones_and_zone_reach_the_host()

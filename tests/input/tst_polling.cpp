@@ -59,6 +59,7 @@ class tst_Polling : public QObject
 
 private slots:
     void a_poller_has_a_worker_thread_of_its_own();
+    void the_worker_thread_inherits_its_priority();
     void polls_run_on_the_worker_and_their_signals_arrive_in_the_gui_thread();
     void nothing_polls_before_it_is_started();
     void a_started_poller_polls_every_10_ms();
@@ -79,6 +80,15 @@ void tst_Polling::a_poller_has_a_worker_thread_of_its_own()
     settle(second);
     QVERIFY(threadOf(first) != threadOf(second));
     QVERIFY(threadOf(first)->isRunning());
+}
+
+void tst_Polling::the_worker_thread_inherits_its_priority()
+{
+    const FakePads system(1);
+    const CXBOXController controller(1);
+    settle(controller);
+    QVERIFY(threadOf(controller)->isRunning());
+    QCOMPARE(threadOf(controller)->priority(), QThread::InheritPriority);
 }
 
 void tst_Polling::polls_run_on_the_worker_and_their_signals_arrive_in_the_gui_thread()

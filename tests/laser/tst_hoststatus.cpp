@@ -59,6 +59,8 @@ private slots:
     void a_host_that_is_lost_hides_the_game_and_switches_the_output_off();
     void a_host_that_is_lost_leaves_alone_what_is_off_data();
     void a_host_that_is_lost_leaves_alone_what_is_off();
+    void a_lost_host_is_asked_for_its_zones_before_anything_changes();
+    void a_found_host_is_asked_for_its_zones_before_the_controls_are_enabled_in_order();
     void a_second_report_of_a_lost_host_changes_nothing();
     void a_state_that_is_not_known_disables_the_controls_and_keeps_the_label_data();
     void a_state_that_is_not_known_disables_the_controls_and_keeps_the_label();
@@ -70,6 +72,9 @@ private slots:
 
 private:
     void start();
+    /// What happens to the buttons while the host becomes ready or is lost, and, whenever it is
+    /// asked for its zones, the text of the status: "zones, BEYOND 1700 Started".
+    QStringList changesWhen(bool ready) const;
     void lookAt(const QString &text, const QString &look, bool enabled) const;
     QStringList outputCalls() { return m_running->host.takeCalls().filter(u"LaserOutput"_s); }
 
@@ -91,6 +96,18 @@ void tst_HostStatus::start()
     m_running->open();
     m_running->waitForStatus();
     m_running->host.takeCalls();
+}
+
+QStringList tst_HostStatus::changesWhen(bool ready) const
+{
+    ButtonRecord record(*m_running);
+    m_running->host.onZoneCount = [this, &record] {
+        record.lines.append(u"zones, "_s + m_running->text(u"statusLabel"_s));
+    };
+    m_running->host.ready = ready ? 1 : 0;
+    m_running->checkHost();
+    m_running->host.onZoneCount = nullptr;
+    return record.lines;
 }
 
 void tst_HostStatus::lookAt(const QString &text, const QString &look, bool enabled) const
@@ -189,6 +206,27 @@ void tst_HostStatus::a_host_that_is_lost_leaves_alone_what_is_off()
     m_running->checkHost();
     QCOMPARE(record.lines.filter(u"clicked"_s), clicked);
     lookAt(notStartedText, notStartedLook, false);
+}
+
+void tst_HostStatus::a_lost_host_is_asked_for_its_zones_before_anything_changes()
+{
+    start();
+    m_running->click(u"showButton"_s);
+    m_running->click(u"enableButton"_s);
+    const QString zones = u"zones, BEYOND 1700 Started"_s;
+    QCOMPARE(changesWhen(false),
+        (QStringList{zones, zones, u"showButton clicked"_s, u"enableButton clicked"_s,
+            u"showButton disabled"_s, u"enableButton disabled"_s, u"resetButton disabled"_s}));
+}
+
+void tst_HostStatus::a_found_host_is_asked_for_its_zones_before_the_controls_are_enabled_in_order()
+{
+    m_running->host.ready = 0;
+    start();
+    const QString zones = u"zones, "_s + notStartedText;
+    QCOMPARE(changesWhen(true),
+        (QStringList{zones, zones, u"showButton enabled"_s, u"enableButton enabled"_s,
+            u"resetButton enabled"_s}));
 }
 
 void tst_HostStatus::a_second_report_of_a_lost_host_changes_nothing()

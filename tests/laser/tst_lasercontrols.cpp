@@ -1,4 +1,5 @@
 #include "badbey.h"
+#include "debuglines.h"
 #include "lasercontrols.h"
 #include "runningwindow.h"
 
@@ -39,18 +40,21 @@ private slots:
     void the_first_load_switches_the_output_off_and_shows_both_buttons_idle();
     void the_output_button_switches_the_host_on_and_off();
     void the_output_button_shows_its_state_whatever_the_host_answers();
+    void a_button_changes_its_look_after_what_it_switches();
     void the_game_button_shows_and_hides_the_game();
     void whoever_keeps_the_computer_awake_is_told_exactly_while_the_game_is_shown();
     void a_hidden_game_sends_empty_frames_on_every_tick();
     void the_zones_of_the_host_are_listed_and_the_first_one_selected();
     void the_frames_go_to_the_zone_that_is_chosen();
-    void choosing_no_zone_ends_the_frames_after_a_dark_one();
+    void choosing_no_zone_ends_the_frames_at_once();
     void a_refresh_selects_the_first_zone_again();
     void a_refresh_follows_the_number_of_zones();
     void a_host_without_zones_leaves_the_zone_as_it_was_data();
     void a_host_without_zones_leaves_the_zone_as_it_was();
     void an_absurd_number_of_zones_is_cut_and_told();
+    void a_thousand_zones_are_all_listed();
     void zones_that_appear_during_a_refresh_select_nothing();
+    void zones_that_are_gone_when_asked_again_are_listed_and_not_selected();
 
 private:
     void start(int zones = 1);
@@ -124,6 +128,23 @@ void tst_LaserControls::the_output_button_shows_its_state_whatever_the_host_answ
     m_running->click(u"enableButton"_s);
     QCOMPARE(m_running->text(u"enableButton"_s), u"Disable Laser Output"_s);
     QCOMPARE(m_running->find(u"enableButton"_s)->styleSheet(), activeLook);
+}
+
+void tst_LaserControls::a_button_changes_its_look_after_what_it_switches()
+{
+    start();
+    QStringList textsMeanwhile;
+    m_running->host.onOutput = [&] { textsMeanwhile.append(m_running->text(u"enableButton"_s)); };
+    connect(&m_running->window->laser(), &LaserControls::gameShownChanged, m_running->window.get(),
+        [&] { textsMeanwhile.append(m_running->text(u"showButton"_s)); });
+    for (const QString &name : {u"enableButton"_s, u"showButton"_s}) {
+        m_running->click(name);
+        m_running->click(name);
+    }
+    m_running->host.onOutput = nullptr;
+    QCOMPARE(textsMeanwhile,
+        (QStringList{
+            u"Enable Laser Output"_s, u"Disable Laser Output"_s, u"Show pong"_s, u"Hide pong"_s}));
 }
 
 void tst_LaserControls::the_game_button_shows_and_hides_the_game()
@@ -207,18 +228,18 @@ void tst_LaserControls::the_frames_go_to_the_zone_that_is_chosen()
     }
 }
 
-void tst_LaserControls::choosing_no_zone_ends_the_frames_after_a_dark_one()
+void tst_LaserControls::choosing_no_zone_ends_the_frames_at_once()
 {
     start(2);
     m_running->click(u"showButton"_s);
     m_running->tick(3);
     choose(0);
     QCOMPARE(zone(), -1);
-    m_running->tick(3);
+    m_running->tick(1); // a frame that was being sent is out
     const QList<FakeHost::Frame> frames = m_running->host.takeFrames();
     QVERIFY(!frames.isEmpty());
     QCOMPARE(frames.last().zone, 0);
-    QVERIFY(frames.last().points.isEmpty());
+    QVERIFY(!frames.last().points.isEmpty());
     m_running->tick(6);
     QVERIFY(m_running->host.takeFrames().isEmpty());
 }
@@ -281,6 +302,17 @@ void tst_LaserControls::an_absurd_number_of_zones_is_cut_and_told()
     QCOMPARE(zone(), 0);
 }
 
+void tst_LaserControls::a_thousand_zones_are_all_listed()
+{
+    start();
+    m_running->host.zones = 1000;
+    DebugLines lines;
+    refresh();
+    QCOMPARE(zoneList().count(), 1001);
+    QCOMPARE(zoneList().itemText(1000), u"BEYOND Zone 1000"_s);
+    QCOMPARE(lines.takeAll(), QStringList());
+}
+
 void tst_LaserControls::zones_that_appear_during_a_refresh_select_nothing()
 {
     start(3);
@@ -293,6 +325,23 @@ void tst_LaserControls::zones_that_appear_during_a_refresh_select_nothing()
     refresh();
     m_running->host.onZoneCount = nullptr;
     QCOMPARE(zoneList().count(), 1);
+    QCOMPARE(zoneList().currentIndex(), 0);
+    QCOMPARE(zone(), 1);
+}
+
+void tst_LaserControls::zones_that_are_gone_when_asked_again_are_listed_and_not_selected()
+{
+    start(3);
+    choose(2);
+    m_running->host.takeCalls();
+    m_running->host.onZoneCount = [this, asked = false]() mutable {
+        if (std::exchange(asked, true))
+            m_running->host.zones = 0;
+    };
+    refresh();
+    m_running->host.onZoneCount = nullptr;
+    QCOMPARE(m_running->host.takeCalls().filter(u"ldbGetZoneCount"_s).size(), 2);
+    QCOMPARE(zoneList().count(), 4);
     QCOMPARE(zoneList().currentIndex(), 0);
     QCOMPARE(zone(), 1);
 }
