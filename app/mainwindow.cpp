@@ -6,17 +6,15 @@
 #include "settings.h"
 #include "ui_mainwindow.h"
 
+#include <QCloseEvent>
 #include <QElapsedTimer>
 #include <QMessageBox>
-
-using namespace std::chrono_literals;
+#include <QTimer>
 
 namespace {
 
 /// How long the last ticks have, in milliseconds, to leave the laser dark.
 constexpr int farewell = 99;
-/// How long the first load waits for a window that is not painted, as a minimised one.
-constexpr auto unseenStart = 100ms;
 
 PlayerSide leftPlayer(const Ui::MainWindow &ui)
 {
@@ -86,9 +84,7 @@ MainWindow::MainWindow(QWidget *parent)
         for (const QRadioButton *radio : {player.midiRadio, player.xboxRadio, player.keyboardRadio})
             connect(radio, &QRadioButton::toggled, this, [this] { applyControlMode(); });
     }
-    connect(&firstLoad, &QTimer::timeout, this, &MainWindow::FirstLoad);
-    firstLoad.setSingleShot(true);
-    firstLoad.start(unseenStart);
+    QTimer::singleShot(0, this, &MainWindow::FirstLoad);
 }
 
 void MainWindow::makeReadable()
@@ -123,32 +119,45 @@ void MainWindow::readSettings()
     }
 }
 
-void MainWindow::paintEvent(QPaintEvent *event)
-{
-    QMainWindow::paintEvent(event);
-    // Nobody waits for the window while the devices are looked for.
-    if (firstLoad.isActive())
-        firstLoad.start(0);
-}
-
 void MainWindow::FirstLoad()
 {
-    if (!store) // the window goes already
+    if (closed)
         return;
+    // Paint the window before the slow device scan, without waiting for the event that reports it
+    // to be on screen: an event loop would let the game's own first load run before this one.
+    setAttribute(Qt::WA_Mapped, isVisible());
+    repaint();
     fillMidiLists();
     fillXboxLists();
     for (const PlayerSide &player : players)
         connect(player.midiIn, &MidiDevIn::midiReceived, this, &MainWindow::ReadMidiData);
     refreshLearnButtons();
-    applyControlMode();
+    applyControlMode(); // processes events
+    if (closed)
+        return;
     on_showButton_clicked();
     on_enableButton_clicked();
-    if (CheckForUpdate())
+    loaded = true;
+    if (libraryMissing)
+        RequestExit();
+    if (!closed && CheckForUpdate())
         close();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    QMainWindow::closeEvent(event);
+    closed = true;
+    // Qt quits with the last window by a posted event, which the next nested event loop discards.
+    // This leaves every event loop now and makes each later one return at once, so that no
+    // download and no message box keeps the program.
+    if (QGuiApplication::quitOnLastWindowClosed())
+        QCoreApplication::exit();
 }
 
 MainWindow::~MainWindow()
 {
+    closed = true;
     for (const PlayerSide &player : players)
         settings::write(
             *store, settings::sensitivity[size_t(player.side)], player.sensitivity->value());
@@ -187,6 +196,12 @@ void MainWindow::on_resetButton_clicked()
 
 void MainWindow::RequestExit()
 {
+    if (closed)
+        return;
+    // The first load processes events before its widgets have their texts; it comes back here.
+    libraryMissing = true;
+    if (!loaded)
+        return;
     disconnect(pong.get(), &Pong::beyCoStatus, this, &MainWindow::RefreshBeyondStatus);
     QMessageBox::critical(nullptr, tr("BEYOND DLL Not Found"),
         tr("BEYOND DLL was not Found, the program will exit"), QMessageBox::Ok);

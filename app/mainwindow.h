@@ -6,7 +6,6 @@
 
 #include <QList>
 #include <QMainWindow>
-#include <QTimer>
 
 #include <array>
 #include <functional>
@@ -29,8 +28,7 @@ class MainWindow : public QMainWindow
     Q_OBJECT
 
 public:
-    /// Builds the window from the form and the settings. FirstLoad follows from the event loop,
-    /// once the window has been painted.
+    /// Builds the window from the form and the settings. FirstLoad follows from the event loop.
     explicit MainWindow(QWidget *parent = nullptr);
     /// Saves, turns the laser dark, and gives devices and host back.
     ~MainWindow() override;
@@ -68,7 +66,8 @@ public slots:
     void on_learnDownR_clicked();
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    /// Ends the program, from inside any event loop. The window is closed from here on.
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     // app/mainwindow.cpp
@@ -118,7 +117,6 @@ private:
     void releaseHeldKeys();
 
     std::unique_ptr<Ui::MainWindow> ui;
-    QTimer firstLoad;
     std::unique_ptr<QSettings> store;
     QString releaseNotes; ///< of the version that the update check found
     std::unique_ptr<Pong> pong;
@@ -130,4 +128,10 @@ private:
     int startLearnSide = noSide;
     int upLearnSide = noSide;
     int downLearnSide = noSide;
+
+    bool loaded = false; ///< the first load has brought every widget up to date
+    bool libraryMissing = false; ///< the host's, so that the program is to end
+    /// Set once the window is closed or being destroyed. Nothing may be started from then on;
+    /// whatever processes events has to look at it afterwards.
+    bool closed = false;
 };

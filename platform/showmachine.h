@@ -15,4 +15,8 @@ void prepare(QCoreApplication &application);
 /// process ends.
 void keepAwake(bool awake);
 
+/// Ends the process at once, without waiting for its threads and without destroying what is static
+/// or on the stack. The caller has released everything that matters outside the process.
+[[noreturn]] void endProcess(int exitCode);
+
 } // namespace showmachine

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -43,3 +44,8 @@ void showmachine::prepare(QCoreApplication &application)
 }
 
 void showmachine::keepAwake(bool /*awake*/) { }
+
+void showmachine::endProcess(int exitCode)
+{
+    std::_Exit(exitCode);
+}

@@ -5,6 +5,7 @@
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
 
+#include <cstdlib>
 #include <windowsx.h>
 
 namespace {
@@ -65,4 +66,12 @@ void showmachine::keepAwake(bool awake)
     const EXECUTION_STATE needed =
         awake ? EXECUTION_STATE(ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED) : 0;
     SetThreadExecutionState(ES_CONTINUOUS | needed);
+}
+
+void showmachine::endProcess(int exitCode)
+{
+    // Exiting would kill the other threads and then unload the libraries, of which Qt's network
+    // library waits for its threads for ever.
+    TerminateProcess(GetCurrentProcess(), UINT(exitCode));
+    std::abort(); // never reached
 }

@@ -43,7 +43,8 @@ private slots:
     void events_are_delivered_during_the_wait();
     void closing_the_last_window_abandons_it_and_ends_the_program_data();
     void closing_the_last_window_abandons_it_and_ends_the_program();
-    void an_answer_that_came_before_the_last_window_was_closed_is_abandoned_too();
+    void an_answer_that_came_before_the_program_ended_is_abandoned_too();
+    void a_download_that_is_begun_when_the_program_has_ended_is_abandoned_at_once();
     void quitting_abandons_it_and_ends_the_program();
 };
 
@@ -174,24 +175,37 @@ void tst_DownloadLimits::closing_the_last_window_abandons_it_and_ends_the_progra
     QCOMPARE(got->body, QByteArray());
 }
 
-void tst_DownloadLimits::an_answer_that_came_before_the_last_window_was_closed_is_abandoned_too()
+void tst_DownloadLimits::an_answer_that_came_before_the_program_ended_is_abandoned_too()
 {
     HttpsServer server(loopback());
     server.answers[u"/file"_s] = {response("body")};
-    QWidget window;
-    window.show();
-    // As a message box does that is up when the answer comes, and whose answer closes the window.
-    connect(&server, &HttpsServer::requested, &window, [&] {
+    // Like a message box that is up when the answer comes, and whose button ends the program.
+    connect(&server, &HttpsServer::requested, qApp, [] {
         QEventLoop box;
         QTimer::singleShot(300ms, &box, &QEventLoop::quit);
         box.exec();
-        window.close();
+        QCoreApplication::exit();
     });
     std::optional<Download> got;
     QTimer::singleShot(0, this, [&] { got = get(server, u"/file"_s); });
     QCOMPARE(QApplication::exec(), 0);
     QVERIFY(got);
     QCOMPARE(got->result, Download::Abandoned);
+}
+
+void tst_DownloadLimits::a_download_that_is_begun_when_the_program_has_ended_is_abandoned_at_once()
+{
+    HttpsServer server(loopback());
+    server.answers[u"/file"_s] = {response("body")};
+    std::optional<Download> got;
+    QTimer::singleShot(0, this, [&] {
+        QCoreApplication::exit();
+        got = get(server, u"/file"_s);
+    });
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(got);
+    QCOMPARE(got->result, Download::Abandoned);
+    QCOMPARE(server.asked, QStringList());
 }
 
 void tst_DownloadLimits::quitting_abandons_it_and_ends_the_program()
