@@ -172,8 +172,9 @@ MainWindow::~MainWindow()
     QElapsedTimer elapsed;
     for (elapsed.start(); elapsed.elapsed() <= farewell;)
         QCoreApplication::processEvents();
-    for (const PlayerSide &player : players) {
+    for (const PlayerSide &player : players)
         disconnect(player.midiIn, &MidiDevIn::midiReceived, this, &MainWindow::ReadMidiData);
+    for (const PlayerSide &player : players) {
         // A device that went on sending would outlive the object that it sends to.
         if (player.midiIn->getDeviceIndex() < 0)
             continue;
