@@ -55,6 +55,18 @@ private:
     QTimer m_timer;
 };
 
+/// Measures the time since a widget was disabled.
+class DisabledTimer : public QObject, public QElapsedTimer
+{
+public:
+    bool eventFilter(QObject * /*object*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::EnabledChange)
+            start();
+        return false;
+    }
+};
+
 } // namespace
 
 /// How the window ends, by itself and for others.
@@ -384,18 +396,19 @@ void tst_Teardown::no_midi_message_arrives_once_the_devices_are_closed()
 
 void tst_Teardown::the_devices_are_closed_after_the_tenth_of_a_second()
 {
-    RunningWindow running("[General]\nControlModeLeft=MIDI\n");
+    // Nothing is left to write when the window is disabled, shortly before the farewell begins.
+    RunningWindow running("[General]\nControlModeLeft=MIDI\nSensL=512\nSensR=512\n");
     running.midi.inputs.append({.name = u"Fader"_s});
     running.open();
     running.waitForStatus();
     QTest::keyClick(running.find(u"midiLComboBox"_s), Qt::Key_Down);
-    QElapsedTimer sinceClose;
+    DisabledTimer sinceDisabled;
+    running.window->installEventFilter(&sinceDisabled);
     qint64 stopped = -1;
     running.midi.onCall = [&](const QString &call) {
         if (call == "midiInStop 0"_L1)
-            stopped = sinceClose.elapsed();
+            stopped = sinceDisabled.elapsed();
     };
-    sinceClose.start();
     running.close();
     QVERIFY2(stopped >= 100, qPrintable(QString::number(stopped)));
 }
