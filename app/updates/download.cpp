@@ -69,7 +69,7 @@ Download download(const QUrl &url, const DownloadLimits &limits)
     QObject::connect(&silence, &QTimer::timeout, &loop,
         [&] { refuse(u"no data for %1 ms"_s.arg(limits.silence.count())); });
     const auto restartSilence = [&] { silence.start(limits.silence); };
-    QObject::connect(reply, &QNetworkReply::redirected, &loop, restartSilence);
+    // A redirect has headers too.
     QObject::connect(reply, &QNetworkReply::metaDataChanged, &loop, restartSilence);
     const auto watchSize = [&] {
         if (exceeds(*reply, limits.size))

@@ -5,6 +5,7 @@
 //   ENDING_CERTIFICATE   the file of the only certificate to trust
 //   ENDING_LOOKUP        "hangs": no name lookup ever returns
 //   ENDING_DELAY         how long the first load is held up before its update check, in ms
+//   ENDING_ANSWER        how long a message box waits for its answer, in ms
 //   ENDING_CLOSE         when the window closes, in ms after it was shown; never if empty
 //
 // "closed" on the standard output reports that the window closes.
@@ -21,17 +22,12 @@
 #include <QThread>
 #include <QTimer>
 
-#include <chrono>
 #include <cstdio>
 #include <dlfcn.h>
 #include <netdb.h>
 #include <unistd.h>
 
-using namespace std::chrono_literals;
-
 namespace {
-
-constexpr auto answerTime = 50ms;
 
 /// Looks at what is shown and closed from outside the program's own code.
 class Operator : public QObject
@@ -42,7 +38,8 @@ public:
     bool eventFilter(QObject *object, QEvent *event) override
     {
         if (auto *box = qobject_cast<QMessageBox *>(object); box && event->type() == QEvent::Show)
-            QTimer::singleShot(answerTime, box, [box] { answer(*box); });
+            QTimer::singleShot(
+                qEnvironmentVariableIntValue("ENDING_ANSWER"), box, [box] { answer(*box); });
         auto *window = qobject_cast<QMainWindow *>(object);
         if (window && event->type() == QEvent::Show)
             closeLater(window);

@@ -49,7 +49,8 @@ private slots:
 
 private:
     QString serverName(Server server);
-    std::optional<qint64> end(const QString &program, Server server, int close, int delay);
+    std::optional<qint64> end(
+        const QString &program, Server server, int close, int delay, int answer);
 
     const int rounds = std::max(1, qEnvironmentVariableIntValue("ENDING_ROUNDS"));
     QTemporaryDir folder; ///< of a program without the host's library, and of the certificate
@@ -99,7 +100,8 @@ QString tst_Ending::serverName(Server server)
 
 /// Runs a program until it has ended. Returns the milliseconds from its window's closing on, or
 /// nothing if it did not end or not well.
-std::optional<qint64> tst_Ending::end(const QString &program, Server server, int close, int delay)
+std::optional<qint64> tst_Ending::end(
+    const QString &program, Server server, int close, int delay, int answer)
 {
     const QTemporaryDir stage;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -109,6 +111,7 @@ std::optional<qint64> tst_Ending::end(const QString &program, Server server, int
     environment.insert(u"ENDING_SERVER"_s, serverName(server));
     environment.insert(u"ENDING_CERTIFICATE"_s, folder.filePath(u"certificate.pem"_s));
     environment.insert(u"ENDING_LOOKUP"_s, server == HangingLookup ? u"hangs"_s : u"works"_s);
+    environment.insert(u"ENDING_ANSWER"_s, QString::number(answer));
     environment.insert(u"ENDING_DELAY"_s, QString::number(delay));
     if (close != never)
         environment.insert(u"ENDING_CLOSE"_s, QString::number(close));
@@ -140,6 +143,7 @@ void tst_Ending::the_program_ends_with_its_window_data()
     QTest::addColumn<Server>("server");
     QTest::addColumn<int>("close");
     QTest::addColumn<int>("delay");
+    QTest::addColumn<int>("answer");
     // Inside the first load; in the download or soon after it; when all is done.
     const QList<int> moments = rounds > 1 ? QList{0, 30, 150, 400} : QList{0, 150};
     // The box about the library, which closes the window itself, comes after 100 ms. A late first
@@ -147,15 +151,20 @@ void tst_Ending::the_program_ends_with_its_window_data()
     const QList<int> momentsWithoutLibrary = rounds > 1 ? QList{0, 120} : QList{0};
     for (const auto &[server, name] : servers) {
         for (const int close : moments)
-            QTest::addRow("%s, closed after %d ms", name, close) << true << server << close << 0;
+            QTest::addRow("%s, closed after %d ms", name, close)
+                << true << server << close << 0 << 50;
         for (const int close : momentsWithoutLibrary) {
             QTest::addRow("%s, no library, closed after %d ms", name, close)
-                << false << server << close << 0;
+                << false << server << close << 0 << 50;
         }
-        QTest::addRow("%s, no library, closed by the box", name) << false << server << never << 0;
-        QTest::addRow("%s, no library, a late first load", name) << false << server << never << 150;
+        QTest::addRow("%s, no library, closed by the box", name)
+            << false << server << never << 0 << 50;
+        QTest::addRow("%s, no library, a late first load", name)
+            << false << server << never << 150 << 50;
     }
-    QTest::addRow("an update that is accepted") << true << Offering << never << 0;
+    QTest::addRow("an update that arrives behind the box about the library")
+        << false << Offering << never << 0 << 1500;
+    QTest::addRow("an update that is accepted") << true << Offering << never << 0 << 50;
 }
 
 void tst_Ending::the_program_ends_with_its_window()
@@ -164,10 +173,12 @@ void tst_Ending::the_program_ends_with_its_window()
     QFETCH(Server, server);
     QFETCH(int, close);
     QFETCH(int, delay);
+    QFETCH(int, answer);
     const QString bin = library ? QCoreApplication::applicationDirPath() : folder.path();
     qint64 longest = 0;
     for (int round = 0; round < rounds; ++round) {
-        const std::optional<qint64> time = end(bin + "/endingprogram"_L1, server, close, delay);
+        const std::optional<qint64> time =
+            end(bin + "/endingprogram"_L1, server, close, delay, answer);
         QVERIFY2(time, "It did not end.");
         longest = std::max(longest, *time);
     }
