@@ -138,7 +138,6 @@ void tst_Teardown::a_missing_library_is_told_and_closes_the_window()
 void tst_Teardown::the_box_about_a_missing_library_waits_for_the_first_load()
 {
     RunningWindow running;
-    running.host.installed = false;
     Reader reader;
     running.window = std::make_unique<MainWindow>();
     running.window->show();
