@@ -10,7 +10,12 @@
 
 #include <cstdlib>
 
+using namespace std::chrono_literals;
+
 namespace {
+
+/// How long the process may go on after its window.
+constexpr auto longestExit = 500ms;
 
 void sayRunningAlready()
 {
@@ -19,12 +24,8 @@ void sayRunningAlready()
     QMessageBox::information(nullptr, QApplication::translate("main", "Already Running"), text);
 }
 
-} // namespace
-
-int main(int argc, char *argv[])
+int run(QApplication &application)
 {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName("Laser Rallyvane");
     // A second instance would switch the output of the first one off when it connects to the host,
     // and write the same settings and log.
     const FolderLock folder(QDir::currentPath());
@@ -37,5 +38,18 @@ int main(int argc, char *argv[])
     MainWindow window;
     QObject::connect(&window.laser(), &LaserControls::gameShownChanged, showmode::keepAwake);
     window.show();
-    return QApplication::exec();
+    return window.isVisible() ? QApplication::exec() : EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("Laser Rallyvane");
+    const int result = run(application);
+    // The application waits for its threads. A name lookup of the update check can hang in one of
+    // them for minutes.
+    showmode::endWithin(longestExit, result);
+    return result;
 }

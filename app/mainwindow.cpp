@@ -9,17 +9,15 @@
 #include "side.h"
 #include "ui_mainwindow.h"
 
+#include <QCloseEvent>
 #include <QElapsedTimer>
 #include <QMessageBox>
-
-using namespace std::chrono_literals;
+#include <QTimer>
 
 namespace {
 
 /// Grace period, in milliseconds, for the final ticks to blank the laser.
 constexpr int shutdownGraceMs = 99;
-/// How long the first load waits if the window is never painted (for example, minimised).
-constexpr auto unseenStart = 100ms;
 
 std::unique_ptr<Ui::MainWindow> buildForm(MainWindow *window)
 {
@@ -95,9 +93,7 @@ MainWindow::MainWindow(QWidget *parent)
     ui->statusbar->addPermanentWidget(ui->statusLabel, 1);
     ui->statusLabel->setText(tr("BEYOND Not started"));
     connectControls();
-    connect(&firstLoad, &QTimer::timeout, this, &MainWindow::FirstLoad);
-    firstLoad.setSingleShot(true);
-    firstLoad.start(unseenStart);
+    QTimer::singleShot(0, this, &MainWindow::FirstLoad);
 }
 
 void MainWindow::makeReadable()
@@ -134,32 +130,45 @@ void MainWindow::connectControls()
     connect(ui->zoneComboBox, &QComboBox::currentIndexChanged, this, &MainWindow::zoneChanged);
 }
 
-void MainWindow::paintEvent(QPaintEvent *event)
-{
-    QMainWindow::paintEvent(event);
-    // Show the window before the slow device scan.
-    if (firstLoad.isActive())
-        firstLoad.start(0);
-}
-
 void MainWindow::FirstLoad()
 {
-    if (!store) // the window is being destroyed
+    if (closed)
         return;
+    // Paint the window before the slow device scan, without waiting for the event that reports it
+    // to be on screen: an event loop would let the game's own first load run before this one.
+    setAttribute(Qt::WA_Mapped, isVisible());
+    repaint();
     playerControls->fillMidiLists();
     playerControls->fillXboxLists();
     for (const MidiDevIn *device : {&midiInLeft, &midiInRight})
         connect(device, &MidiDevIn::midiReceived, this, &MainWindow::ReadMidiData);
     playerControls->refreshLearnButtons();
-    playerControls->applyControlMode();
+    playerControls->applyControlMode(); // processes events
+    if (closed)
+        return;
     on_showButton_clicked();
     on_enableButton_clicked();
-    if (CheckForUpdate())
+    loaded = true;
+    if (libraryMissing)
+        RequestExit();
+    if (!closed && CheckForUpdate())
         close();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    QMainWindow::closeEvent(event);
+    closed = true;
+    // Qt quits with the last window by a posted event, which the next nested event loop discards.
+    // This leaves every event loop now and makes each later one return at once, so that no
+    // download and no message box keeps the program.
+    if (QGuiApplication::quitOnLastWindowClosed())
+        QCoreApplication::exit();
 }
 
 MainWindow::~MainWindow()
 {
+    closed = true;
     playerControls->writeSettings();
     // Changes from here on could not be saved.
     setEnabled(false);
@@ -256,6 +265,12 @@ void MainWindow::RefreshBeyondStatus(BeyondState beState)
 
 void MainWindow::RequestExit()
 {
+    if (closed)
+        return;
+    // The first load processes events before its widgets have their texts; it comes back here.
+    libraryMissing = true;
+    if (!loaded)
+        return;
     disconnect(pong.get(), &Pong::beyCoStatus, this, &MainWindow::RefreshBeyondStatus);
     QMessageBox::critical(nullptr, tr("BEYOND DLL Not Found"),
         tr("BEYOND DLL was not Found, the program will exit"), QMessageBox::Ok);

@@ -4,7 +4,6 @@
 
 #include <QMainWindow>
 #include <QSettings>
-#include <QTimer>
 
 #include <memory>
 
@@ -59,7 +58,8 @@ public slots:
     void on_learnDownR_clicked();
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    /// Ends the program, from inside any event loop. The window is closed from here on.
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     void makeReadable();
@@ -71,10 +71,15 @@ private:
     bool CheckForUpdate();
 
     std::unique_ptr<Ui::MainWindow> ui;
-    QTimer firstLoad;
     std::unique_ptr<QSettings> store;
     QString releaseNotes; ///< of the version that the update check found
     std::unique_ptr<Pong> pong;
     std::unique_ptr<LaserControls> laserControls;
     std::unique_ptr<PlayerControls> playerControls;
+
+    bool loaded = false; ///< the first load has brought every widget up to date
+    bool libraryMissing = false; ///< the host's, so that the program is to end
+    /// Set once the window is closed or being destroyed. Nothing may be started from then on;
+    /// check it after processing events.
+    bool closed = false;
 };

@@ -96,11 +96,11 @@ bool readsAs(const QByteArray &bytes, const Entry &entry)
 
 std::optional<QByteArray> readInstaller(const QString &path)
 {
+    if (QFileInfo(path).size() > largestInstaller)
+        return refuse(u"%1 is larger than the program downloads"_s.arg(path));
     std::optional<QByteArray> installer = contents(path);
     if (installer && installer->isEmpty())
         return refuse(u"%1 is empty"_s.arg(path));
-    if (installer && installer->size() > largestInstaller)
-        return refuse(u"%1 is larger than the program downloads"_s.arg(path));
     return installer;
 }
 

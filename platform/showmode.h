@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 class QCoreApplication;
 
 /// Asks the system not to save power, throttle timers or blank the screen during a show. A refusal
@@ -13,5 +15,9 @@ void prepare(QCoreApplication &application);
 
 /// Keeps display and system awake, or no longer, until the next call or the end of the process.
 void keepAwake(bool awake);
+
+/// Ends the process with `exitCode` after that time at the latest, whatever its threads wait for
+/// then. The caller has released everything that matters outside the process.
+void endWithin(std::chrono::milliseconds time, int exitCode);
 
 } // namespace showmode

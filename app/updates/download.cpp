@@ -1,17 +1,22 @@
 #include "download.h"
 
+#include <QCoreApplication>
 #include <QEventLoop>
-#include <QGuiApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QTimer>
 #include <QUrl>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int httpOk = 200;
+/// What the event loop of a download returns when the reply is there; the application's own
+/// quitting returns something else.
+constexpr int answered = 1;
 
 Download failed(const QString &why)
 {
@@ -41,14 +46,17 @@ Download download(const QUrl &url, const DownloadLimits &limits)
     if (url.scheme() != "https"_L1)
         return failed(u"it is not an HTTPS address"_s);
 
-    QNetworkAccessManager manager;
+    auto manager = std::make_unique<QNetworkAccessManager>();
     QNetworkRequest request(url);
     request.setAttribute(
         QNetworkRequest::RedirectPolicyAttribute, int(QNetworkRequest::NoLessSafeRedirectPolicy));
-    QNetworkReply *const reply = manager.get(request);
+    QNetworkReply *const reply = manager->get(request);
 
     QEventLoop loop;
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    QObject::connect(reply, &QNetworkReply::finished, &loop, [&loop] {
+        if (loop.isRunning()) // not once the program ends
+            loop.exit(answered);
+    });
 
     QString refusal;
     const auto refuse = [&](const QString &why) {
@@ -61,7 +69,7 @@ Download download(const QUrl &url, const DownloadLimits &limits)
     QObject::connect(&silence, &QTimer::timeout, &loop,
         [&] { refuse(u"no data for %1 ms"_s.arg(limits.silence.count())); });
     const auto restartSilence = [&] { silence.start(limits.silence); };
-    QObject::connect(reply, &QNetworkReply::redirected, &loop, restartSilence);
+    // A redirect has headers too.
     QObject::connect(reply, &QNetworkReply::metaDataChanged, &loop, restartSilence);
     const auto watchSize = [&] {
         if (exceeds(*reply, limits.size))
@@ -69,19 +77,13 @@ Download download(const QUrl &url, const DownloadLimits &limits)
     };
     QObject::connect(reply, &QNetworkReply::readyRead, &loop, restartSilence);
     QObject::connect(reply, &QNetworkReply::readyRead, &loop, watchSize);
-    // The box that reports a missing host library closes the window from inside this loop: the
-    // answer may have come by then, and the application's own quitting not yet.
-    bool abandoned = false;
-    QObject::connect(qGuiApp, &QGuiApplication::lastWindowClosed, &loop, [&] {
-        abandoned = true;
-        loop.quit();
-    });
 
     restartSilence();
-    loop.exec();
-
-    if (abandoned || !reply->isFinished())
+    if (loop.exec() != answered) {
+        // Its destructor would wait for its thread.
+        manager.release()->setParent(qApp);
         return {.result = Download::Abandoned};
+    }
     if (!refusal.isEmpty())
         return failed(refusal);
     const QString fault = faultOf(*reply);

@@ -30,6 +30,5 @@ struct Download
 
 /// Gets `url` from an HTTPS server that proves who it is, following redirects to other such
 /// servers. Waits for the answer with an event loop of its own, so that the window goes on
-/// working; when the last window is closed or the application quits, it returns at once. On the
-/// GUI thread.
+/// working; when the application exits, or has exited, it returns at once. On the GUI thread.
 Download download(const QUrl &url, const DownloadLimits &limits);

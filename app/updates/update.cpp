@@ -8,6 +8,8 @@
 #include <QSaveFile>
 #include <QUrl>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -17,6 +19,11 @@ struct Texts
 {
     Q_DECLARE_TR_FUNCTIONS(MainWindow)
 };
+
+/// How much of a text the question shows, in lines and in characters: what fits on a screen of
+/// 1080 lines.
+constexpr int mostShownLines = 40;
+constexpr qsizetype mostShownCharacters = 3000;
 
 /// Whether `url` lies in the domain that is reserved for examples, as it does in a build that
 /// nobody gave a server.
@@ -57,14 +64,27 @@ bool offersUpdate(const VersionFile &file, int ownVersion)
     return offered > ownVersion;
 }
 
+/// The beginning of `text` that fits on a screen. The layout of a longer one takes a box half a
+/// minute, and its buttons would be below the screen.
+QString shownPart(const QString &text)
+{
+    qsizetype end = 0;
+    for (int lines = 0; lines < mostShownLines && end < text.size(); ++lines) {
+        const qsizetype lineEnd = text.indexOf(u'\n', end);
+        end = lineEnd < 0 ? text.size() : lineEnd + 1;
+    }
+    end = std::min(end, mostShownCharacters);
+    return end < text.size() ? text.first(end) + u"\u2026"_s : text;
+}
+
 bool userWantsUpdate(const QString &version, const QString &releaseNotes)
 {
     // The version is a number and the text's first line ends after it, so that nothing in the
     // notes is taken for markup.
-    const QString text = Texts::tr("Version ") + version
+    const QString text = Texts::tr("Version ") + shownPart(version)
         + Texts::tr(" is available.\n\nDo you want to update and restart now?\n\n"
                     "Content of this new version:\n")
-        + releaseNotes;
+        + shownPart(releaseNotes);
     return QMessageBox::question(nullptr, Texts::tr("New version available"), text,
                QMessageBox::Yes | QMessageBox::No)
         == QMessageBox::Yes;

@@ -1,6 +1,7 @@
 #include "versionfile.h"
 
 #include <cmath>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -57,9 +58,15 @@ VersionFile readVersionFile(QByteArrayView bytes)
 
 int versionInHundredths(QStringView text)
 {
-    const float hundredths = text.toFloat() * 100.0F;
+    bool converted = false;
+    const float number = text.toFloat(&converted);
+    // The word is no number; a number beyond the range of float is infinite too, but unconverted.
+    if (std::isnan(number) || (converted && std::isinf(number)))
+        return 0;
+    const float hundredths = number * 100.0F;
     const float rounded = std::trunc(hundredths + std::copysign(0.5F, hundredths));
-    // The bounds are exact powers of two; no comparison with NaN holds.
-    const bool fits = rounded >= -0x1p31F && rounded < 0x1p31F;
-    return fits ? int(rounded) : 0;
+    // These bounds are exact powers of two, which the largest int is not.
+    if (rounded >= 0x1p31F)
+        return std::numeric_limits<int>::max();
+    return rounded >= -0x1p31F ? int(rounded) : std::numeric_limits<int>::min();
 }

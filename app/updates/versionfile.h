@@ -40,5 +40,6 @@ struct VersionFile
 VersionFile readVersionFile(QByteArrayView bytes);
 
 /// The version that `text` tells, in hundredths, rounded half away from zero in single precision:
-/// 102 for "1.02", and for "1.015". 0 for what is no number, or none that fits an int.
+/// 102 for "1.02", and for "1.015". 0 if it is not a finite number; the nearest int if it does not
+/// fit one.
 int versionInHundredths(QStringView text);

@@ -6,7 +6,9 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <sys/eventfd.h>
+#include <thread>
 #include <unistd.h>
 
 // Timers keep their resolution here, window managers handle title bars, and sleep is not prevented:
@@ -42,3 +44,11 @@ void showmode::prepare(QCoreApplication &application)
 }
 
 void showmode::keepAwake(bool /*awake*/) { }
+
+void showmode::endWithin(std::chrono::milliseconds time, int exitCode)
+{
+    std::thread([time, exitCode] {
+        std::this_thread::sleep_for(time);
+        std::_Exit(exitCode);
+    }).detach();
+}

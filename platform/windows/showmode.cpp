@@ -5,6 +5,7 @@
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
 
+#include <thread>
 #include <windowsx.h>
 
 namespace {
@@ -65,4 +66,14 @@ void showmode::keepAwake(bool awake)
     const EXECUTION_STATE needed =
         awake ? EXECUTION_STATE(ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED) : 0;
     SetThreadExecutionState(ES_CONTINUOUS | needed);
+}
+
+void showmode::endWithin(std::chrono::milliseconds time, int exitCode)
+{
+    std::thread([time, exitCode] {
+        std::this_thread::sleep_for(time);
+        // Exiting would kill the other threads and then unload the libraries, of which Qt's network
+        // library waits for its threads for ever.
+        TerminateProcess(GetCurrentProcess(), UINT(exitCode));
+    }).detach();
 }

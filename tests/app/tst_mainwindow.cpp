@@ -8,7 +8,11 @@
 #include <QRadioButton>
 #include <QSettings>
 #include <QSlider>
+#include <QStatusBar>
 #include <QTest>
+#include <QThread>
+#include <QTimer>
+#include <QTranslator>
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +47,22 @@ public:
     int count = 0;
 };
 
+/// Marks what it translates: the texts of the main window.
+class Marking : public QTranslator
+{
+    Q_OBJECT
+
+public:
+    QString translate(const char *context, const char *sourceText, const char * /*hint*/,
+        int /*count*/) const override
+    {
+        if (qstrcmp(context, "MainWindow") != 0)
+            return {};
+        return QString::fromUtf8(sourceText) + u'x';
+    }
+    bool isEmpty() const override { return false; }
+};
+
 } // namespace
 
 class tst_MainWindow : public QObject
@@ -56,6 +76,11 @@ private slots:
     void a_stored_mode_checks_one_radio_button();
     void showing_a_stored_mode_does_not_apply_it();
     void the_first_load_comes_from_the_event_loop_and_once();
+    void the_first_load_comes_before_the_games_however_late();
+    void the_first_load_has_its_order();
+    void the_learn_buttons_are_right_before_events_are_processed();
+    void the_status_fills_the_bar_and_is_never_hidden();
+    void the_texts_are_translated_as_the_main_windows();
     void the_window_is_painted_before_the_devices_are_looked_for();
     void a_window_that_is_never_painted_looks_for_the_devices_too();
     void a_stored_speed_reaches_slider_and_game_data();
@@ -170,6 +195,85 @@ void tst_MainWindow::the_first_load_comes_from_the_event_loop_and_once()
     QVERIFY(!running.midi.takeCalls().isEmpty());
     running.waitForStatus(); // 100 ms later
     QVERIFY(running.midi.takeCalls().isEmpty());
+}
+
+void tst_MainWindow::the_first_load_comes_before_the_games_however_late()
+{
+    RunningWindow running;
+    running.window = std::make_unique<MainWindow>();
+    running.window->show();
+    QThread::msleep(150); // longer than the game waits
+    int firstLoads = 0;
+    bool gameLoaded = true;
+    running.midi.onCall = [&](const QString &) {
+        if (firstLoads++ == 0)
+            gameLoaded = running.game().thread() != thread();
+    };
+    QTRY_VERIFY(firstLoads > 0);
+    QVERIFY(!gameLoaded);
+}
+
+void tst_MainWindow::the_first_load_has_its_order()
+{
+    RunningWindow running("[General]\nControlModeLeft=MIDI\nControlModeRight=MIDI\n");
+    running.window = std::make_unique<MainWindow>();
+    QStringList order;
+    const auto note = [&order](const QString &step) {
+        if (!order.contains(step))
+            order += step;
+    };
+    for (const QString &name :
+        {u"midiLComboBox"_s, u"midiRComboBox"_s, u"xboxLComboBox"_s, u"xboxRComboBox"_s}) {
+        const auto *list = running.find<QComboBox>(name);
+        connect(list->model(), &QAbstractItemModel::rowsInserted, this, [=] { note(name); });
+    }
+    running.window->gameShownChanged = [&](bool shown) {
+        QVERIFY(!shown);
+        const QStringList calls = running.host.takeCalls();
+        note(calls.contains(u"ldbDisableLaserOutput"_s) ? u"output"_s : u"game"_s);
+    };
+    running.window->show();
+    QTRY_VERIFY(order.size() == 5);
+    QCOMPARE(order,
+        (QStringList{u"midiLComboBox"_s, u"midiRComboBox"_s, u"xboxLComboBox"_s, u"xboxRComboBox"_s,
+            u"game"_s}));
+    QVERIFY(running.host.takeCalls().contains(u"ldbDisableLaserOutput"_s));
+}
+
+void tst_MainWindow::the_learn_buttons_are_right_before_events_are_processed()
+{
+    RunningWindow running;
+    running.window = std::make_unique<MainWindow>();
+    QStringList texts;
+    // Comes in the midst of the first load, with the control modes.
+    QTimer::singleShot(0, running.window.get(), [&] {
+        texts = {running.text(u"learnStartL"_s), running.text(u"learnStartR"_s)};
+    });
+    QTRY_VERIFY(!texts.isEmpty());
+    QCOMPARE(texts, (QStringList{u"Click to learn Start"_s, u"Click to learn Start"_s}));
+}
+
+void tst_MainWindow::the_status_fills_the_bar_and_is_never_hidden()
+{
+    RunningWindow running;
+    running.open();
+    auto *bar = running.find<QStatusBar>(u"statusbar"_s);
+    const auto *label = running.find(u"statusLabel"_s);
+    QVERIFY(label->width() > bar->width() * 9 / 10);
+    bar->showMessage(u"message"_s);
+    QCoreApplication::processEvents();
+    QVERIFY(label->isVisible());
+}
+
+void tst_MainWindow::the_texts_are_translated_as_the_main_windows()
+{
+    Marking translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    RunningWindow running;
+    running.open();
+    QCOMPARE(running.text(u"enableButton"_s), u"Enable Laser Outputx"_s);
+    QCOMPARE(running.text(u"resetButton"_s), u"Reset Gamex"_s);
+    QTRY_COMPARE(running.text(u"statusLabel"_s), u"BEYOND x1700 Startedx"_s);
 }
 
 void tst_MainWindow::the_window_is_painted_before_the_devices_are_looked_for()

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
@@ -30,6 +31,7 @@ public:
     QString text;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QMessageBox::StandardButtons buttons;
+    bool okIsDefault = false;
     QObject *parent = nullptr;
 
 private:
@@ -43,6 +45,7 @@ private:
         text = box->text();
         icon = box->icon();
         buttons = box->standardButtons();
+        okIsDefault = box->defaultButton() == box->button(QMessageBox::Ok);
         parent = box->parent();
         if (meanwhile)
             meanwhile();
@@ -50,6 +53,18 @@ private:
     }
 
     QTimer m_timer;
+};
+
+/// Measures the time since a widget was disabled.
+class DisabledTimer : public QObject, public QElapsedTimer
+{
+public:
+    bool eventFilter(QObject * /*object*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::EnabledChange)
+            start();
+        return false;
+    }
 };
 
 } // namespace
@@ -63,6 +78,10 @@ private slots:
     void initTestCase();
     void a_missing_library_is_told_and_closes_the_window_data();
     void a_missing_library_is_told_and_closes_the_window();
+    void the_box_about_a_missing_library_waits_for_the_first_load();
+    void no_box_opens_in_a_window_that_is_closed_data();
+    void no_box_opens_in_a_window_that_is_closed();
+    void nothing_is_loaded_in_a_window_that_is_closed();
     void no_status_is_shown_after_the_library_was_missed();
     void a_missing_library_ends_the_program();
     void the_game_has_a_tenth_of_a_second_to_leave_the_laser_dark_data();
@@ -71,6 +90,9 @@ private slots:
     void the_session_is_closed_before_the_library_is_given_back();
     void the_settings_are_saved_first();
     void no_status_is_shown_while_the_window_goes();
+    void a_control_is_not_learnt_while_the_window_closes();
+    void no_midi_message_arrives_once_the_devices_are_closed();
+    void the_devices_are_closed_after_the_tenth_of_a_second();
     void a_window_may_go_before_its_first_load();
     void nothing_works_any_more_in_a_window_that_goes();
     void the_next_window_finds_everything_free();
@@ -108,8 +130,77 @@ void tst_Teardown::a_missing_library_is_told_and_closes_the_window()
     QCOMPARE(reader.text, u"BEYOND DLL was not Found, the program will exit"_s);
     QCOMPARE(reader.icon, QMessageBox::Critical);
     QCOMPARE(reader.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+    QVERIFY(reader.okIsDefault); // being the only one
     QVERIFY(!reader.parent);
     QVERIFY(openMeanwhile);
+}
+
+void tst_Teardown::the_box_about_a_missing_library_waits_for_the_first_load()
+{
+    RunningWindow running;
+    Reader reader;
+    running.window = std::make_unique<MainWindow>();
+    running.window->show();
+    bool loadedBefore = true;
+    // Comes in the midst of the first load, which processes events.
+    QTimer::singleShot(0, running.window.get(), [&] {
+        loadedBefore = !running.find(u"enableButton"_s)->styleSheet().isEmpty();
+        emit const_cast<BadBey *>(running.game().binding())->reqExit();
+    });
+    QStringList shown;
+    reader.meanwhile = [&] {
+        for (const auto &name : {u"enableButton"_s, u"showButton"_s, u"learnStartL"_s})
+            shown += running.text(name);
+        for (const auto &name : {u"learnUpL"_s, u"learnDownR"_s, u"bitsLCheck"_s})
+            shown += running.find(name)->isVisible() ? name : QString();
+    };
+    QTRY_COMPARE(reader.boxes, 1);
+    QVERIFY(!loadedBefore);
+    QCOMPARE(shown,
+        (QStringList{u"Enable Laser Output"_s, u"Show pong"_s, u"Click to learn Start"_s, QString(),
+            QString(), QString()}));
+    QTRY_VERIFY(!running.window->isVisible());
+}
+
+void tst_Teardown::no_box_opens_in_a_window_that_is_closed_data()
+{
+    QTest::addColumn<bool>("destroyed");
+    QTest::addRow("closed") << false;
+    QTest::addRow("being destroyed") << true;
+}
+
+void tst_Teardown::no_box_opens_in_a_window_that_is_closed()
+{
+    QFETCH(bool, destroyed);
+    RunningWindow running;
+    const Reader reader;
+    running.open();
+    running.waitForStatus();
+    auto *binding = const_cast<BadBey *>(running.game().binding());
+    if (destroyed) {
+        bool missed = false;
+        QTimer::singleShot(0, this, [&] {
+            emit binding->reqExit();
+            missed = true;
+        });
+        running.close();
+        QVERIFY(missed);
+    } else {
+        QVERIFY(running.window->close());
+        emit binding->reqExit();
+    }
+    QCOMPARE(reader.boxes, 0);
+}
+
+void tst_Teardown::nothing_is_loaded_in_a_window_that_is_closed()
+{
+    RunningWindow running;
+    running.window = std::make_unique<MainWindow>();
+    running.window->show();
+    QVERIFY(running.window->close());
+    running.waitForStatus();
+    QVERIFY(running.midi.takeCalls().isEmpty());
+    QVERIFY(running.find(u"enableButton"_s)->styleSheet().isEmpty());
 }
 
 void tst_Teardown::no_status_is_shown_after_the_library_was_missed()
@@ -254,6 +345,71 @@ void tst_Teardown::no_status_is_shown_while_the_window_goes()
     });
     running.close();
     QCOMPARE(text, u"BEYOND 1700 Started"_s);
+}
+
+void tst_Teardown::a_control_is_not_learnt_while_the_window_closes()
+{
+    RunningWindow running("[General]\nControlModeLeft=MIDI\n");
+    running.midi.inputs.append({.name = u"Fader"_s});
+    running.open();
+    running.waitForStatus();
+    QTest::keyClick(running.find(u"midiLComboBox"_s), Qt::Key_Down);
+    running.click(u"learnCCL"_s);
+    int receivers = 0;
+    QTimer::singleShot(0, this, [&] { receivers = running.midi.send(0, 0x4007B0); });
+    running.close();
+    QCOMPARE(receivers, 1);
+    QCOMPARE(running.setting(u"CC_01"_s), QString());
+}
+
+void tst_Teardown::no_midi_message_arrives_once_the_devices_are_closed()
+{
+    RunningWindow running("[General]\nControlModeLeft=MIDI\nControlModeRight=MIDI\n"
+                          "CC_00=176\nCC_01=7\nCC_10=176\nCC_11=7\n");
+    running.midi.inputs = {{.name = u"Left"_s}, {.name = u"Right"_s}};
+    running.open();
+    running.waitForStatus();
+    QTest::keyClick(running.find(u"midiLComboBox"_s), Qt::Key_Down);
+    QTest::keyClick(running.find(u"midiRComboBox"_s), Qt::Key_End);
+    const auto sendBoth = [&](DWORD word) {
+        return running.midi.send(0, word, FakeMidi::Thread::Caller)
+            + running.midi.send(1, word, FakeMidi::Thread::Caller);
+    };
+    QCOMPARE(sendBoth(0x7F07B0), 2);
+    const Pong &game = running.game();
+    QVERIFY(game.leftStep != 0 && game.rightStep != 0);
+    QCOMPARE(sendBoth(0x4007B0), 2);
+    const QList<int> still = {game.leftStep, game.rightStep};
+
+    // A device may send what it has left when it is stopped.
+    QList<int> steps;
+    running.midi.onCall = [&](const QString &call) {
+        if (call != "midiInStop 0"_L1)
+            return;
+        QCOMPARE(sendBoth(0x7F07B0), 2);
+        steps = {game.leftStep, game.rightStep};
+    };
+    running.close();
+    QCOMPARE(steps, still);
+}
+
+void tst_Teardown::the_devices_are_closed_after_the_tenth_of_a_second()
+{
+    // Nothing is left to write when the window is disabled, shortly before the farewell begins.
+    RunningWindow running("[General]\nControlModeLeft=MIDI\nSensL=512\nSensR=512\n");
+    running.midi.inputs.append({.name = u"Fader"_s});
+    running.open();
+    running.waitForStatus();
+    QTest::keyClick(running.find(u"midiLComboBox"_s), Qt::Key_Down);
+    DisabledTimer sinceDisabled;
+    running.window->installEventFilter(&sinceDisabled);
+    qint64 stopped = -1;
+    running.midi.onCall = [&](const QString &call) {
+        if (call == "midiInStop 0"_L1)
+            stopped = sinceDisabled.elapsed();
+    };
+    running.close();
+    QVERIFY2(stopped >= 100, qPrintable(QString::number(stopped)));
 }
 
 void tst_Teardown::a_window_may_go_before_its_first_load()

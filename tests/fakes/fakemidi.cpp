@@ -150,8 +150,12 @@ QStringList FakeMidi::takeDeviceCalls()
 
 void FakeMidi::record(const QString &call)
 {
-    const std::lock_guard lock(m_mutex);
-    m_calls.append(call);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_calls.append(call);
+    }
+    if (onCall)
+        onCall(call);
 }
 
 UINT midiInGetNumDevs()

@@ -38,12 +38,15 @@ private slots:
     void silence_for_the_limit_is_no_answer();
     void a_server_that_does_not_speak_tls_is_no_answer_after_the_limit();
     void a_slow_answer_that_goes_on_is_waited_for();
+    void a_redirect_ends_the_silence();
+    void headers_end_the_silence();
     void an_answer_larger_than_the_limit_is_refused_data();
     void an_answer_larger_than_the_limit_is_refused();
     void events_are_delivered_during_the_wait();
     void closing_the_last_window_abandons_it_and_ends_the_program_data();
     void closing_the_last_window_abandons_it_and_ends_the_program();
-    void an_answer_that_came_before_the_last_window_was_closed_is_abandoned_too();
+    void an_answer_that_came_before_the_program_ended_is_abandoned_too();
+    void a_download_that_is_begun_when_the_program_has_ended_is_abandoned_at_once();
     void quitting_abandons_it_and_ends_the_program();
 };
 
@@ -102,6 +105,32 @@ void tst_DownloadLimits::a_slow_answer_that_goes_on_is_waited_for()
     QCOMPARE(got.result, Download::Complete);
     QCOMPARE(got.body, body);
     QVERIFY2(time.elapsed() > 2000, "it came too quickly to tell");
+}
+
+void tst_DownloadLimits::a_redirect_ends_the_silence()
+{
+    HttpsServer server(loopback());
+    server.answers[u"/file"_s] = {
+        .bytes = redirect("https://"_L1 + server.host() + "/elsewhere"_L1),
+        .pieces = 2,
+        .pause = 1200ms};
+    server.answers[u"/elsewhere"_s] = {.bytes = response("body"), .pieces = 2, .pause = 1200ms};
+    const Download got = get(server, u"/file"_s, {2s, 1 << 20});
+    QCOMPARE(got.failure, QString());
+    QCOMPARE(got.body, "body");
+}
+
+void tst_DownloadLimits::headers_end_the_silence()
+{
+    // In three pieces: half of the head, the other half, the body.
+    QByteArray head = "HTTP/1.1 200 OK\r\nContent-Length: 50\r\nX-Padding: \r\n\r\n";
+    head.insert(head.size() - 4, QByteArray(100 - head.size(), 'x'));
+    HttpsServer server(loopback());
+    server.answers[u"/file"_s] = {
+        .bytes = head + QByteArray(50, 'b'), .pieces = 3, .pause = 1200ms};
+    const Download got = get(server, u"/file"_s, {2s, 1 << 20});
+    QCOMPARE(got.failure, QString());
+    QCOMPARE(got.body, QByteArray(50, 'b'));
 }
 
 void tst_DownloadLimits::an_answer_larger_than_the_limit_is_refused_data()
@@ -174,24 +203,37 @@ void tst_DownloadLimits::closing_the_last_window_abandons_it_and_ends_the_progra
     QCOMPARE(got->body, QByteArray());
 }
 
-void tst_DownloadLimits::an_answer_that_came_before_the_last_window_was_closed_is_abandoned_too()
+void tst_DownloadLimits::an_answer_that_came_before_the_program_ended_is_abandoned_too()
 {
     HttpsServer server(loopback());
     server.answers[u"/file"_s] = {response("body")};
-    QWidget window;
-    window.show();
-    // As a message box does that is up when the answer comes, and whose answer closes the window.
-    connect(&server, &HttpsServer::requested, &window, [&] {
+    // Like a message box that is up when the answer comes, and whose button ends the program.
+    connect(&server, &HttpsServer::requested, qApp, [] {
         QEventLoop box;
         QTimer::singleShot(300ms, &box, &QEventLoop::quit);
         box.exec();
-        window.close();
+        QCoreApplication::exit();
     });
     std::optional<Download> got;
     QTimer::singleShot(0, this, [&] { got = get(server, u"/file"_s); });
     QCOMPARE(QApplication::exec(), 0);
     QVERIFY(got);
     QCOMPARE(got->result, Download::Abandoned);
+}
+
+void tst_DownloadLimits::a_download_that_is_begun_when_the_program_has_ended_is_abandoned_at_once()
+{
+    HttpsServer server(loopback());
+    server.answers[u"/file"_s] = {response("body")};
+    std::optional<Download> got;
+    QTimer::singleShot(0, this, [&] {
+        QCoreApplication::exit();
+        got = get(server, u"/file"_s);
+    });
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(got);
+    QCOMPARE(got->result, Download::Abandoned);
+    QCOMPARE(server.asked, QStringList());
 }
 
 void tst_DownloadLimits::quitting_abandons_it_and_ends_the_program()

@@ -77,6 +77,9 @@ private slots:
     void what_the_program_could_not_read_is_refused();
     void a_missing_file_is_named_data();
     void a_missing_file_is_named();
+    void an_installer_larger_than_the_program_downloads_is_refused();
+    void the_version_file_is_not_written_without_its_installer();
+    void an_installer_that_does_not_read_back_is_not_published();
     void wrong_usage_is_explained();
 
 private:
@@ -206,6 +209,39 @@ void tst_Publish::a_missing_file_is_named()
     QCOMPARE(outcome.exitCode, 1);
     QVERIFY2(outcome.errors.contains(missing), qPrintable(outcome.errors));
     QVERIFY(!QDir(u"upload"_s).exists());
+}
+
+void tst_Publish::an_installer_larger_than_the_program_downloads_is_refused()
+{
+    QFile setup(u"setup.exe"_s);
+    QVERIFY(setup.resize(largestInstaller + 1)); // takes no room on the disk
+    const Outcome outcome = publish102();
+    QCOMPARE(outcome.exitCode, 1);
+    QVERIFY2(outcome.errors.contains("setup.exe is larger than the program downloads"_L1),
+        qPrintable(outcome.errors));
+    QVERIFY(!QDir(u"upload"_s).exists());
+}
+
+void tst_Publish::the_version_file_is_not_written_without_its_installer()
+{
+    // A folder in place of the installer.
+    QVERIFY(QDir().mkpath(published + "Rallyvane_v1.02_setup.exe"_L1));
+    const Outcome outcome = publish102();
+    QCOMPARE(outcome.exitCode, 1);
+    QVERIFY2(outcome.errors.contains("setup.exe cannot be written"_L1), qPrintable(outcome.errors));
+    QVERIFY(!QFileInfo::exists(published + "VersionNotes.txt"_L1));
+}
+
+void tst_Publish::an_installer_that_does_not_read_back_is_not_published()
+{
+    // Its name leads to the version file, which is written over it.
+    QVERIFY(QDir().mkpath(published));
+    QVERIFY(QFile::link(u"VersionNotes.txt"_s, published + "Rallyvane_v1.02_setup.exe"_L1));
+    const Outcome outcome = publish102();
+    QVERIFY2(outcome.errors.contains("what was written does not read back"_L1),
+        qPrintable(outcome.errors));
+    QCOMPARE(outcome.exitCode, 1);
+    QCOMPARE(outcome.output, QString());
 }
 
 void tst_Publish::wrong_usage_is_explained()

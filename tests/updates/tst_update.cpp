@@ -1,8 +1,12 @@
 #include "updatecase.h"
 #include "updatehost.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QTest>
+#include <QTranslator>
+
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -25,6 +29,22 @@ MessageBoxes::Box question(const QString &version, const QString &notes)
     };
 }
 
+/// Marks what it translates: the texts of the main window.
+class Marking : public QTranslator
+{
+    Q_OBJECT
+
+public:
+    QString translate(const char *context, const char *sourceText, const char * /*hint*/,
+        int /*count*/) const override
+    {
+        if (qstrcmp(context, "MainWindow") != 0)
+            return {};
+        return QString::fromUtf8(sourceText) + u'x';
+    }
+    bool isEmpty() const override { return false; }
+};
+
 } // namespace
 
 class tst_Update : public UpdateCase
@@ -45,6 +65,10 @@ private slots:
     void the_limits_are_5_seconds_for_the_version_file_and_30_for_the_installer();
     void a_newer_version_is_offered_with_its_notes_data();
     void a_newer_version_is_offered_with_its_notes();
+    void later_notes_are_shown_behind_earlier_ones();
+    void every_text_is_translated_as_the_main_windows();
+    void a_version_file_of_any_size_is_read_and_shown_within_a_second_data();
+    void a_version_file_of_any_size_is_read_and_shown_within_a_second();
     void declining_downloads_nothing_data();
     void declining_downloads_nothing();
 };
@@ -66,7 +90,6 @@ void tst_Update::the_version_file_decides_without_a_question_data()
     QTest::newRow("an empty version") << versionFile("") << older;
     QTest::newRow("infinite") << versionFile("inf") << older;
     QTest::newRow("not a number") << versionFile("nan") << older;
-    QTest::newRow("too large for a whole number") << versionFile("1e30") << older;
     QTest::newRow("a space on a later line only")
         << separator() + "\nV1.02\nall new\n" + separator() << older;
     QTest::newRow("no space") << separator() + "\nV1.02\nnew\n" + separator() << unreadable;
@@ -196,6 +219,10 @@ void tst_Update::a_newer_version_is_offered_with_its_notes_data()
         << versionFile("1.02", "- new\n- better\n") << u"1.02"_s << u"- new\n- better\n"_s;
     QTest::newRow("rounded up") << versionFile("1.015") << u"1.015"_s << u"- new\n"_s;
     QTest::newRow("by far") << versionFile("99") << u"99"_s << u"- new\n"_s;
+    QTest::newRow("by more than an int holds in hundredths")
+        << versionFile("21474836") << u"21474836"_s << u"- new\n"_s;
+    QTest::newRow("by more than a float holds")
+        << versionFile("1e300") << u"1e300"_s << u"- new\n"_s;
     QTest::newRow("notes with an equals sign")
         << versionFile("1.02", "speed = 20\nmore\n") << u"1.02"_s << u"speed "_s;
     QTest::newRow("no notes") << versionFile("1.02", "") << u"1.02"_s << u""_s;
@@ -215,6 +242,77 @@ void tst_Update::a_newer_version_is_offered_with_its_notes()
     QCOMPARE(boxes.shown.first(), question(version, shownNotes));
     QCOMPARE(notes, shownNotes);
     QCOMPARE(log->take().first(), u"Update Requested - Actual Version = 101"_s);
+}
+
+void tst_Update::later_notes_are_shown_behind_earlier_ones()
+{
+    const MessageBoxes boxes({QMessageBox::No, QMessageBox::No});
+    for (const char *const news : {"- new\n", "- newer\n"}) {
+        server->answers[versionPath] = {response(versionFile("1.02", news))};
+        QVERIFY(!check());
+    }
+    QCOMPARE(boxes.shown.size(), 2);
+    QCOMPARE(boxes.shown[1], question(u"1.02"_s, u"- new\n- newer\n"_s));
+    QCOMPARE(notes, u"- new\n- newer\n"_s);
+}
+
+void tst_Update::every_text_is_translated_as_the_main_windows()
+{
+    // The installer is no program, so that the box about it is shown too.
+    server->answers[versionPath + "x"_L1] = {response(versionFile("1.02"))};
+    server->answers[installerPath] = {response("This is no program.")};
+    const MessageBoxes boxes({QMessageBox::Yes, QMessageBox::Ok});
+    Marking translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    QVERIFY(!check());
+    QCOMPARE(server->asked, (QStringList{versionPath + "x"_L1, installerPath}));
+    QCOMPARE(boxes.shown.size(), 2);
+    QCOMPARE(boxes.shown[0].title, u"New version availablex"_s);
+    QCOMPARE(boxes.shown[0].text,
+        u"Version x1.02 is available.\n\nDo you want to update and restart now?\n\n"
+        "Content of this new version:\nx- new\n"_s);
+    QCOMPARE(boxes.shown[1].title, u"Setup program cannot be executedx"_s);
+    QCOMPARE(boxes.shown[1].text,
+        u"Setup program cannot be executed at following path: x"_s
+            + QDir::current().filePath(savedInstaller));
+}
+
+void tst_Update::a_version_file_of_any_size_is_read_and_shown_within_a_second_data()
+{
+    QTest::addColumn<QByteArray>("version");
+    QTest::addColumn<QByteArray>("news");
+    constexpr qsizetype size = largestVersionFile - 200;
+    QTest::newRow("one long line") << QByteArray("1.02") << QByteArray(size, 'x');
+    QTest::newRow("words") << QByteArray("1.02") << QByteArray("new ").repeated(size / 4);
+    QTest::newRow("lines") << QByteArray("1.02") << QByteArray("- new\n").repeated(size / 6);
+    QTest::newRow("empty lines") << QByteArray("1.02") << "x" + QByteArray(size - 1, '\n');
+    QTest::newRow("controls") << QByteArray("1.02") << QByteArray(size, '\x01');
+    QTest::newRow("a long version") << QByteArray(size, '0') + "1.02" << QByteArray("- new\n");
+    QTest::newRow("tabs before the version")
+        << QByteArray(size, '\t') + "1.02" << QByteArray("- new\n");
+}
+
+void tst_Update::a_version_file_of_any_size_is_read_and_shown_within_a_second()
+{
+    QFETCH(QByteArray, version);
+    QFETCH(QByteArray, news);
+    const QByteArray file = versionFile(version, news);
+    QVERIFY(file.size() <= largestVersionFile);
+    server->answers[versionPath] = {response(file)};
+    // In the processor's time, of which a busy machine takes no more. What is measured besides is
+    // the transfer.
+    const MessageBoxes boxes({QMessageBox::No});
+    const std::clock_t begin = std::clock();
+    QVERIFY(!check());
+    const auto time = double(std::clock() - begin) / CLOCKS_PER_SEC;
+    QCOMPARE(boxes.shown.size(), 1);
+    QCOMPARE(notes, QString::fromLatin1(news));
+    const QString &text = boxes.shown.first().text;
+    QVERIFY(text.startsWith("Version "_L1 + QString::fromLatin1(version.first(4))));
+    QVERIFY(text.contains(" is available.\n\nDo you want to update and restart now?\n\n"
+                          "Content of this new version:\n"_L1
+        + QString::fromLatin1(news.first(1))));
+    QVERIFY2(time < 1, qPrintable(QString::number(time)));
 }
 
 void tst_Update::declining_downloads_nothing_data()

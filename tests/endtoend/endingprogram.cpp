@@ -1,0 +1,101 @@
+// The program as it is, except that its window closes by itself, its message boxes answer
+// themselves, and update server and name lookups are those of a test. The environment says how:
+//
+//   ENDING_SERVER        the update server, a name with or without a port
+//   ENDING_CERTIFICATE   the file of the only certificate to trust
+//   ENDING_LOOKUP        "hangs": no name lookup ever returns
+//   ENDING_DELAY         how long the first load is held up before its update check, in ms
+//   ENDING_ANSWER        how long a message box waits for its answer, in ms
+//   ENDING_CLOSE         when the window closes, in ms after it was shown; never if empty
+//
+// "closed" on the standard output reports that the window closes.
+
+#include "updatehost.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QThread>
+#include <QTimer>
+
+#include <cstdio>
+#include <dlfcn.h>
+#include <netdb.h>
+#include <unistd.h>
+
+namespace {
+
+/// Looks at what is shown and closed from outside the program's own code.
+class Operator : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        if (auto *box = qobject_cast<QMessageBox *>(object); box && event->type() == QEvent::Show)
+            QTimer::singleShot(
+                qEnvironmentVariableIntValue("ENDING_ANSWER"), box, [box] { answer(*box); });
+        auto *window = qobject_cast<QMainWindow *>(object);
+        if (window && event->type() == QEvent::Show)
+            closeLater(window);
+        if (window && event->type() == QEvent::Close) {
+            std::puts("closed");
+            std::fflush(stdout);
+        }
+        return false;
+    }
+
+private:
+    static void answer(const QMessageBox &box)
+    {
+        for (const auto button : {QMessageBox::Yes, QMessageBox::Ok}) {
+            if (QAbstractButton *found = box.button(button))
+                found->click();
+        }
+    }
+
+    /// With 0 ms it happens in the first event processing of the first load, which is posted
+    /// already.
+    static void closeLater(QMainWindow *window)
+    {
+        bool given = false;
+        const int delay = qEnvironmentVariableIntValue("ENDING_CLOSE", &given);
+        if (given)
+            QTimer::singleShot(delay, window, &QWidget::close);
+    }
+};
+
+void watch()
+{
+    qApp->installEventFilter(new Operator(qApp));
+}
+
+} // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(watch)
+
+QString updateHost()
+{
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setCaCertificates(
+        QSslCertificate::fromPath(qEnvironmentVariable("ENDING_CERTIFICATE")));
+    QSslConfiguration::setDefaultConfiguration(configuration);
+    QThread::msleep(ulong(qEnvironmentVariableIntValue("ENDING_DELAY")));
+    return qEnvironmentVariable("ENDING_SERVER");
+}
+
+/// Takes precedence over the system's for every library of the process.
+extern "C" __attribute__((visibility("default"))) int getaddrinfo(
+    const char *name, const char *service, const addrinfo *hints, addrinfo **result)
+{
+    while (qEnvironmentVariable("ENDING_LOOKUP") == QLatin1StringView("hangs"))
+        pause();
+    static const auto system =
+        reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    return system(name, service, hints, result);
+}

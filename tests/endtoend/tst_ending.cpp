@@ -1,0 +1,191 @@
+// The program always ends with its window, and at once: the real program, closed at every moment of
+// its start, with every kind of update server, with and without the host's library.
+//
+// ENDING_ROUNDS repeats each row, adds moments and allows one second; see tests/endtoend/ending.
+
+#include "updatecase.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTcpServer>
+#include <QTest>
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+enum Server { NoServer, Refusing, Silent, HangingLookup, UpToDate, Offering };
+
+constexpr std::pair<Server, const char *> servers[] = {
+    {NoServer, "no server"},
+    {Refusing, "a server that refuses"},
+    {Silent, "a server that never answers"},
+    {HangingLookup, "a name lookup that hangs"},
+    {UpToDate, "a server without an update"},
+    {Offering, "a server with an update"},
+};
+
+/// When the window is closed, in milliseconds after it was shown; `never` leaves it to the program.
+constexpr int never = -1;
+
+/// A machine that is busy may take long for any step, but a lookup that hangs takes for ever.
+constexpr qint64 patience = 30'000;
+
+} // namespace
+
+class tst_Ending : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void the_program_ends_with_its_window_data();
+    void the_program_ends_with_its_window();
+
+private:
+    QString serverName(Server server);
+    std::optional<qint64> end(
+        const QString &program, Server server, int close, int delay, int answer);
+
+    const int rounds = std::max(1, qEnvironmentVariableIntValue("ENDING_ROUNDS"));
+    QTemporaryDir folder; ///< of a program without the host's library, and of the certificate
+    std::optional<HttpsServer> website;
+    QTcpServer mute;
+    quint16 closedPort = 0; ///< where no server listens
+};
+
+void tst_Ending::initTestCase()
+{
+    const QDir bin(QCoreApplication::applicationDirPath());
+    for (const auto *const file : {"endingprogram", "winmm.so", "xinput9_1_0.so"}) {
+        const auto name = QString::fromLatin1(file);
+        QVERIFY(QFile::copy(bin.filePath(name), folder.filePath(name)));
+    }
+    QFile certificate(folder.filePath(u"certificate.pem"_s));
+    QVERIFY(certificate.open(QIODevice::WriteOnly));
+    certificate.write(loopback().certificate.toPem());
+
+    website.emplace(loopback());
+    QVERIFY(mute.listen(QHostAddress::LocalHost));
+    QTcpServer gone;
+    QVERIFY(gone.listen(QHostAddress::LocalHost));
+    closedPort = gone.serverPort();
+}
+
+QString tst_Ending::serverName(Server server)
+{
+    switch (server) {
+    case NoServer:
+        return u"updates.example"_s;
+    case Refusing:
+        return u"127.0.0.1:%1"_s.arg(closedPort);
+    case Silent:
+        return u"127.0.0.1:%1"_s.arg(mute.serverPort());
+    case HangingLookup:
+        return u"updates.invalid"_s;
+    case UpToDate:
+    case Offering:
+        website->answers[versionPath] = {
+            response(versionFile(server == Offering ? "1.02" : "1.00"))};
+        website->answers[installerPath] = {response(installer())};
+        return website->host();
+    }
+    return {};
+}
+
+/// Runs a program until it has ended. Returns the milliseconds from its window's closing on, or
+/// nothing if it did not end or not well.
+std::optional<qint64> tst_Ending::end(
+    const QString &program, Server server, int close, int delay, int answer)
+{
+    const QTemporaryDir stage;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, stage.path());
+    environment.insert(u"RALLYVANE_REHEARSAL"_s, u"ending"_s);
+    environment.insert(u"ENDING_SERVER"_s, serverName(server));
+    environment.insert(u"ENDING_CERTIFICATE"_s, folder.filePath(u"certificate.pem"_s));
+    environment.insert(u"ENDING_LOOKUP"_s, server == HangingLookup ? u"hangs"_s : u"works"_s);
+    environment.insert(u"ENDING_ANSWER"_s, QString::number(answer));
+    environment.insert(u"ENDING_DELAY"_s, QString::number(delay));
+    if (close != never)
+        environment.insert(u"ENDING_CLOSE"_s, QString::number(close));
+
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(stage.path());
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    QElapsedTimer sinceClosed;
+    connect(&process, &QProcess::readyReadStandardOutput, this, [&] {
+        if (process.readAllStandardOutput().contains("closed"))
+            sinceClosed.start();
+    });
+    std::optional<qint64> time;
+    connect(&process, &QProcess::finished, this, [&](int exitCode, QProcess::ExitStatus status) {
+        if (status == QProcess::NormalExit && exitCode == 0 && sinceClosed.isValid())
+            time = sinceClosed.elapsed();
+    });
+    process.start(program, QStringList());
+    (void)QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, int(patience));
+    process.kill();
+    process.waitForFinished();
+    return time;
+}
+
+void tst_Ending::the_program_ends_with_its_window_data()
+{
+    QTest::addColumn<bool>("library");
+    QTest::addColumn<Server>("server");
+    QTest::addColumn<int>("close");
+    QTest::addColumn<int>("delay");
+    QTest::addColumn<int>("answer");
+    // Inside the first load; in the download or soon after it; when all is done.
+    const QList<int> moments = rounds > 1 ? QList{0, 30, 150, 400} : QList{0, 150};
+    // The box about the library, which closes the window itself, comes after 100 ms. A late first
+    // load has it come up as soon as the download processes events.
+    const QList<int> momentsWithoutLibrary = rounds > 1 ? QList{0, 120} : QList{0};
+    for (const auto &[server, name] : servers) {
+        for (const int close : moments)
+            QTest::addRow("%s, closed after %d ms", name, close)
+                << true << server << close << 0 << 50;
+        for (const int close : momentsWithoutLibrary) {
+            QTest::addRow("%s, no library, closed after %d ms", name, close)
+                << false << server << close << 0 << 50;
+        }
+        QTest::addRow("%s, no library, closed by the box", name)
+            << false << server << never << 0 << 50;
+        QTest::addRow("%s, no library, a late first load", name)
+            << false << server << never << 150 << 50;
+    }
+    QTest::addRow("an update that arrives behind the box about the library")
+        << false << Offering << never << 0 << 1500;
+    QTest::addRow("an update that is accepted") << true << Offering << never << 0 << 50;
+}
+
+void tst_Ending::the_program_ends_with_its_window()
+{
+    QFETCH(bool, library);
+    QFETCH(Server, server);
+    QFETCH(int, close);
+    QFETCH(int, delay);
+    QFETCH(int, answer);
+    const QString bin = library ? QCoreApplication::applicationDirPath() : folder.path();
+    qint64 longest = 0;
+    for (int round = 0; round < rounds; ++round) {
+        const std::optional<qint64> time =
+            end(bin + "/endingprogram"_L1, server, close, delay, answer);
+        QVERIFY2(time, "It did not end.");
+        longest = std::max(longest, *time);
+    }
+    qInfo("%d of %d ended, the last within %lld ms", rounds, rounds, longest);
+    if (rounds > 1)
+        QVERIFY2(longest < 1000, qPrintable(QString::number(longest)));
+}
+
+QTEST_GUILESS_MAIN(tst_Ending)
+#include "tst_ending.moc"
