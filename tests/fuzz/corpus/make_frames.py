@@ -7,7 +7,7 @@ MAGIC = 0x4152484552594C52
 POINT = struct.Struct("<fffiBBBB")
 
 
-def header(magic=MAGIC, version=2, build=1700, zones=3, ready=1, output=1, beat=1):
+def header(magic=MAGIC, version=3, build=1700, zones=3, ready=1, output=1, beat=1):
     return struct.pack("<QIiiIIxxxxq", magic, version, build, zones, ready, output, beat)
 
 
