@@ -110,6 +110,22 @@ stage_hold() {
     xdotool keyup "$1"
 }
 
+# stage_keyboard_settings: settings of a game in the stage's folder in which both players use the
+# keyboard: d, w, s and the arrow keys right, up, down to start and to move up and down.
+stage_keyboard_settings() {
+    cat >"$stage/.pong" <<'EOF'
+[General]
+ControlModeLeft=KEYBOARD
+ControlModeRight=KEYBOARD
+KeyboardStartL=68
+KeyboardUpL=87
+KeyboardDownL=83
+KeyboardStartR=16777236
+KeyboardUpR=16777235
+KeyboardDownR=16777237
+EOF
+}
+
 # stage_brightness PICTURE: its mean brightness, 0 to 65535.
 stage_brightness() {
     convert "$1" -colorspace Gray -format '%[fx:round(mean*65535)]' info:

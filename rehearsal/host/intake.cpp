@@ -21,9 +21,10 @@ SharedTime believable(SharedTime time, SharedTime now)
 
 } // namespace
 
-Intake::Intake(SharedMemory &memory)
+Intake::Intake(SharedMemory &memory, std::size_t mostWaiting)
     : m_memory(&memory)
     , m_calls(memory.calls)
+    , m_mostWaiting(mostWaiting)
 {
     for (ZoneRing &ring : memory.zones)
         m_zones.push_back({FrameReader(ring)});
@@ -117,7 +118,7 @@ void Intake::takeFrames(int zone, SharedTime now)
         const std::size_t size = sizeof(Arrival) + m_frame.points.size() * sizeof(LdbPoint);
         {
             const std::lock_guard lock(m_handing);
-            if (m_waitingBytes + size > mostWaitingBytes) {
+            if (m_waitingBytes + size > m_mostWaiting) {
                 from.dropped += 1 + m_frame.missed;
                 continue;
             }

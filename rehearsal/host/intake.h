@@ -29,12 +29,10 @@ struct Arrival
 class Intake
 {
 public:
-    /// Of frames that wait to be handed over. While a window hangs for longer than this takes to
-    /// fill, frames are dropped and counted as missed.
-    static constexpr std::size_t mostWaitingBytes = std::size_t(256) << 20U;
-
-    /// Starts behind what is in the memory, which must outlive it.
-    explicit Intake(SharedMemory &memory);
+    /// Starts behind what is in the memory, which must outlive it. If more than `mostWaiting` bytes
+    /// of frames wait to be handed over, because the window hangs for minutes, frames are dropped
+    /// and counted as missed.
+    explicit Intake(SharedMemory &memory, std::size_t mostWaiting = std::size_t(256) << 20U);
     ~Intake();
 
     void start();
@@ -70,6 +68,7 @@ private:
     std::mutex m_handing;
     std::vector<Arrival> m_waiting;
     std::size_t m_waitingBytes = 0;
+    const std::size_t m_mostWaiting;
 
     std::atomic<bool> m_running = false;
     std::unique_ptr<QThread> m_thread;

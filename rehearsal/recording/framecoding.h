@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bytes.h"
+#include "bytestream.h"
 #include "ldb.h"
 
 #include <vector>

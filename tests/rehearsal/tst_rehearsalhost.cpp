@@ -7,6 +7,7 @@
 #include <QLibrary>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -80,6 +81,7 @@ private slots:
     void it_starts_with_output_disabled_and_no_frames();
     void its_end_shows_at_once();
     void a_killed_one_grows_stale_and_is_found_again();
+    void a_stopped_one_holds_no_frame_up_and_counts_as_gone();
     void a_second_one_says_so_and_ends();
     void arguments_that_it_cannot_take_are_refused_with_a_clear_line_data();
     void arguments_that_it_cannot_take_are_refused_with_a_clear_line();
@@ -338,6 +340,31 @@ void tst_RehearsalHost::a_killed_one_grows_stale_and_is_found_again()
     QTRY_COMPARE(m_ready(), 1);
     QCOMPARE(m_build(), 1701);
     QCOMPARE(send(gamePicture(0)), 1);
+}
+
+void tst_RehearsalHost::a_stopped_one_holds_no_frame_up_and_counts_as_gone()
+{
+    const QString kill = QStandardPaths::findExecutable(u"kill"_s);
+    if (kill.isEmpty())
+        QSKIP("This system cannot stop a process.");
+    HostProcess host({});
+    QTRY_COMPARE(m_ready(), 1);
+    MemoryFile memory;
+    QVERIFY(memory.attach(m_name->path()));
+    QCOMPARE(QProcess::execute(kill, {u"-STOP"_s, QString::number(host.processId())}), 0);
+    beat(*memory.memory(), sharedNow()); // a second from here, however long the stop took
+    const quint64 before = memory.memory()->zones[0].newest.read();
+    int sent = 0;
+    while (sent < 100 && send(gamePicture(0)) == 1)
+        ++sent;
+    QVERIFY(sent > 0);
+    // One that was being read when the host was stopped is passed over.
+    const quint64 numbers = memory.memory()->zones[0].newest.read() - before;
+    QVERIFY(numbers >= quint64(sent));
+    QTRY_COMPARE(m_ready(), 0);
+    QCOMPARE(QProcess::execute(kill, {u"-CONT"_s, QString::number(host.processId())}), 0);
+    QTRY_COMPARE(m_ready(), 1);
+    QCOMPARE(host.end(), 0);
 }
 
 void tst_RehearsalHost::a_second_one_says_so_and_ends()

@@ -1,4 +1,4 @@
-#include "bytes.h"
+#include "bytestream.h"
 
 namespace {
 
