@@ -3,6 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
+std::optional<bool> outputAfter(const Event &event)
+{
+    if (event.kind == Event::OutputEnabled)
+        return true;
+    if (event.kind == Event::OutputDisabled || event.kind == Event::HostStarted)
+        return false;
+    return std::nullopt;
+}
+
 bool isLit(const LdbPoint &point)
 {
     constexpr int blankedTravel = 3;

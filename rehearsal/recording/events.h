@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 
+#include <optional>
 #include <span>
 
 /// Something that happened in a show, apart from frames.
@@ -27,6 +28,9 @@ struct Event
 
     bool operator==(const Event &) const = default;
 };
+
+/// Whether output is enabled after the event; none if it says nothing about it.
+std::optional<bool> outputAfter(const Event &event);
 
 /// Whether a point emits light: it has a colour, is not blanked travel and lies somewhere.
 bool isLit(const LdbPoint &point);

@@ -3,16 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
-
-bool switchesOutput(const Event &event)
-{
-    return event.kind == Event::OutputEnabled || event.kind == Event::OutputDisabled
-        || event.kind == Event::HostStarted;
-}
-
-} // namespace
-
 Playback::Playback(Recording &recording)
     : m_recording(&recording)
 {
@@ -21,7 +11,7 @@ Playback::Playback(Recording &recording)
         const Recording::Entry entry = recording.entry(i);
         latest = std::max(latest, entry.at);
         m_times.push_back(latest);
-        if (!entry.isFrame() && switchesOutput(recording.event(i)))
+        if (!entry.isFrame() && outputAfter(recording.event(i)))
             m_switches.push_back(i);
     }
     m_position = start();
@@ -88,7 +78,7 @@ void Playback::goTo(qsizetype next)
     m_next = next;
     const auto later = std::ranges::lower_bound(m_switches, next);
     m_outputOn = later != m_switches.begin()
-        && m_recording->event(*(later - 1)).kind == Event::OutputEnabled;
+        && outputAfter(m_recording->event(*(later - 1))).value_or(false);
 }
 
 qsizetype Playback::nextAfter(SharedTime time) const

@@ -62,10 +62,7 @@ void ShowLog::note(const Event &event)
                 addEnding(at, nameOf(event) + ": " + nameOf(zone), zone);
         }
     }
-    if (event.kind == Event::OutputEnabled)
-        m_outputOn = true;
-    else if (event.kind == Event::OutputDisabled || event.kind == Event::HostStarted)
-        m_outputOn = false;
+    m_outputOn = outputAfter(event).value_or(m_outputOn);
     for (int zone = 0; zone < maxZones; ++zone)
         updateLight(zone, at);
 }
