@@ -136,7 +136,7 @@ void tst_GameCalls::a_corrupt_count_ends_after_one_round()
 
 void tst_GameCalls::calls_from_two_threads_have_numbers_of_their_own()
 {
-    constexpr int callsPerThread = 1'000'000;
+    constexpr int callsPerThread = 200'000;
     Calls calls;
     std::atomic<int> begun = 0;
     const auto write = [&] {
