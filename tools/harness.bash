@@ -78,14 +78,20 @@ stage_scores() {
     grep -o "Score LR = .*" "$stage/rallyvane.log" | tail -n 1
 }
 
-# stage_pace RECORD COUNT: how fast the frames of COUNT points followed each other in a record.
+# stage_dump RECORDING HOST...: a recording as text, which may still grow. HOST is the command that
+# starts the rehearsal host.
+stage_dump() {
+    "${@:2}" --open "$1" --dump 2>>"$stage/dump.out" || true
+}
+
+# stage_pace COUNT: how fast the frames of COUNT points followed each other in a dump.
 stage_pace() {
-    awk -v count="$2" '
+    awk -v count="$1" '
         $1 != "frame" { next }
         $4 == count && last { frames++; time += $2 - last }
         { last = ($4 == count) ? $2 : 0 }
         END { if (time) printf "%d points a frame, %.1f frames per second\n", count, 1000 * frames / time }
-    ' "$1"
+    '
 }
 
 # stage_keys KEY...: presses and releases real keys, slowly enough for two presses to be two.
@@ -102,6 +108,22 @@ stage_hold() {
     xdotool keydown "$1"
     sleep "$2"
     xdotool keyup "$1"
+}
+
+# stage_keyboard_settings: settings of a game in the stage's folder in which both players use the
+# keyboard: d, w, s and the arrow keys right, up, down to start and to move up and down.
+stage_keyboard_settings() {
+    cat >"$stage/.pong" <<'EOF'
+[General]
+ControlModeLeft=KEYBOARD
+ControlModeRight=KEYBOARD
+KeyboardStartL=68
+KeyboardUpL=87
+KeyboardDownL=83
+KeyboardStartR=16777236
+KeyboardUpR=16777235
+KeyboardDownR=16777237
+EOF
 }
 
 # stage_brightness PICTURE: its mean brightness, 0 to 65535.

@@ -47,9 +47,9 @@ void Host::start()
     SharedMemory &memory = *m_file.memory();
     m_startTime = sharedNow();
     openHost(memory, m_info, m_startTime);
-    m_readers.clear();
-    for (int zone = 0; zone < m_info.zoneCount; ++zone)
-        m_readers.emplace_back(memory.zones[std::size_t(zone)]);
+    m_intake = std::make_unique<Intake>(memory);
+    giveOut({Event::HostStarted, m_startTime});
+    m_intake->start();
     m_heartbeat.start();
     m_receiving.start();
 }
@@ -60,22 +60,29 @@ void Host::close()
         return;
     m_heartbeat.stop();
     m_receiving.stop();
+    m_intake->stop();
     receive();
     closeHost(*m_file.memory());
+    giveOut({Event::HostEnded, sharedNow()});
 }
 
 void Host::receive()
 {
-    const bool outputOn = ::isOutputOn(*m_file.memory());
-    if (outputOn != m_outputOn) {
-        m_outputOn = outputOn;
-        emit outputSwitched(outputOn);
-    }
-    int zone = 0;
-    for (FrameReader &reader : m_readers) {
-        while (reader.take(m_frame))
-            emit frameReceived(zone, m_frame);
-        ++zone;
+    m_intake->handOver(m_arrivals);
+    for (const Arrival &arrival : m_arrivals) {
+        if (arrival.zone >= 0)
+            emit frameReceived(arrival.zone, arrival.frame);
+        else
+            giveOut(arrival.event);
     }
     emit received();
+}
+
+void Host::giveOut(const Event &event)
+{
+    emit happened(event);
+    if (event.kind != Event::OutputEnabled && event.kind != Event::OutputDisabled)
+        return;
+    m_outputOn = event.kind == Event::OutputEnabled;
+    emit outputSwitched(m_outputOn);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frames.h"
+#include "intake.h"
 #include "memoryfile.h"
 
 #include <QLockFile>
@@ -9,8 +9,9 @@
 
 #include <memory>
 
-/// The host itself: holds the shared memory, gives its signs of life, and takes the frames out of
-/// it. It runs in the GUI thread on purpose: if that hangs, the host counts as gone.
+/// The host itself: holds the shared memory, gives its signs of life, and gives out what the game
+/// does. It runs in the GUI thread on purpose: if that hangs, the host counts as gone. The frames
+/// are taken on a thread of their own meanwhile, and none is lost.
 class Host : public QObject
 {
     Q_OBJECT
@@ -38,19 +39,23 @@ public:
 signals:
     /// A frame of a zone, counted from 0; every one in order.
     void frameReceived(int zone, const Frame &frame);
+    /// What happened apart from frames; in order with them. The first is the start, the last the
+    /// end of the host.
+    void happened(const Event &event);
     void outputSwitched(bool on);
     /// All that had come has been given out; about 60 times a second.
     void received();
 
 private:
     void receive();
+    void giveOut(const Event &event);
 
     HostInfo m_info;
     QString m_error;
     std::unique_ptr<QLockFile> m_lock;
     MemoryFile m_file;
-    std::vector<FrameReader> m_readers;
-    Frame m_frame;
+    std::unique_ptr<Intake> m_intake;
+    std::vector<Arrival> m_arrivals;
     bool m_outputOn = false;
     SharedTime m_startTime = 0;
     QTimer m_heartbeat;

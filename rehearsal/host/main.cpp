@@ -1,7 +1,8 @@
-#include "framerecord.h"
 #include "host.h"
 #include "hostwindow.h"
 #include "options.h"
+#include "recordingtask.h"
+#include "showkeeper.h"
 
 #include <QApplication>
 
@@ -9,6 +10,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -27,19 +29,10 @@ int fail(const QString &message)
     return EXIT_FAILURE;
 }
 
-void recordInto(FrameRecord &record, const Host &host)
+int failTo(const char *option, const QString &path, const QString &why)
 {
-    record.begin(host.startTime());
-    QObject::connect(&host, &Host::frameReceived, &host,
-        [&record](int zone, const Frame &frame) { record.writeFrame(zone, frame); });
-    QObject::connect(&host, &Host::outputSwitched, &host,
-        [&record](bool on) { record.writeOutput(sharedNow(), on); });
-}
-
-int failRecord(const FrameRecord &record, const Options &options)
-{
-    return fail(QStringLiteral("--record cannot write to \"%1\": %2")
-                    .arg(options.recordFile, record.errorString()));
+    return fail(
+        QStringLiteral("%1 cannot write to \"%2\": %3").arg(QLatin1StringView(option), path, why));
 }
 
 } // namespace
@@ -48,21 +41,27 @@ int main(int argc, char *argv[])
 {
     std::signal(SIGINT, askToEnd);
     std::signal(SIGTERM, askToEnd);
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("rehearsalhost"));
-    QApplication::setApplicationVersion(QStringLiteral(HOST_VERSION));
-    const Options options = Options::read(application);
+    const bool needNoDisplay = Options::needNoDisplay({argv, static_cast<std::size_t>(argc)});
+    const std::unique_ptr<QCoreApplication> application(
+        needNoDisplay ? new QCoreApplication(argc, argv) : new QApplication(argc, argv));
+    QCoreApplication::setApplicationName(QStringLiteral("rehearsalhost"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(HOST_VERSION));
+    const Options options = Options::read(*application);
+    if (options.task.kind != RecordingTask::None)
+        return run(options.task);
 
-    FrameRecord record;
-    if (!options.recordFile.isEmpty() && !record.open(options.recordFile))
-        return failRecord(record, options);
     Host host(options.host);
+    ShowKeeper keeper(host);
+    if (!options.recordFile.isEmpty() && !keeper.startRecording(options.recordFile))
+        return failTo("--record", options.recordFile, keeper.errorString());
+    QFile report(options.reportFile);
+    if (!options.reportFile.isEmpty() && !report.open(QIODevice::WriteOnly))
+        return failTo("--report", options.reportFile, report.errorString());
     if (!host.open())
         return fail(host.errorString());
     HostWindow window(host);
     window.show();
     host.start();
-    recordInto(record, host);
     QObject::connect(&host, &Host::received, qApp, [] {
         if (askedToEnd)
             QApplication::quit();
@@ -77,8 +76,10 @@ int main(int argc, char *argv[])
     if (!options.snapshotFile.isEmpty() && !window.snapshot().save(options.snapshotFile))
         result =
             fail(QStringLiteral("--snapshot cannot write to \"%1\".").arg(options.snapshotFile));
-    if (!record.finish())
-        result = failRecord(record, options);
+    if (!keeper.stopRecording())
+        result = failTo("--record", options.recordFile, keeper.errorString());
+    if (report.isOpen() && (report.write(keeper.report()) < 0 || !report.flush()))
+        result = failTo("--report", options.reportFile, report.errorString());
     std::printf("%s\n", qPrintable(window.summary()));
     return result;
 }

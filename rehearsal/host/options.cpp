@@ -4,8 +4,11 @@
 #include <QCoreApplication>
 #include <QImageWriter>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -51,7 +54,47 @@ QString pictureFile(const QCommandLineParser &parser)
     return file;
 }
 
+/// What is to be done with the recording that --open names.
+RecordingTask taskOf(const QCommandLineParser &parser)
+{
+    using namespace Qt::StringLiterals;
+    RecordingTask task;
+    task.recording = parser.value(u"open"_s);
+    const std::array kinds = {std::pair(u"dump"_s, RecordingTask::Dump),
+        std::pair(u"dump-points"_s, RecordingTask::DumpPoints),
+        std::pair(u"report"_s, RecordingTask::Report),
+        std::pair(u"export-ilda"_s, RecordingTask::ExportIlda)};
+    for (const auto &[name, kind] : kinds) {
+        if (!parser.isSet(name))
+            continue;
+        if (!parser.isSet(u"open"_s) && kind != RecordingTask::Report)
+            refuse(u"--%1 needs a recording: --open FILE."_s.arg(name));
+        if (task.kind != RecordingTask::None)
+            refuse(u"--%1 cannot be combined with another use of a recording."_s.arg(name));
+        task.kind = kind;
+        if (kind == RecordingTask::Report || kind == RecordingTask::ExportIlda)
+            task.output = parser.value(name);
+    }
+    if (!parser.isSet(u"open"_s))
+        return {};
+    if (task.kind == RecordingTask::None)
+        refuse(u"--open needs --dump, --dump-points, --report or --export-ilda."_s);
+    task.zone = wholeNumber(parser, u"zone"_s, 1, maxZones) - 1;
+    if (parser.isSet(u"blue-first"_s))
+        task.colors = ColorOrder::BlueGreenRed;
+    return task;
+}
+
 } // namespace
+
+bool Options::needNoDisplay(std::span<char *const> arguments)
+{
+    return std::ranges::any_of(arguments, [](const char *argument) {
+        const QByteArrayView name(argument);
+        return name.startsWith("--open") || name == "--help" || name == "-h" || name == "--version"
+            || name == "-v";
+    });
+}
 
 Options Options::read(const QCoreApplication &application)
 {
@@ -67,13 +110,34 @@ Options Options::read(const QCoreApplication &application)
         {QStringLiteral("zones"), QStringLiteral("Number of zones, 0 to %1.").arg(maxZones),
             QStringLiteral("number"), QStringLiteral("1")},
         {QStringLiteral("not-ready"), QStringLiteral("Be a host that is running but not ready.")},
-        {QStringLiteral("record"), QStringLiteral("Write every frame received to a file, as text."),
+        {QStringLiteral("record"),
+            QStringLiteral("Record every frame received, and what else happens, in a file."),
+            QStringLiteral("file")},
+        {QStringLiteral("report"),
+            QStringLiteral("At the end, write to a file what happened and whether it left every "
+                           "zone dark."),
             QStringLiteral("file")},
         {QStringLiteral("snapshot"),
             QStringLiteral("Write a picture of the zones to a file at the end."),
             QStringLiteral("file.png")},
         {QStringLiteral("seconds"), QStringLiteral("End after so many seconds."),
             QStringLiteral("number")},
+        {QStringLiteral("open"),
+            QStringLiteral("Be no host, but read a recording, and do one of these with it: --dump, "
+                           "--dump-points, --report, --export-ilda."),
+            QStringLiteral("file")},
+        {QStringLiteral("dump"),
+            QStringLiteral("Write the recording's events and frames as lines of text.")},
+        {QStringLiteral("dump-points"), QStringLiteral("As --dump, and the points of each frame.")},
+        {QStringLiteral("export-ilda"),
+            QStringLiteral(
+                "Write the recording's frames of one zone as an ILDA file (format 5), or "
+                "several if there are more than 65,535."),
+            QStringLiteral("file.ild")},
+        {QStringLiteral("zone"), QStringLiteral("The zone to export, from 1."),
+            QStringLiteral("number"), QStringLiteral("1")},
+        {QStringLiteral("blue-first"),
+            QStringLiteral("Export colour numbers as 0xBBGGRR instead of 0xRRGGBB.")},
     });
     parser.process(application);
     if (!parser.positionalArguments().isEmpty())
@@ -81,11 +145,13 @@ Options Options::read(const QCoreApplication &application)
                    .arg(parser.positionalArguments().constFirst()));
 
     Options options;
+    options.task = taskOf(parser);
     options.host.build = wholeNumber(parser, QStringLiteral("build"),
         std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
     options.host.zoneCount = wholeNumber(parser, QStringLiteral("zones"), 0, maxZones);
     options.host.ready = !parser.isSet(QStringLiteral("not-ready"));
     options.recordFile = parser.value(QStringLiteral("record"));
+    options.reportFile = parser.value(QStringLiteral("report"));
     options.snapshotFile = pictureFile(parser);
     options.seconds = secondsOf(parser);
     return options;

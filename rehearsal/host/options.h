@@ -1,20 +1,39 @@
 #pragma once
 
 #include "hoststate.h"
+#include "ilda.h"
 
 #include <QString>
 
+#include <span>
+
 class QCoreApplication;
+
+/// What the command line asks to be done with a recording, instead of being a host.
+struct RecordingTask
+{
+    enum Kind { None, Dump, DumpPoints, Report, ExportIlda };
+    Kind kind = None;
+    QString recording; ///< the file to read
+    QString output; ///< the file to write: Report, ExportIlda
+    int zone = 0; ///< ExportIlda; from 0
+    ColorOrder colors = ColorOrder::RedGreenBlue; ///< ExportIlda
+};
 
 /// What the command line asks for.
 struct Options
 {
     HostInfo host;
-    QString recordFile; ///< empty: no record
+    RecordingTask task;
+    QString recordFile; ///< empty: no recording
+    QString reportFile; ///< empty: no report
     QString snapshotFile; ///< empty: no snapshot
     double seconds = 0; ///< until the host ends by itself; 0 = never
 
     /// Reads the application's arguments. Ends the program after --help and --version, and with a
     /// line on standard error and exit code 1 after arguments that it cannot take.
     static Options read(const QCoreApplication &application);
+
+    /// Whether the arguments ask for what can be done without a display.
+    static bool needNoDisplay(std::span<char *const> arguments);
 };

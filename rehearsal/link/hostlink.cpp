@@ -2,19 +2,29 @@
 
 #include "frames.h"
 
+#include <QCoreApplication>
+
 #include <utility>
+
+HostLink::HostLink()
+    : m_process(static_cast<std::uint64_t>(QCoreApplication::applicationPid()))
+{
+}
 
 void HostLink::openSession()
 {
-    if (const SharedMemory *host = livingHost()) {
+    if (SharedMemory *host = livingHost()) {
         m_sessionRun = hostRun(*host);
-        m_inSession = true;
+        m_session = host;
+        note(*host, GameCall::OpenSession);
     }
 }
 
 void HostLink::closeSession()
 {
-    m_inSession = false;
+    SharedMemory *host = m_session.exchange(nullptr);
+    if (host && hostRun(*host) == m_sessionRun)
+        note(*host, GameCall::CloseSession);
 }
 
 bool HostLink::isReady()
@@ -22,7 +32,7 @@ bool HostLink::isReady()
     if (!livingHost())
         lookForHost();
     const SharedMemory *host = livingHost();
-    return host && isHostReady(*host) && (!m_inSession || hostRun(*host) == m_sessionRun);
+    return host && isHostReady(*host) && (!m_session.load() || hostRun(*host) == m_sessionRun);
 }
 
 std::int32_t HostLink::build() const
@@ -40,8 +50,10 @@ std::int32_t HostLink::zoneCount() const
 bool HostLink::switchOutput(bool on)
 {
     SharedMemory *host = on ? livingHost() : m_memory.load();
-    if (host)
+    if (host) {
         setOutput(*host, on);
+        note(*host, on ? GameCall::EnableOutput : GameCall::DisableOutput);
+    }
     return livingHost() != nullptr;
 }
 
@@ -70,4 +82,9 @@ void HostLink::lookForHost()
         return;
     m_memory = file->memory();
     m_files.push_back(std::move(file));
+}
+
+void HostLink::note(SharedMemory &host, GameCall call) const
+{
+    noteCall(host, {call, sharedNow(), m_process});
 }

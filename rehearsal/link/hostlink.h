@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hoststate.h"
+#include "gamecalls.h"
 #include "memoryfile.h"
 
 #include <atomic>
@@ -18,8 +18,10 @@
 class HostLink
 {
 public:
+    HostLink();
     /// Opens the game's session with the host that is there.
     void openSession();
+    /// Closes it and tells the host, unless another one has taken its place.
     void closeSession();
     /// Whether a host is alive and ready, and not another one than that of the session: the one
     /// that comes after knows nothing of what the game has switched. The only function that looks
@@ -38,9 +40,11 @@ public:
 private:
     SharedMemory *livingHost(SharedTime now = sharedNow()) const;
     void lookForHost();
+    void note(SharedMemory &host, GameCall call) const;
 
+    const std::uint64_t m_process;
     std::atomic<SharedMemory *> m_memory = nullptr;
-    std::atomic<bool> m_inSession = false;
+    std::atomic<SharedMemory *> m_session = nullptr; ///< the host of the open session, or null
     std::atomic<std::uint32_t> m_sessionRun = 0;
     std::mutex m_looking;
     std::vector<std::unique_ptr<MemoryFile>> m_files;

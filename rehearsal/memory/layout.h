@@ -25,6 +25,9 @@ public:
     T readInOrder() const { return load(std::memory_order_seq_cst); }
     void writeInOrder(T value) { std::atomic_ref(m_value).store(value, std::memory_order_seq_cst); }
 
+    /// Adds one and returns the sum; of several who do so at once each gets another one.
+    T increment() { return std::atomic_ref(m_value).fetch_add(1, std::memory_order_acq_rel) + 1; }
+
 private:
     T load(std::memory_order order) const
     {
@@ -38,12 +41,14 @@ private:
 /// Marks the memory as ours, written last by a starting host.
 inline constexpr std::uint64_t memoryMagic = 0x4152'4845'5259'4c52; // "RLYREHRA"
 /// Counts up whenever anything below changes.
-inline constexpr std::uint32_t interfaceVersion = 2;
+inline constexpr std::uint32_t interfaceVersion = 3;
 /// The most zones that a rehearsal host offers.
 inline constexpr std::int32_t maxZones = 8;
 /// The frames that a zone remembers: at one frame every 9 ms the host may be late by 144 ms
 /// before it misses one.
 inline constexpr std::uint64_t framesPerZone = 16;
+/// The calls that are remembered. An operator makes a few in a minute.
+inline constexpr std::uint64_t rememberedCalls = 64;
 
 /// What the host says of itself. The host alone writes it, but for `outputOn`.
 struct HostHeader
@@ -56,6 +61,33 @@ struct HostHeader
     Shared<std::uint32_t> outputOn; ///< 1 while laser output is enabled; the game switches it
     Shared<std::uint32_t> run; ///< counts the hosts that started in this memory
     Shared<std::int64_t> heartbeat; ///< SharedTime of the last sign of life, 0 = gone
+};
+
+/// What the game asks of the host, apart from showing frames.
+enum class GameCall : std::uint32_t {
+    EnableOutput = 1,
+    DisableOutput,
+    OpenSession,
+    CloseSession,
+};
+
+/// One remembered call. Its number is 0 while it is being written.
+struct CallSlot
+{
+    Shared<std::uint64_t> number; ///< counts the calls from 1
+    Shared<std::int64_t> at; ///< SharedTime
+    Shared<std::uint64_t> process; ///< id of the game's process
+    Shared<GameCall> call;
+};
+
+/// The last calls of the game: call n is in slot n modulo rememberedCalls. The game alone writes
+/// it, from any of its threads.
+struct CallRing
+{
+    Shared<std::uint64_t> newest; ///< number of the last call that was begun, 0 = none yet
+    std::array<CallSlot, rememberedCalls> calls;
+
+    CallSlot &slotOf(std::uint64_t number) { return calls[number % rememberedCalls]; }
 };
 
 /// One remembered frame. Its number is 0 while it is being written.
@@ -91,6 +123,7 @@ struct ZoneRing
 struct SharedMemory
 {
     HostHeader header;
+    CallRing calls;
     std::array<ZoneRing, maxZones> zones;
 };
 static_assert(std::is_trivially_default_constructible_v<

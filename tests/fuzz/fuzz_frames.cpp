@@ -1,6 +1,7 @@
 #include "bytes.h"
 #include "exposure.h"
 #include "frames.h"
+#include "gamecalls.h"
 #include "phosphor.h"
 
 #include <array>
@@ -12,7 +13,9 @@
 //
 // An input is the header as it lies in memory, then a zone (one byte), then that zone's frames:
 // its newest number, the one that is being read, and again and again number, count, time, count of
-// points, count of words that follow (one byte), the words. Where the input ends, zeros stand.
+// points, count of words that follow (one byte), the words. After the frames come the calls: the
+// newest number, and again and again number, call, time, process. Where the input ends, zeros
+// stand.
 
 namespace {
 
@@ -39,6 +42,27 @@ void fill(ZoneRing &ring, Bytes &input)
     }
 }
 
+void fill(CallRing &ring, Bytes &input)
+{
+    ring.newest.write(input.take<std::uint64_t>());
+    for (CallSlot &slot : ring.calls) {
+        slot.number.write(input.take<std::uint64_t>());
+        slot.call.write(input.take<GameCall>());
+        slot.at.write(input.take<std::int64_t>());
+        slot.process.write(input.take<std::uint64_t>());
+    }
+}
+
+/// Takes calls until the reader has passed everything over.
+void takeCalls(CallReader &reader)
+{
+    for (std::uint64_t i = 0; i <= 2 * rememberedCalls; ++i) {
+        if (const auto call = reader.take())
+            check(call->call >= GameCall::EnableOutput && call->call <= GameCall::CloseSession);
+    }
+    check(!reader.take());
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
@@ -50,6 +74,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     ring.newest.write(input.take<std::uint64_t>());
     FrameReader reader(ring);
     fill(ring, input);
+    CallReader calls(memory->calls);
+    fill(memory->calls, input);
+    takeCalls(calls);
 
     const std::int32_t zones = hostZoneCount(*memory);
     check(zones >= 0 && zones <= maxZones);

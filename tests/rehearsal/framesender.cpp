@@ -30,13 +30,15 @@ int main(int argc, char *argv[])
     const bool outputOn = argument(3, 1) != 0;
 
     QLibrary library(QCoreApplication::applicationDirPath() + QStringLiteral("/BEYONDIOx64"));
+    const auto create = entry<std::int32_t()>(library, "ldbCreate");
+    const auto destroy = entry<std::int32_t()>(library, "ldbDestroy");
     const auto ready = entry<std::int32_t()>(library, "ldbBeyondExeReady");
     const auto output =
         entry<std::int32_t()>(library, outputOn ? "ldbEnableLaserOutput" : "ldbDisableLaserOutput");
     const auto send =
         entry<std::int32_t(std::int32_t, std::int32_t, std::int32_t, const char *, std::int32_t,
             const LdbPoint *, const void *, std::int32_t, std::int32_t)>(library, "ldbSendFrame");
-    if (!ready || !output || !send) {
+    if (!create || !destroy || !ready || !output || !send) {
         std::fprintf(stderr, "%s\n", qPrintable(library.errorString()));
         return EXIT_FAILURE;
     }
@@ -44,6 +46,7 @@ int main(int argc, char *argv[])
         std::fputs("The host is not ready.\n", stderr);
         return EXIT_FAILURE;
     }
+    create();
     output();
     constexpr int msBetweenFrames = 9;
     for (int elapsed = 0; elapsed < seconds * 1000; elapsed += msBetweenFrames) {
@@ -52,5 +55,6 @@ int main(int argc, char *argv[])
             nullptr, 100, -1);
         QThread::msleep(msBetweenFrames);
     }
+    destroy();
     return EXIT_SUCCESS;
 }

@@ -1,4 +1,5 @@
 #include "frames.h"
+#include "gamecalls.h"
 #include "rehearsalname.h"
 
 #include <QLibrary>
@@ -70,6 +71,8 @@ private slots:
     void the_version_and_the_zones_are_the_hosts();
     void the_output_switch_reaches_the_host();
     void output_is_switched_off_in_a_host_that_seems_gone_too();
+    void the_session_and_the_output_are_noted_with_their_times();
+    void the_end_of_a_session_is_not_noted_in_a_host_that_came_later();
     void a_frame_reaches_its_zone();
     void an_empty_frame_reaches_its_zone();
     void bad_arguments_touch_no_memory_data();
@@ -234,6 +237,42 @@ void tst_HostLibrary::output_is_switched_off_in_a_host_that_seems_gone_too()
     beat(host.memory(), sharedNow() - 2 * second);
     QCOMPARE(ldbDisableLaserOutput(), 0);
     QVERIFY(!isOutputOn(host.memory()));
+}
+
+void tst_HostLibrary::the_session_and_the_output_are_noted_with_their_times()
+{
+    TestHost host;
+    CallReader calls(host.memory().calls);
+    const SharedTime before = sharedNow();
+    QCOMPARE(ldbBeyondExeReady(), 1);
+    QVERIFY(!calls.take());
+    ldbCreate();
+    ldbEnableLaserOutput();
+    ldbDisableLaserOutput();
+    ldbDestroy();
+    ldbDestroy(); // of a session that is closed already
+    SharedTime last = before;
+    for (const GameCall expected : {GameCall::OpenSession, GameCall::EnableOutput,
+             GameCall::DisableOutput, GameCall::CloseSession}) {
+        const auto call = calls.take();
+        QVERIFY(call);
+        QCOMPARE(call->call, expected);
+        QCOMPARE(call->process, quint64(QCoreApplication::applicationPid()));
+        QVERIFY(call->at >= last && call->at <= sharedNow());
+        last = call->at;
+    }
+    QVERIFY(!calls.take());
+}
+
+void tst_HostLibrary::the_end_of_a_session_is_not_noted_in_a_host_that_came_later()
+{
+    TestHost host;
+    QCOMPARE(ldbBeyondExeReady(), 1);
+    ldbCreate();
+    openHost(host.memory(), {}, sharedNow());
+    CallReader calls(host.memory().calls);
+    ldbDestroy();
+    QVERIFY(!calls.take());
 }
 
 void tst_HostLibrary::a_frame_reaches_its_zone()

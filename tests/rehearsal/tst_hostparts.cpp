@@ -1,9 +1,8 @@
-#include "framerecord.h"
+#include "frames.h"
 #include "statistics.h"
 #include "viewgrid.h"
 #include "zoneview.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -42,8 +41,6 @@ private slots:
     void nothing_received_is_a_rate_of_zero();
     void views_fill_the_window_best_data();
     void views_fill_the_window_best();
-    void a_record_tells_every_point();
-    void a_record_that_cannot_be_written_says_so();
     void a_view_shows_a_frame_only_while_output_is_enabled();
     void a_view_keeps_its_frame_until_the_next();
     void a_view_without_a_name_is_all_field();
@@ -108,39 +105,6 @@ void tst_HostParts::views_fill_the_window_best()
     QFETCH(int, count);
     QFETCH(QSize, area);
     QTEST(bestColumns(count, area), "columns");
-}
-
-void tst_HostParts::a_record_tells_every_point()
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(u"record.txt"_s);
-    FrameRecord record;
-    QVERIFY(record.open(path));
-    record.begin(1'000'000'000);
-    record.writeFrame(2,
-        {.missed = 4,
-            .sentAt = 1'009'123'456,
-            .points = {{-32000.5F, 5000, 0, 0x0030FF, 0, 0, 1, 0}, {7, -8, 1, -1, 0, 0, 255, 0}}});
-    record.writeOutput(1'500'000'000, true);
-    record.writeFrame(0, {.missed = 0, .sentAt = 2'000'000'000, .points = {}});
-    QVERIFY(record.finish());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(),
-        QByteArray("output 0.000 off\n"
-                   "frame 9.123 2 2 4\n"
-                   "-32000.5 5000 0 0030FF 1\n"
-                   "7 -8 1 FFFFFF 255\n"
-                   "output 500.000 on\n"
-                   "frame 1000.000 0 0 0\n"));
-}
-
-void tst_HostParts::a_record_that_cannot_be_written_says_so()
-{
-    const QTemporaryDir folder;
-    FrameRecord record;
-    QVERIFY(!record.open(folder.path()));
-    QVERIFY(!record.errorString().isEmpty());
 }
 
 void tst_HostParts::a_view_shows_a_frame_only_while_output_is_enabled()

@@ -1,13 +1,16 @@
 #include "frames.h"
 #include "gamepicture.h"
+#include "recording.h"
 #include "rehearsalname.h"
 
 #include <QImage>
 #include <QLibrary>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 
 using namespace Qt::StringLiterals;
 
@@ -70,12 +73,16 @@ private slots:
     void it_takes_frames_and_says_how_many();
     void a_snapshot_shows_the_light_only_with_output_enabled_data();
     void a_snapshot_shows_the_light_only_with_output_enabled();
-    void a_record_holds_every_frame();
+    void a_recording_holds_every_frame_and_event();
+    void a_damaged_recording_is_named_with_its_byte();
+    void a_recording_is_used_without_a_display();
+    void a_killed_game_that_left_a_zone_lit_is_reported();
     void it_is_the_host_that_it_is_told_to_be();
     void a_host_told_not_to_be_ready_is_not();
     void it_starts_with_output_disabled_and_no_frames();
     void its_end_shows_at_once();
     void a_killed_one_grows_stale_and_is_found_again();
+    void a_stopped_one_holds_no_frame_up_and_counts_as_gone();
     void a_second_one_says_so_and_ends();
     void arguments_that_it_cannot_take_are_refused_with_a_clear_line_data();
     void arguments_that_it_cannot_take_are_refused_with_a_clear_line();
@@ -85,6 +92,8 @@ private:
     int send(const std::vector<LdbPoint> &points);
 
     std::unique_ptr<RehearsalName> m_name = std::make_unique<RehearsalName>();
+    std::int32_t (*m_create)() = nullptr;
+    std::int32_t (*m_destroy)() = nullptr;
     std::int32_t (*m_ready)() = nullptr;
     std::int32_t (*m_build)() = nullptr;
     std::int32_t (*m_zones)() = nullptr;
@@ -100,6 +109,8 @@ void tst_RehearsalHost::initTestCase()
         function = reinterpret_cast<std::decay_t<decltype(function)>>(library.resolve(name));
         return function != nullptr;
     };
+    QVERIFY(resolve(m_create, "ldbCreate"));
+    QVERIFY(resolve(m_destroy, "ldbDestroy"));
     QVERIFY(resolve(m_ready, "ldbBeyondExeReady"));
     QVERIFY(resolve(m_build, "ldbGetBeyondVersion"));
     QVERIFY(resolve(m_zones, "ldbGetZoneCount"));
@@ -170,29 +181,107 @@ void tst_RehearsalHost::a_snapshot_shows_the_light_only_with_output_enabled()
         QCOMPARE(litPixels(file), 0);
 }
 
-void tst_RehearsalHost::a_record_holds_every_frame()
+void tst_RehearsalHost::a_recording_holds_every_frame_and_event()
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(u"record.txt"_s);
+    const QString path = folder.filePath(u"show.rec"_s);
     HostProcess host({u"--record"_s, path});
     QTRY_COMPARE(m_ready(), 1);
+    m_create();
     for (std::int32_t color = 1; color <= 3; ++color)
         QCOMPARE(send({LdbPoint{-5, 6, 0, color, 0, 0, 1, 0}}), 1);
+    m_enable();
     QCOMPARE(send({}), 1);
+    m_destroy();
+    QCOMPARE(host.end(), 0);
+
+    HostProcess reader({u"--open"_s, path, u"--dump-points"_s});
+    QCOMPARE(reader.result(), 0);
+    QStringList lines = reader.output().split(u'\n', Qt::SkipEmptyParts);
+    double last = 0;
+    for (QString &line : lines) {
+        QStringList words = line.split(u' ');
+        if (words.size() < 2 || words[0] == u"-5"_s)
+            continue;
+        const double time = words.takeAt(1).toDouble();
+        QVERIFY(time >= last && time < 30'000);
+        last = time;
+        line = words.join(u' ');
+    }
+    const QString opened = u"opened "_s + QString::number(QCoreApplication::applicationPid());
+    QCOMPARE(lines,
+        (QStringList{u"started"_s, opened, u"frame 0 1 0"_s, u"-5 6 0 000001 1"_s, u"frame 0 1 0"_s,
+            u"-5 6 0 000002 1"_s, u"frame 0 1 0"_s, u"-5 6 0 000003 1"_s, u"output on"_s,
+            u"frame 0 0 0"_s, u"closed"_s, u"ended"_s}));
+}
+
+void tst_RehearsalHost::a_damaged_recording_is_named_with_its_byte()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"show.rec"_s);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("RALLYREC\x01H") == 10);
+    file.close();
+    HostProcess reader({u"--open"_s, path, u"--dump"_s});
+    QCOMPARE(reader.result(), 1);
+    QCOMPARE(reader.errors(),
+        u"\"%1\": Damaged at byte 9: the record that begins there is cut short.\n"_s.arg(path));
+}
+
+void tst_RehearsalHost::a_recording_is_used_without_a_display()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"show.rec"_s);
+    {
+        HostProcess host({u"--record"_s, path, u"--report"_s, folder.filePath(u"live.txt"_s)});
+        QTRY_COMPARE(m_ready(), 1);
+        QCOMPARE(send(gamePicture(0)), 1);
+        QCOMPARE(host.end(), 0);
+    }
+    const auto read = [&folder](const QString &name) {
+        QFile file(folder.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    qputenv("QT_QPA_PLATFORM", "none-such");
+    HostProcess report({u"--open"_s, path, u"--report"_s, folder.filePath(u"again.txt"_s)});
+    HostProcess ilda({u"--open"_s, path, u"--export-ilda"_s, folder.filePath(u"show.ild"_s)});
+    qputenv("QT_QPA_PLATFORM", platform);
+    QCOMPARE(report.result(), 0);
+    QCOMPARE(ilda.result(), 0);
+    QVERIFY(!read(u"live.txt"_s).isEmpty());
+    QCOMPARE(read(u"again.txt"_s), read(u"live.txt"_s));
+    QCOMPARE(read(u"show.ild"_s).size(), qsizetype(32 + 8 * gamePicture(0).size() + 32));
+    QCOMPARE(ilda.output().trimmed(), folder.filePath(u"show.ild"_s));
+}
+
+void tst_RehearsalHost::a_killed_game_that_left_a_zone_lit_is_reported()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"report.txt"_s);
+    const QString recording = folder.filePath(u"show.rec"_s);
+    HostProcess host({u"--report"_s, path, u"--record"_s, recording});
+    QTRY_COMPARE(m_ready(), 1);
+    QProcess game;
+    game.start(QCoreApplication::applicationDirPath() + u"/framesender"_s, {u"60"_s});
+    MemoryFile memory;
+    QVERIFY(memory.attach(m_name->path()));
+    QTRY_VERIFY(memory.memory()->zones[0].newest.read() >= 5);
+    game.kill();
+    QVERIFY(game.waitForFinished());
+    const auto isRecordedAsGone = [&recording] {
+        Recording show;
+        show.open(recording);
+        const qsizetype last = show.size() - 1;
+        return last >= 0 && !show.entry(last).isFrame() && show.event(last).kind == Event::GameGone;
+    };
+    QTRY_VERIFY(isRecordedAsGone());
     QCOMPARE(host.end(), 0);
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-    QCOMPARE(lines.size(), 8);
-    QCOMPARE(lines[0], u"output 0.000 off"_s);
-    for (int frame = 0; frame < 3; ++frame) {
-        const QStringList head = lines[1 + 2 * frame].split(u' ');
-        QCOMPARE(head.size(), 5);
-        QVERIFY(head[1].toDouble() > 0 && head[1].toDouble() < 30'000);
-        QCOMPARE(head.mid(2), (QStringList{u"0"_s, u"1"_s, u"0"_s}));
-        QCOMPARE(lines[2 + 2 * frame], u"-5 6 0 00000%1 1"_s.arg(frame + 1));
-    }
-    QVERIFY(lines[7].startsWith(u"frame "_s) && lines[7].endsWith(u" 0 0 0"_s));
+    const QString report = QString::fromUtf8(file.readAll()).remove(u'\r');
+    QVERIFY2(report.contains(u"  game gone: zone 1 not dark\n"_s), qPrintable(report));
+    QVERIFY2(report.contains(u"\nLeft lit: 1 of 1 endings.\n"_s), qPrintable(report));
 }
 
 void tst_RehearsalHost::it_is_the_host_that_it_is_told_to_be()
@@ -254,6 +343,32 @@ void tst_RehearsalHost::a_killed_one_grows_stale_and_is_found_again()
     QCOMPARE(send(gamePicture(0)), 1);
 }
 
+void tst_RehearsalHost::a_stopped_one_holds_no_frame_up_and_counts_as_gone()
+{
+    const QString kill = QStandardPaths::findExecutable(u"kill"_s);
+    if (kill.isEmpty())
+        QSKIP("This system cannot stop a process.");
+    HostProcess host({});
+    QTRY_COMPARE(m_ready(), 1);
+    MemoryFile memory;
+    QVERIFY(memory.attach(m_name->path()));
+    QCOMPARE(QProcess::execute(kill, {u"-STOP"_s, QString::number(host.processId())}), 0);
+    beat(*memory.memory(), sharedNow()); // a second from here, however long the stop took
+    const quint64 before = memory.memory()->zones[0].newest.read();
+    quint64 sent = 0;
+    while (send(gamePicture(0)) == 1) {
+        ++sent;
+        QThread::usleep(500);
+    }
+    QVERIFY(sent > framesPerZone);
+    // One that was being read when the host was stopped is passed over.
+    QVERIFY(memory.memory()->zones[0].newest.read() - before >= sent);
+    QCOMPARE(m_ready(), 0);
+    QCOMPARE(QProcess::execute(kill, {u"-CONT"_s, QString::number(host.processId())}), 0);
+    QTRY_COMPARE(m_ready(), 1);
+    QCOMPARE(host.end(), 0);
+}
+
 void tst_RehearsalHost::a_second_one_says_so_and_ends()
 {
     HostProcess first({});
@@ -286,6 +401,19 @@ void tst_RehearsalHost::arguments_that_it_cannot_take_are_refused_with_a_clear_l
     QTest::addRow("snapshot folder")
         << QStringList{u"--snapshot"_s, u"/no/such/folder/x.png"_s}
         << u"--snapshot cannot write a picture to \"/no/such/folder/x.png\"."_s;
+    QTest::addRow("report folder") << QStringList{u"--report"_s, u"/no/such/folder/x"_s}
+                                   << u"--report cannot write to \"/no/such/folder/x\": "_s;
+    QTest::addRow("dump of nothing")
+        << QStringList{u"--dump"_s} << u"--dump needs a recording: --open FILE."_s;
+    QTest::addRow("open for nothing") << QStringList{
+        u"--open"_s, u"x"_s} << u"--open needs --dump, --dump-points, --report or --export-ilda."_s;
+    QTest::addRow("two uses") << QStringList{u"--open"_s, u"x"_s, u"--dump"_s, u"--report"_s,
+        u"y"_s} << u"--report cannot be combined with another use of a recording."_s;
+    QTest::addRow("open nothing") << QStringList{u"--open"_s, u"/no/such/file"_s, u"--dump"_s}
+                                  << u"Cannot read \"/no/such/file\": "_s;
+    QTest::addRow("zone") << QStringList{u"--open"_s, u"x"_s, u"--export-ilda"_s, u"y"_s,
+        u"--zone"_s, u"9"_s}
+                          << u"--zone takes a whole number from 1 to 8, not \"9\"."_s;
     QTest::addRow("record folder") << QStringList{u"--record"_s, u"/no/such/folder/x"_s}
                                    << u"--record cannot write to \"/no/such/folder/x\": "_s;
 }
@@ -307,7 +435,9 @@ void tst_RehearsalHost::help_and_version_are_told()
     QCOMPARE(help.result(), 0);
     const QString text = help.output();
     for (const QString &option : {u"--build <number>"_s, u"--zones <number>"_s, u"--not-ready"_s,
-             u"--record <file>"_s, u"--snapshot <file.png>"_s, u"--seconds <number>"_s})
+             u"--record <file>"_s, u"--report <file>"_s, u"--open <file>"_s, u"--dump"_s,
+             u"--dump-points"_s, u"--export-ilda <file.ild>"_s, u"--zone <number>"_s,
+             u"--blue-first"_s, u"--snapshot <file.png>"_s, u"--seconds <number>"_s})
         QVERIFY2(text.contains(option), qPrintable(option));
     HostProcess version({u"--version"_s});
     QCOMPARE(version.result(), 0);

@@ -28,7 +28,7 @@ class tst_SharedMemory : public QObject
     Q_OBJECT
 
 private slots:
-    void the_layout_is_that_of_version_2();
+    void the_layout_is_that_of_version_3();
     void zeroed_memory_has_no_host();
     void an_opened_host_says_what_it_is_with_output_disabled();
     void a_host_is_alive_for_a_second_after_its_last_beat_data();
@@ -44,10 +44,10 @@ private slots:
     void a_name_that_could_leave_the_folder_is_refused();
 };
 
-void tst_SharedMemory::the_layout_is_that_of_version_2()
+void tst_SharedMemory::the_layout_is_that_of_version_3()
 {
     // Whoever changes one of these numbers counts the version up.
-    QCOMPARE(interfaceVersion, 2U);
+    QCOMPARE(interfaceVersion, 3U);
     QCOMPARE(sizeof(HostHeader), 40U);
     QCOMPARE(offsetof(HostHeader, version), 8U);
     QCOMPARE(offsetof(HostHeader, build), 12U);
@@ -56,6 +56,12 @@ void tst_SharedMemory::the_layout_is_that_of_version_2()
     QCOMPARE(offsetof(HostHeader, outputOn), 24U);
     QCOMPARE(offsetof(HostHeader, run), 28U);
     QCOMPARE(offsetof(HostHeader, heartbeat), 32U);
+    QCOMPARE(offsetof(CallSlot, at), 8U);
+    QCOMPARE(offsetof(CallSlot, process), 16U);
+    QCOMPARE(offsetof(CallSlot, call), 24U);
+    QCOMPARE(sizeof(CallSlot), 32U);
+    QCOMPARE(offsetof(CallRing, calls), 8U);
+    QCOMPARE(sizeof(CallRing), 8 + 64 * sizeof(CallSlot));
     QCOMPARE(offsetof(FrameSlot, sent), 8U);
     QCOMPARE(offsetof(FrameSlot, sentAt), 16U);
     QCOMPARE(offsetof(FrameSlot, pointCount), 24U);
@@ -63,7 +69,7 @@ void tst_SharedMemory::the_layout_is_that_of_version_2()
     QCOMPARE(sizeof(FrameSlot), 163'872U);
     QCOMPARE(offsetof(ZoneRing, reading), 8U);
     QCOMPARE(sizeof(ZoneRing), 16 + 16 * sizeof(FrameSlot));
-    QCOMPARE(sizeof(SharedMemory), sizeof(HostHeader) + 8 * sizeof(ZoneRing));
+    QCOMPARE(sizeof(SharedMemory), sizeof(HostHeader) + sizeof(CallRing) + 8 * sizeof(ZoneRing));
 }
 
 void tst_SharedMemory::zeroed_memory_has_no_host()

@@ -7,7 +7,7 @@ MAGIC = 0x4152484552594C52
 POINT = struct.Struct("<fffiBBBB")
 
 
-def header(magic=MAGIC, version=2, build=1700, zones=3, ready=1, output=1, beat=1):
+def header(magic=MAGIC, version=3, build=1700, zones=3, ready=1, output=1, beat=1):
     return struct.pack("<QIiiIIxxxxq", magic, version, build, zones, ready, output, beat)
 
 
@@ -19,6 +19,10 @@ def frame(number, points, count=None, sent=1):
     data = b"".join(POINT.pack(*p) for p in points)
     return struct.pack("<QQqIB", number, number, sent, len(points) if count is None else count,
                        len(data) // 4) + data
+
+
+def calls(newest, slots):
+    return struct.pack("<Q", newest) + b"".join(struct.pack("<QIqQ", *slot) for slot in slots)
 
 
 LINE = [(-32000.0, 5000.0, 0.0, 0, 0, 0, 3, 0), (-32000.0, 5000.0, 0.0, 0xFFFFFF, 0, 0, 1, 0),
@@ -47,6 +51,11 @@ INPUTS = {
     "zones-too-many": header(zones=9) + ring(0, 1, [EMPTY, frame(1, LINE)], 255),
     "zones-negative": header(zones=-2**31) + ring(0, 1, [EMPTY, frame(1, LINE)]),
     "header-of-ones": b"\xff" * 48,
+    "calls": header() + ring(0, 0, [EMPTY] * 16)
+    + calls(4, [(0, 0, 0, 0)] + [(n, n, n, 42) for n in range(1, 5)]),
+    "calls-unfinished": header() + ring(0, 0, [EMPTY] * 16) + calls(2, [(0, 0, 0, 0)] * 2 + [(2, 1, 5, 42)]),
+    "calls-unknown": header() + ring(0, 0, [EMPTY] * 16) + calls(1, [(0, 0, 0, 0), (1, 2**32 - 1, -2**63, 2**64 - 1)]),
+    "calls-far-ahead": header() + ring(0, 0, [EMPTY] * 16) + calls(2**64 - 1, [(64, 1, 1, 1)]),
     "no-zones": header(zones=0, beat=-2**63),
 }
 
