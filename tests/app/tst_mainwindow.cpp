@@ -1,4 +1,5 @@
 #include "badbey.h"
+#include "lasercontrols.h"
 #include "runningwindow.h"
 
 #include <QApplication>
@@ -227,11 +228,11 @@ void tst_MainWindow::the_first_load_has_its_order()
         const auto *list = running.find<QComboBox>(name);
         connect(list->model(), &QAbstractItemModel::rowsInserted, this, [=] { note(name); });
     }
-    running.window->gameShownChanged = [&](bool shown) {
+    connect(&running.window->laser(), &LaserControls::gameShownChanged, this, [&](bool shown) {
         QVERIFY(!shown);
         const QStringList calls = running.host.takeCalls();
         note(calls.contains(u"ldbDisableLaserOutput"_s) ? u"output"_s : u"game"_s);
-    };
+    });
     running.window->show();
     QTRY_VERIFY(order.size() == 5);
     QCOMPARE(order,

@@ -10,7 +10,11 @@
 class DebugLines
 {
 public:
-    DebugLines()
+    /// Warnings and worse are taken too, or still go to where they went before.
+    enum Kind { AllLines, DebugOnly };
+
+    explicit DebugLines(Kind kind = AllLines)
+        : m_kind(kind)
     {
         current = this;
         m_previous = qInstallMessageHandler(&DebugLines::take);
@@ -23,7 +27,7 @@ public:
     DebugLines(const DebugLines &) = delete;
     DebugLines &operator=(const DebugLines &) = delete;
 
-    /// The lines since the last take. Warnings and worse are among them.
+    /// The lines since the last take.
     QStringList takeAll()
     {
         const std::lock_guard lock(m_mutex);
@@ -31,13 +35,18 @@ public:
     }
 
 private:
-    static void take(QtMsgType, const QMessageLogContext &, const QString &line)
+    static void take(QtMsgType type, const QMessageLogContext &context, const QString &line)
     {
+        if (type != QtDebugMsg && current->m_kind == DebugOnly) {
+            current->m_previous(type, context, line);
+            return;
+        }
         const std::lock_guard lock(current->m_mutex);
         current->m_lines.append(line);
     }
 
     static inline DebugLines *current = nullptr;
+    Kind m_kind;
     QtMessageHandler m_previous;
     std::mutex m_mutex;
     QStringList m_lines;

@@ -39,10 +39,10 @@ void tst_FullDisk::an_installer_that_does_not_fit_on_the_disk_is_neither_kept_no
         const rlimit full = {50'000, before.rlim_max};
         QCOMPARE(setrlimit(RLIMIT_FSIZE, &full), 0);
         const auto restore = qScopeGuard([&] { setrlimit(RLIMIT_FSIZE, &before); });
-        DebugLines log;
+        DebugLines log(DebugLines::DebugOnly);
         QString notes;
         QVERIFY(!checkForUpdate({.host = server.host()}, 101, notes));
-        lines = log.take();
+        lines = log.takeAll();
     }
     QCOMPARE(lines.last(), u"Cannot write file"_s);
     QCOMPARE(boxes.shown.size(), 1);

@@ -121,19 +121,19 @@ void tst_PublishedUpdate::cleanup()
 
 int tst_PublishedUpdate::run(const QString &lastLine)
 {
-    DebugLines log;
+    DebugLines log(DebugLines::DebugOnly);
     MainWindow mainWindow;
     window = &mainWindow;
     window->show();
     QTimer reader;
     connect(&reader, &QTimer::timeout, window, [&] {
-        lines += log.take();
+        lines += log.takeAll();
         if (lines.contains(lastLine))
             window->close();
     });
     reader.start(10);
     const int exitCode = QApplication::exec();
-    lines += log.take();
+    lines += log.takeAll();
     return exitCode;
 }
 

@@ -105,7 +105,7 @@ void tst_Update::the_version_file_decides_without_a_question()
     server->answers[versionPath] = {response(body)};
     const MessageBoxes boxes;
     QVERIFY(!check());
-    QCOMPARE(log->take(), QStringList{line});
+    QCOMPARE(log->takeAll(), QStringList{line});
     QCOMPARE(boxes.shown.size(), 0);
     QCOMPARE(server->asked, QStringList{versionPath});
     QCOMPARE(notes, QString());
@@ -128,7 +128,7 @@ void tst_Update::no_answer_counts_as_no_website()
     server->answers[versionPath] = {bytes};
     const MessageBoxes boxes;
     QVERIFY(!check());
-    const QStringList lines = log->take();
+    const QStringList lines = log->takeAll();
     QCOMPARE(lines.size(), 2);
     QVERIFY2(lines[0].startsWith("Cannot download https://"_L1 + server->host() + versionPath),
         qPrintable(lines[0]));
@@ -150,7 +150,7 @@ void tst_Update::a_server_that_falls_silent_counts_as_no_website()
     const MessageBoxes boxes;
     const UpdateServer impatient = {.host = server->host(), .versionFile = {1s, 1 << 20}};
     QVERIFY(!checkForUpdate(impatient, ownVersion, notes));
-    QCOMPARE(log->take(),
+    QCOMPARE(log->takeAll(),
         (QStringList{"Cannot download https://"_L1 + server->host() + versionPath
                 + ": no data for 1000 ms"_L1,
             u"Cannot connect to Website"_s}));
@@ -162,7 +162,7 @@ void tst_Update::a_name_that_does_not_resolve_counts_as_no_website()
 {
     const MessageBoxes boxes;
     QVERIFY(!check(u"updates.invalid"_s));
-    QCOMPARE(log->take().last(), u"Cannot connect to Website"_s);
+    QCOMPARE(log->takeAll().last(), u"Cannot connect to Website"_s);
     QCOMPARE(boxes.shown.size(), 0);
 }
 
@@ -172,7 +172,7 @@ void tst_Update::a_certificate_that_does_not_verify_counts_as_no_website()
     impostor.answers[versionPath] = {response(versionFile("1.02"))};
     const MessageBoxes boxes;
     QVERIFY(!check(impostor.host()));
-    QCOMPARE(log->take().last(), u"Cannot connect to Website"_s);
+    QCOMPARE(log->takeAll().last(), u"Cannot connect to Website"_s);
     QCOMPARE(boxes.shown.size(), 0);
     QCOMPARE(impostor.asked, QStringList());
 }
@@ -195,7 +195,7 @@ void tst_Update::the_reserved_domain_is_not_asked()
         this, [&] { waited = true; }, Qt::QueuedConnection);
     QVERIFY(!check(host));
     QVERIFY(!waited);
-    QCOMPARE(log->take().last(), u"Cannot connect to Website"_s);
+    QCOMPARE(log->takeAll().last(), u"Cannot connect to Website"_s);
     QCOMPARE(boxes.shown.size(), 0);
     QCoreApplication::processEvents();
 }
@@ -241,7 +241,7 @@ void tst_Update::a_newer_version_is_offered_with_its_notes()
     QCOMPARE(boxes.shown.size(), 1);
     QCOMPARE(boxes.shown.first(), question(version, shownNotes));
     QCOMPARE(notes, shownNotes);
-    QCOMPARE(log->take().first(), u"Update Requested - Actual Version = 101"_s);
+    QCOMPARE(log->takeAll().first(), u"Update Requested - Actual Version = 101"_s);
 }
 
 void tst_Update::later_notes_are_shown_behind_earlier_ones()
@@ -332,7 +332,7 @@ void tst_Update::declining_downloads_nothing()
     QCOMPARE(boxes.shown.size(), 1);
     QCOMPARE(server->asked, QStringList{versionPath});
     QVERIFY(!QFileInfo::exists(u"sw_fw"_s));
-    QCOMPARE(log->take(),
+    QCOMPARE(log->takeAll(),
         (QStringList{u"Update Requested - Actual Version = 101"_s, u"Update declined"_s}));
 }
 

@@ -36,7 +36,7 @@ void tst_UpdateInstaller::a_newer_version_is_downloaded_and_started()
     const MessageBoxes boxes({QMessageBox::Yes});
     QVERIFY(check());
     const QString path = QDir::current().filePath(savedInstaller);
-    QCOMPARE(log->take(),
+    QCOMPARE(log->takeAll(),
         (QStringList{u"Update Requested - Actual Version = 101"_s, "Installer saved: "_L1 + path,
             u"Installer started"_s}));
     QCOMPARE(boxes.shown.size(), 1);
@@ -85,7 +85,7 @@ void tst_UpdateInstaller::an_installer_that_does_not_arrive_whole_is_neither_kep
     const UpdateServer impatient = {.host = server->host(), .installer = {2s, largestInstaller}};
     QVERIFY(!checkForUpdate(impatient, ownVersion, notes));
     QCOMPARE(boxes.shown.size(), 1);
-    const QStringList lines = log->take();
+    const QStringList lines = log->takeAll();
     QCOMPARE(lines.size(), 2);
     QVERIFY2(lines[1].contains(reason), qPrintable(lines[1]));
     QVERIFY(!QFileInfo::exists(u"sw_fw"_s));
@@ -116,7 +116,7 @@ void tst_UpdateInstaller::an_installer_that_cannot_be_written_is_not_started()
     const MessageBoxes boxes({QMessageBox::Yes});
     QVERIFY(!check());
     QCOMPARE(boxes.shown.size(), 1);
-    const QStringList lines = log->take();
+    const QStringList lines = log->takeAll();
     QVERIFY2(lines[1].startsWith("Cannot save "_L1), qPrintable(lines[1]));
     QCOMPARE(lines.last(), u"Cannot write file"_s);
 }
@@ -139,7 +139,7 @@ void tst_UpdateInstaller::an_installer_that_cannot_be_started_is_reported()
             .parent = false,
             .markup = false,
         }));
-    QCOMPARE(log->take().last(), u"Cannot start the installer"_s);
+    QCOMPARE(log->takeAll().last(), u"Cannot start the installer"_s);
 }
 
 void tst_UpdateInstaller::closing_the_window_ends_the_check_and_the_program_data()
@@ -176,7 +176,7 @@ void tst_UpdateInstaller::closing_the_window_ends_the_check_and_the_program()
     QVERIFY2(time.elapsed() < 30'000, "it waited for the server");
     QCOMPARE(result, std::optional(false));
     QCOMPARE(boxes.shown.size(), answers.size());
-    QCOMPARE(log->take().last(), u"Update check abandoned: the program ends"_s);
+    QCOMPARE(log->takeAll().last(), u"Update check abandoned: the program ends"_s);
     QVERIFY(!QFileInfo::exists(u"sw_fw"_s));
 }
 

@@ -51,7 +51,7 @@ void UpdateCase::init()
     QVERIFY(QDir::setCurrent(folder->path()));
     server.emplace(loopback());
     notes.clear();
-    log.emplace();
+    log.emplace(DebugLines::DebugOnly);
 }
 
 void UpdateCase::cleanup()
