@@ -33,6 +33,8 @@ private slots:
     void a_learn_cancels_every_other();
     void a_key_is_learnt_while_a_pad_learn_is_replaced();
     void what_is_learnt_is_in_the_file();
+    void the_status_is_stored_before_the_number_data();
+    void the_status_is_stored_before_the_number();
 };
 
 void tst_Learn::move_is_learnt_from_the_first_message_data()
@@ -278,6 +280,34 @@ void tst_Learn::what_is_learnt_is_in_the_file()
         QStringList(
             {u"CC_10=227"_s, u"CC_11=5"_s, u"ControlModeLeft=XBOX"_s, u"ControlModeRight=MIDI"_s,
                 u"SensL=512"_s, u"SensR=512"_s, u"XStartL=10"_s, u"[General]"_s}));
+}
+
+void tst_Learn::the_status_is_stored_before_the_number_data()
+{
+    addSides();
+}
+
+void tst_Learn::the_status_is_stored_before_the_number()
+{
+    QFETCH(int, side);
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    openDevices(stage);
+    PlayerStage::click(stage.players[size_t(side)].learnMove);
+    stage.sendMidi(side, 0xB0, 7, 64);
+    PlayerStage::click(stage.players[size_t(side)].learnStart);
+    stage.sendMidi(side, 0x90, 60, 64);
+    stage.close();
+    // New keys are in the file in the order in which they were written.
+    QFile file(u".pong"_s);
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    QStringList keys;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith("CC_") || line.startsWith("Start_"))
+            keys.append(QString::fromUtf8(line.left(line.indexOf('='))));
+    }
+    QCOMPARE(keys,
+        QStringList({midiKey(u"CC"_s, side, 0), midiKey(u"CC"_s, side, 1),
+            midiKey(u"Start"_s, side, 0), midiKey(u"Start"_s, side, 1)}));
 }
 
 QTEST_MAIN(tst_Learn)
