@@ -5,6 +5,7 @@
 #include "looks.h"
 #include "mididevices.h"
 #include "playercontrols.h"
+#include "restingfocus.h"
 #include "settings.h"
 #include "ui_mainwindow.h"
 
@@ -87,6 +88,7 @@ MainWindow::MainWindow(QWidget *parent)
     // A learnt key works whichever widget has the focus.
     for (QObject *object : findChildren<QObject *>())
         object->installEventFilter(this);
+    new RestingFocus(ui->centralwidget);
     makeReadable();
     connectGame();
     ui->speedSlider->setValue(settings::read(*store, settings::ballSpeed));
