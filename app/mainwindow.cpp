@@ -109,6 +109,8 @@ void MainWindow::makeReadable()
         list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     for (QCheckBox *bits : {ui->bitsLCheck, ui->bitsRCheck})
         looks::apply(bits, looks::checkBox);
+    for (QPushButton *button : findChildren<QPushButton *>())
+        looks::fadeWhileDisabled(button);
 }
 
 void MainWindow::connectGame()
