@@ -50,11 +50,9 @@ Colours coloursOf(const QPushButton *button)
     }
     Colours colours;
     colours.background = std::max_element(pixels.begin(), pixels.end()).key();
-    colours.text = colours.background;
-    for (const QRgb colour : pixels.keys()) {
-        if (contrast(colour, colours.background) > contrast(colours.text, colours.background))
-            colours.text = colour;
-    }
+    colours.text = *std::max_element(pixels.keyBegin(), pixels.keyEnd(), [&](QRgb one, QRgb other) {
+        return contrast(one, colours.background) < contrast(other, colours.background);
+    });
     return colours;
 }
 

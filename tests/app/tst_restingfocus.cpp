@@ -10,14 +10,16 @@
 #include <QWheelEvent>
 #include <QtTest/qtestspontaneevent.h>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// The keys that work the widgets of a window.
-const QList<Qt::Key> workingKeys = {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Select,
-    Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown,
-    Qt::Key_Home, Qt::Key_End, Qt::Key_F4, Qt::Key_B, Qt::Key_Escape};
+constexpr auto workingKeys = std::to_array({Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter,
+    Qt::Key_Select, Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp,
+    Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End, Qt::Key_F4, Qt::Key_B, Qt::Key_Escape});
 
 } // namespace
 
