@@ -5,6 +5,7 @@
 #include "looks.h"
 #include "mididevices.h"
 #include "playercontrols.h"
+#include "restingfocus.h"
 #include "settings.h"
 #include "side.h"
 #include "ui_mainwindow.h"
@@ -86,6 +87,7 @@ MainWindow::MainWindow(QWidget *parent)
     // A learnt key works whichever widget has the focus.
     for (QObject *object : findChildren<QObject *>())
         object->installEventFilter(this);
+    new RestingFocus(ui->centralwidget);
     makeReadable();
     connectGame();
     ui->speedSlider->setValue(settings::read(*store, settings::ballSpeed));
@@ -104,6 +106,8 @@ void MainWindow::makeReadable()
         list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     for (QCheckBox *bits : {ui->bitsLCheck, ui->bitsRCheck})
         looks::apply(bits, looks::checkBox);
+    for (QPushButton *button : findChildren<QPushButton *>())
+        looks::fadeWhileDisabled(button);
 }
 
 void MainWindow::connectGame()

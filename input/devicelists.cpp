@@ -28,8 +28,9 @@ void PlayerControls::fillMidiLists()
         player.ui.midiList->addItem(tr("Select MIDI device"));
     }
     for (unsigned i = 0; i < MidiDevIn::deviceCount(); ++i) {
+        const QString name = MidiDevIn::deviceNameAt(static_cast<int>(i));
         for (const Player &player : players)
-            player.ui.midiList->addItem(MidiDevIn::deviceNameAt(static_cast<int>(i)));
+            player.ui.midiList->addItem(name);
     }
 }
 
@@ -101,7 +102,7 @@ void PlayerControls::xboxChanged()
     for (Player &player : players) {
         CXBOXController *pad = padOf(player);
         if (std::exchange(player.appliedPad, pad) != pad)
-            stopPaddle(player);
+            learns(Control::Move, player.side) ? stopPlayersOf(player) : stopPaddle(player);
         if (pad)
             pad->startPolling();
     }

@@ -56,7 +56,8 @@ QString MidiDevIn::deviceNameAt(int index)
     if (index < 0 || static_cast<unsigned>(index) >= deviceCount())
         return {};
     MIDIINCAPSA caps = {};
-    midiInGetDevCapsA(static_cast<DWORD_PTR>(index), &caps, sizeof caps);
+    if (midiInGetDevCapsA(static_cast<DWORD_PTR>(index), &caps, sizeof caps) != MMSYSERR_NOERROR)
+        return {};
     return productName(caps.szPname);
 }
 
@@ -141,7 +142,8 @@ QString MidiDevOut::deviceNameAt(int index)
     if (index < 0 || static_cast<unsigned>(index) >= deviceCount())
         return {};
     MIDIOUTCAPSA caps = {};
-    midiOutGetDevCapsA(static_cast<DWORD_PTR>(index), &caps, sizeof caps);
+    if (midiOutGetDevCapsA(static_cast<DWORD_PTR>(index), &caps, sizeof caps) != MMSYSERR_NOERROR)
+        return {};
     return productName(caps.szPname);
 }
 

@@ -38,7 +38,8 @@ public:
 
     /// The number of input devices.
     static unsigned deviceCount();
-    /// The product name of device `index`, or an empty string when there is none.
+    /// The product name of device `index`, or an empty string when there is none or the system
+    /// fails to tell it.
     static QString deviceNameAt(int index);
 
     /// Opens device `index`; its messages flow from start() on. `instance` goes to the callback,
@@ -93,7 +94,8 @@ class MidiDevOut : public midi
 public:
     /// The number of output devices.
     static unsigned deviceCount();
-    /// The product name of device `index`, or an empty string when there is none.
+    /// The product name of device `index`, or an empty string when there is none or the system
+    /// fails to tell it.
     static QString deviceNameAt(int index);
 
     /// Opens device `index`. Returns the system's result; a failure changes nothing.

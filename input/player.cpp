@@ -1,5 +1,6 @@
 #include "player.h"
 
+#include "controlnames.h"
 #include "looks.h"
 #include "sensitivity.h"
 #include "settings.h"
@@ -18,11 +19,29 @@ struct Texts
     Q_DECLARE_TR_FUNCTIONS(PlayerControls)
 };
 
-void showBinding(QPushButton *button, const QString &text, bool enabled, bool learnt)
+/// `control` is the name of the learnt control, or nothing.
+void showBinding(
+    QPushButton *button, const QString &text, bool enabled, const std::optional<QString> &control)
 {
     button->setText(text);
     button->setEnabled(enabled);
-    looks::apply(button, learnt ? looks::learnt : looks::notLearnt);
+    button->setToolTip(
+        control ? Texts::tr("Learnt: %1").arg(*control) : Texts::tr("Nothing learnt yet"));
+    looks::apply(button, control ? looks::learnt : looks::notLearnt);
+}
+
+std::optional<QString> nameOf(const MidiBinding &binding)
+{
+    if (!binding.isLearnt())
+        return std::nullopt;
+    return controlnames::midi(binding);
+}
+
+std::optional<QString> nameOf(uint key)
+{
+    if (key == 0)
+        return std::nullopt;
+    return controlnames::key(key);
 }
 
 } // namespace
@@ -106,28 +125,30 @@ void Player::showBindings(const QSettings &store)
     case ControlMode::Midi: {
         const bool chosen = ui.midiList->currentIndex() > 0;
         const QString ending = chosen ? noValue : QString();
-        showBinding(ui.learnStart, start + ending, chosen, midiStart.isLearnt());
-        showBinding(ui.learnMove, move + ending, chosen, midiMove.isLearnt());
+        showBinding(ui.learnStart, start + ending, chosen, nameOf(midiStart));
+        showBinding(ui.learnMove, move + ending, chosen, nameOf(midiMove));
         break;
     }
     case ControlMode::Xbox: {
         const bool chosen = ui.xboxList->currentIndex() > 0;
-        const auto isLearnt = [&](const SettingOfSides<int> &setting) {
+        const auto ifLearnt = [&](const SettingOfSides<int> &setting, const QString &name) {
             // Play falls back to the first button and stick, but they do not count as learnt.
-            return settings::read(store, Setting<int>{setting[side].key, -1}) != -1;
+            const int learnt = settings::read(store, Setting<int>{setting[side].key, -1});
+            return learnt == -1 ? std::nullopt : std::optional(name);
         };
         const QString button = Texts::tr(" - Button ") + QString::number(xStart);
         const QString controller = Texts::tr(" - Controller ") + QString::number(xMove);
-        showBinding(
-            ui.learnStart, chosen ? start + button : start, chosen, isLearnt(settings::xStart));
-        showBinding(
-            ui.learnMove, chosen ? move + controller : move, chosen, isLearnt(settings::xMove));
+        showBinding(ui.learnStart, chosen ? start + button : start, chosen,
+            ifLearnt(settings::xStart, controlnames::padButton(xStart)));
+        showBinding(ui.learnMove, chosen ? move + controller : move, chosen,
+            ifLearnt(settings::xMove, controlnames::padStick(xMove)));
         break;
     }
     case ControlMode::Keyboard:
-        showBinding(ui.learnStart, start + noValue, true, startKey != 0);
-        showBinding(ui.learnUp, Texts::tr("Click to learn Up") + noValue, true, upKey != 0);
-        showBinding(ui.learnDown, Texts::tr("Click to learn Down") + noValue, true, downKey != 0);
+        showBinding(ui.learnStart, start + noValue, true, nameOf(startKey));
+        showBinding(ui.learnUp, Texts::tr("Click to learn Up") + noValue, true, nameOf(upKey));
+        showBinding(
+            ui.learnDown, Texts::tr("Click to learn Down") + noValue, true, nameOf(downKey));
         break;
     }
 }

@@ -1,6 +1,36 @@
 #include "looks.h"
 
-#include <QWidget>
+#include <QEvent>
+#include <QGraphicsOpacityEffect>
+#include <QPushButton>
+
+namespace {
+
+/// How much of a disabled button shows over what is behind it: enough that the text keeps a
+/// contrast of 3 : 1 to the button.
+constexpr qreal disabledOpacity = 0.6;
+
+/// Fades its widget, which owns it, while that is disabled.
+class DisabledFade : public QGraphicsOpacityEffect
+{
+public:
+    explicit DisabledFade(QWidget *widget)
+    {
+        setOpacity(disabledOpacity);
+        setEnabled(!widget->isEnabled());
+        widget->installEventFilter(this);
+        widget->setGraphicsEffect(this);
+    }
+
+    bool eventFilter(QObject *widget, QEvent *event) override
+    {
+        if (event->type() == QEvent::EnabledChange)
+            setEnabled(!static_cast<QWidget *>(widget)->isEnabled());
+        return false;
+    }
+};
+
+} // namespace
 
 namespace looks {
 
@@ -27,6 +57,16 @@ void apply(QWidget *widget, QLatin1StringView look)
 {
     if (widget->styleSheet() != look)
         widget->setStyleSheet(look);
+}
+
+void fadeWhileDisabled(QPushButton *button)
+{
+    // The system's text of a disabled button is grey, which on a coloured one is hard to read.
+    QPalette palette = button->palette();
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText,
+        palette.color(QPalette::Active, QPalette::ButtonText));
+    button->setPalette(palette);
+    new DisabledFade(button);
 }
 
 } // namespace looks

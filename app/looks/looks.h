@@ -2,6 +2,7 @@
 
 #include <QLatin1StringView>
 
+class QPushButton;
 class QWidget;
 
 // The colours of the operator's window that change or that the form does not set. GUI thread.
@@ -24,5 +25,9 @@ extern const QLatin1StringView checkBox;
 /// Sets the style sheet of `widget` if it has another one: setting one is slow even if nothing
 /// changes.
 void apply(QWidget *widget, QLatin1StringView look);
+
+/// Shows `button` faded, its text legible, whenever it is disabled: no rule for that is in its
+/// style sheets, or only one for the background. Once for each button; an enabled one pays nothing.
+void fadeWhileDisabled(QPushButton *button);
 
 } // namespace looks

@@ -63,9 +63,10 @@ MMRESULT getDevCaps(
     if (capsSize != sizeof(Caps))
         return MMSYSERR_INVALPARAM;
     *caps = {};
-    const QByteArray name = (midiSystem->*devices)[static_cast<qsizetype>(device)].name.toUtf8();
+    const FakeMidi::Device &asked = (midiSystem->*devices)[static_cast<qsizetype>(device)];
+    const QByteArray name = asked.capsResult == MMSYSERR_NOERROR ? asked.name.toUtf8() : "garbage";
     std::copy_n(name.begin(), std::min<qsizetype>(name.size(), MAXPNAMELEN - 1), caps->szPname);
-    return MMSYSERR_NOERROR;
+    return asked.capsResult;
 }
 
 /// Why a device cannot be opened, or 0.

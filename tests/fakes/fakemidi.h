@@ -21,6 +21,7 @@ public:
         QString name;
         MMRESULT openResult = MMSYSERR_NOERROR;
         MMRESULT startResult = MMSYSERR_NOERROR;
+        MMRESULT capsResult = MMSYSERR_NOERROR; ///< a failure leaves a name of no device
     };
 
     /// Becomes the MIDI system of this process until it is destroyed. One at a time. Handles of
@@ -39,6 +40,9 @@ public:
     /// Unplugs input device `index`: those behind it move up, and whoever has it open gets
     /// MMSYSERR_NODRIVER from now on and no more messages.
     void unplugInput(int index);
+    /// Runs inside each call, once it is recorded and before it is answered, with what takeCalls()
+    /// has of it. May change the script.
+    std::function<void(const QString &call)> onCall;
 
     // The events.
     enum class Thread { Foreign, Caller };

@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -15,6 +17,22 @@ QRadioButton *radioOf(const PlayerStage::Player &player, const QString &mode)
 QString keyOf(int side)
 {
     return side == 0 ? u"ControlModeLeft"_s : u"ControlModeRight"_s;
+}
+
+/// Whether the widgets of a player are those of a mode.
+void checkWidgets(const PlayerStage::Player &player, const QString &mode)
+{
+    const bool midi = mode == "MIDI"_L1;
+    const bool keyboard = mode == "KEYBOARD"_L1;
+    QVERIFY(radioOf(player, mode)->isChecked());
+    QVERIFY(player.learnStart->isVisible());
+    QCOMPARE(player.learnMove->isVisible(), !keyboard);
+    QCOMPARE(player.learnUp->isVisible(), keyboard);
+    QCOMPARE(player.learnDown->isVisible(), keyboard);
+    QCOMPARE(player.bits->isVisible(), midi);
+    QVERIFY(player.midiList->isVisible() && player.xboxList->isVisible());
+    QCOMPARE(player.midiList->isEnabled(), midi);
+    QCOMPARE(player.xboxList->isEnabled(), mode == "XBOX"_L1);
 }
 
 /// What is left of a store without the modes.
@@ -55,51 +73,30 @@ private slots:
     void leaving_a_mode_stops_the_paddle_data();
     void leaving_a_mode_stops_the_paddle();
     void a_mode_of_one_side_leaves_the_other_side_alone();
-    void clicks_that_wait_behind_a_mode_are_served_after_it();
+    void pending_events_are_processed_once_the_device_is_closed_data();
+    void pending_events_are_processed_once_the_device_is_closed();
+    void a_mode_chosen_while_modes_are_applied_is_shown_whole_data();
+    void a_mode_chosen_while_modes_are_applied_is_shown_whole();
 };
 
 void tst_ControlMode::a_mode_shows_and_enables_what_belongs_to_it_data()
 {
     QTest::addColumn<QString>("mode");
-    QTest::addColumn<QStringList>("shown");
-    QTest::addColumn<bool>("midiList");
-    QTest::addColumn<bool>("xboxList");
-    QTest::addRow("MIDI") << u"MIDI"_s << QStringList({u"start"_s, u"move"_s, u"14 bits"_s}) << true
-                          << false;
-    QTest::addRow("XBOX") << u"XBOX"_s << QStringList({u"start"_s, u"move"_s}) << false << true;
-    QTest::addRow("KEYBOARD") << u"KEYBOARD"_s << QStringList({u"start"_s, u"up"_s, u"down"_s})
-                              << false << false;
+    for (const char *mode : {"MIDI", "XBOX", "KEYBOARD"})
+        QTest::addRow("%s", mode) << QString::fromLatin1(mode);
 }
 
 void tst_ControlMode::a_mode_shows_and_enables_what_belongs_to_it()
 {
     QFETCH(QString, mode);
-    QFETCH(QStringList, shown);
-    QFETCH(bool, midiList);
-    QFETCH(bool, xboxList);
-    const auto check = [&](const PlayerStage::Player &player) {
-        const QList<std::pair<QString, QWidget *>> widgets = {{u"start"_s, player.learnStart},
-            {u"move"_s, player.learnMove}, {u"up"_s, player.learnUp}, {u"down"_s, player.learnDown},
-            {u"14 bits"_s, player.bits}};
-        QStringList visible;
-        for (const auto &[name, widget] : widgets) {
-            if (widget->isVisible())
-                visible.append(name);
-        }
-        QCOMPARE(visible, shown);
-        QCOMPARE(player.midiList->isEnabled(), midiList);
-        QCOMPARE(player.xboxList->isEnabled(), xboxList);
-        QVERIFY(player.midiList->isVisible() && player.xboxList->isVisible());
-    };
     // From every mode before, and as stored.
     for (const QString &before : {u"MIDI"_s, u"XBOX"_s, u"KEYBOARD"_s}) {
         PlayerStage stage({u"First"_s}, 1, {{keyOf(0), before}, {keyOf(1), before}});
         stage.open();
         for (const PlayerStage::Player &player : stage.players) {
-            if (before == mode)
-                check(player);
+            checkWidgets(player, before);
             PlayerStage::click(radioOf(player, mode));
-            check(player);
+            checkWidgets(player, mode);
         }
     }
 }
@@ -243,21 +240,102 @@ void tst_ControlMode::a_mode_of_one_side_leaves_the_other_side_alone()
     QCOMPARE(stage.step(1), 63);
 }
 
-void tst_ControlMode::clicks_that_wait_behind_a_mode_are_served_after_it()
+void tst_ControlMode::pending_events_are_processed_once_the_device_is_closed_data()
 {
-    PlayerStage stage({u"First"_s}, 0, {{keyOf(0), u"MIDI"_s}});
+    addModes();
+}
+
+void tst_ControlMode::pending_events_are_processed_once_the_device_is_closed()
+{
+    QFETCH(int, side);
+    QFETCH(QString, mode);
+    PlayerStage stage({u"First"_s}, 1, bothOn(u"MIDI"_s));
     stage.open();
-    const PlayerStage::Player &player = stage.players[0];
+    const PlayerStage::Player &player = stage.players[size_t(side)];
     player.midiList->setCurrentIndex(1);
-    // Waits like a click while the device takes its time to close.
-    QMetaObject::invokeMethod(player.midi, &QRadioButton::click, Qt::QueuedConnection);
-    PlayerStage::click(player.keyboard);
     QCoreApplication::processEvents();
-    QVERIFY(player.midi->isChecked());
-    QVERIFY(player.midiList->isEnabled());
-    QVERIFY(player.learnMove->isVisible());
-    QVERIFY(!player.learnUp->isVisible());
-    QCOMPARE(stage.settings().value(keyOf(0)), u"MIDI"_s);
+    std::optional<int> entry;
+    QMetaObject::invokeMethod(
+        this, [&] { entry = player.midiList->currentIndex(); }, Qt::QueuedConnection);
+    radioOf(player, mode)->click();
+    // A player who stays on MIDI has nothing to close.
+    QCOMPARE(entry, mode == "MIDI"_L1 ? std::nullopt : std::optional(0));
+    QCoreApplication::processEvents();
+}
+
+void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_whole_data()
+{
+    QTest::addColumn<bool>("firstLoad");
+    QTest::addColumn<int>("side");
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QStringList>("choices");
+    for (const bool firstLoad : {true, false}) {
+        for (const int side : {0, 1}) {
+            for (const char *before : {"MIDI", "XBOX", "KEYBOARD"}) {
+                for (const char *choices :
+                    {"MIDI", "KEYBOARD MIDI", "XBOX MIDI device", "MIDI KEYBOARD",
+                        "MIDI device XBOX", "KEYBOARD MIDI device XBOX MIDI device"}) {
+                    QTest::addRow("%s, %s, %s: %s", firstLoad ? "in the first load" : "in a click",
+                        side == 0 ? "left" : "right", before, choices)
+                        << firstLoad << side << QString::fromLatin1(before)
+                        << QString::fromLatin1(choices).split(u' ');
+                }
+            }
+        }
+    }
+}
+
+void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_whole()
+{
+    QFETCH(bool, firstLoad);
+    QFETCH(int, side);
+    QFETCH(QString, before);
+    QFETCH(QStringList, choices);
+    const QString word = side == 0 ? u"left"_s : u"right"_s;
+    // The left player is applied first, and would take all the events were it not on MIDI.
+    const QString partners = side == 0 ? u"XBOX"_s : u"MIDI"_s;
+    PlayerStage stage({u"First"_s}, 0, {{keyOf(side), before}, {keyOf(1 - side), partners}},
+        firstLoad ? PlayerStage::WholeWindow : PlayerStage::Form);
+    int chosen = 0;
+    const auto choose = [&](const QString &choice) {
+        const QString radio = choice == "MIDI"_L1 ? u"Midi"_s
+            : choice == "XBOX"_L1                 ? u"Xbox"_s
+                                                  : u"Keyboard"_s;
+        if (choice == "device"_L1)
+            stage.find<QComboBox>(u"midi"_s + sideLetter(side) + u"ComboBox"_s)->setCurrentIndex(1);
+        else
+            stage.find<QRadioButton>(word + radio + u"Radio"_s)->click();
+        ++chosen;
+    };
+    // They wait like clicks while the devices are listed or closed. Each is served while those
+    // before it are still being applied.
+    const auto post = [&] {
+        for (const QString &choice : choices)
+            QMetaObject::invokeMethod(
+                this, [&choose, choice] { choose(choice); }, Qt::QueuedConnection);
+    };
+    if (firstLoad)
+        stage.pads.onGetState = [&](DWORD) { post(); }; // called once, for there is no pad
+    stage.open();
+    const PlayerStage::Player &player = stage.players[size_t(side)];
+    if (!firstLoad) {
+        post();
+        (before == "KEYBOARD"_L1 ? player.xbox : player.keyboard)->click();
+    }
+    QCOMPARE(chosen, choices.size());
+
+    const bool device = choices.last() == "device"_L1;
+    const QString mode = device ? u"MIDI"_s : choices.last();
+    checkWidgets(player, mode);
+    QCOMPARE(stage.settings().value(keyOf(side)), mode);
+    if (device || mode != "MIDI"_L1)
+        QCOMPARE(player.midiList->currentIndex(), device ? 1 : 0);
+    const int entry = player.midiList->currentIndex();
+    QCOMPARE((side == 0 ? midiInLeft : midiInRight).getDeviceIndex(), entry - 1);
+    if (player.learnMove->isVisible())
+        QCOMPARE(player.learnMove->isEnabled(), entry > 0);
+    checkWidgets(stage.players[size_t(1 - side)], partners);
+    QCOMPARE(stage.settings().value(keyOf(1 - side)), partners);
 }
 
 QTEST_MAIN(tst_ControlMode)

@@ -2,6 +2,9 @@
 #include "playerstage.h"
 
 #include <QTest>
+#include <QThread>
+
+#include <atomic>
 
 using namespace Qt::StringLiterals;
 
@@ -31,6 +34,8 @@ class tst_DeviceLists : public QObject
 private slots:
     void the_midi_lists_hold_the_devices_in_the_order_of_the_system_data();
     void the_midi_lists_hold_the_devices_in_the_order_of_the_system();
+    void the_system_is_asked_for_its_devices_before_each_entry_data();
+    void the_system_is_asked_for_its_devices_before_each_entry();
     void the_pad_lists_hold_the_unbroken_run_of_pads_data();
     void the_pad_lists_hold_the_unbroken_run_of_pads();
     void what_is_plugged_in_later_is_not_offered();
@@ -56,6 +61,7 @@ private slots:
     void a_device_that_vanishes_can_be_left_data();
     void a_device_that_vanishes_can_be_left();
     void no_device_is_open_after_the_window();
+    void the_pads_are_released_from_the_last_to_the_first();
 };
 
 void tst_DeviceLists::the_midi_lists_hold_the_devices_in_the_order_of_the_system_data()
@@ -77,6 +83,33 @@ void tst_DeviceLists::the_midi_lists_hold_the_devices_in_the_order_of_the_system
         QCOMPARE(entries(player.midiList), QStringList{u"Select MIDI device"_s} + devices);
         QCOMPARE(player.midiList->currentIndex(), 0);
     }
+}
+
+void tst_DeviceLists::the_system_is_asked_for_its_devices_before_each_entry_data()
+{
+    QTest::addColumn<QStringList>("before");
+    QTest::addColumn<QStringList>("afterTheFirst");
+    QTest::addRow("one is plugged in")
+        << QStringList{u"First"_s} << QStringList{u"First"_s, u"Second"_s};
+    QTest::addRow("one is unplugged")
+        << QStringList{u"First"_s, u"Second"_s} << QStringList{u"First"_s};
+}
+
+void tst_DeviceLists::the_system_is_asked_for_its_devices_before_each_entry()
+{
+    QFETCH(QStringList, before);
+    QFETCH(QStringList, afterTheFirst);
+    PlayerStage stage(before);
+    stage.midi.onCall = [&](const QString &call) {
+        if (call != "midiInGetDevCapsA 0"_L1)
+            return;
+        stage.midi.inputs.clear();
+        for (const QString &name : afterTheFirst)
+            stage.midi.inputs.append({.name = name});
+    };
+    stage.open();
+    for (const PlayerStage::Player &player : stage.players)
+        QCOMPARE(entries(player.midiList), QStringList{u"Select MIDI device"_s} + afterTheFirst);
 }
 
 void tst_DeviceLists::the_pad_lists_hold_the_unbroken_run_of_pads_data()
@@ -388,6 +421,27 @@ void tst_DeviceLists::no_device_is_open_after_the_window()
             {u"midiInStop 0"_s, u"midiInClose 0"_s, u"midiInStop 1"_s, u"midiInClose 1"_s}));
     for (const int side : {0, 1})
         QCOMPARE(midiIn(side).getDeviceIndex(), -1);
+}
+
+void tst_DeviceLists::the_pads_are_released_from_the_last_to_the_first()
+{
+    PlayerStage stage({}, 3);
+    std::array<std::atomic<QThread *>, 4> workers = {};
+    stage.pads.onGetState = [&](DWORD pad) {
+        if (QThread::currentThread() != qApp->thread())
+            workers[pad] = QThread::currentThread();
+    };
+    stage.open();
+    QList<int> released; // each is waited for before the next
+    for (const int pad : {0, 1, 2}) {
+        stage.players[0].xboxList->setCurrentIndex(pad + 1);
+        stage.poll(size_t(pad));
+        connect(
+            workers[size_t(pad)], &QThread::finished, this,
+            [&released, pad] { released.append(pad); }, Qt::DirectConnection);
+    }
+    stage.close();
+    QCOMPARE(released, QList({2, 1, 0}));
 }
 
 QTEST_MAIN(tst_DeviceLists)

@@ -30,6 +30,12 @@ private slots:
     void start_does_not_start_while_it_is_learnt_but_the_stick_moves();
     void what_is_learnt_from_a_shared_pad_plays_for_nobody_data();
     void what_is_learnt_from_a_shared_pad_plays_for_nobody();
+    void a_move_learn_on_a_shared_pad_stops_both_paddles_data();
+    void a_move_learn_on_a_shared_pad_stops_both_paddles();
+    void a_learner_who_comes_to_a_pad_stops_the_partner_there_data();
+    void a_learner_who_comes_to_a_pad_stops_the_partner_there();
+    void a_move_learn_stops_no_partner_on_another_device_data();
+    void a_move_learn_stops_no_partner_on_another_device();
     void a_pad_of_the_other_side_is_not_learnt_from();
     void a_cancelled_pad_learn_leaves_the_pad_playing();
 };
@@ -194,6 +200,85 @@ void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody()
     stage.poll(0);
     QCOMPARE(stage.step(0), -64);
     QCOMPARE(stage.step(1), -64);
+}
+
+void tst_GamepadLearn::a_move_learn_on_a_shared_pad_stops_both_paddles_data()
+{
+    addSides();
+}
+
+void tst_GamepadLearn::a_move_learn_on_a_shared_pad_stops_both_paddles()
+{
+    QFETCH(int, side);
+    PlayerStage stage({}, 1);
+    stage.open();
+    for (const PlayerStage::Player &player : stage.players)
+        player.xboxList->setCurrentIndex(1);
+    stage.pads.pads[0].thumbLX = 32767;
+    stage.poll(0);
+    // The sticks go on while Start is learnt.
+    PlayerStage::click(stage.players[size_t(side)].learnStart);
+    QCOMPARE(stage.step(0), 63);
+    QCOMPARE(stage.step(1), 63);
+    // Its release is not heard while Move is learnt.
+    PlayerStage::click(stage.players[size_t(side)].learnMove);
+    QCOMPARE(stage.step(0), 0);
+    QCOMPARE(stage.step(1), 0);
+}
+
+void tst_GamepadLearn::a_learner_who_comes_to_a_pad_stops_the_partner_there_data()
+{
+    addSides();
+}
+
+void tst_GamepadLearn::a_learner_who_comes_to_a_pad_stops_the_partner_there()
+{
+    QFETCH(int, side);
+    PlayerStage stage({}, 2);
+    openPads(stage);
+    const auto partnersPad = size_t(1 - side);
+    stage.pads.pads[partnersPad].thumbLX = 32767;
+    stage.poll(partnersPad);
+    PlayerStage::click(stage.players[size_t(side)].learnMove);
+    QCOMPARE(stage.step(1 - side), 63);
+    stage.players[size_t(side)].xboxList->setCurrentIndex(1 - side + 1);
+    QCOMPARE(stage.step(1 - side), 0);
+}
+
+void tst_GamepadLearn::a_move_learn_stops_no_partner_on_another_device_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::addColumn<QString>("mode");
+    for (const int side : {0, 1}) {
+        for (const char *mode : {"MIDI", "XBOX", "KEYBOARD"})
+            QTest::addRow("%s, partner on %s", side == 0 ? "left" : "right", mode)
+                << side << QString::fromLatin1(mode);
+    }
+}
+
+void tst_GamepadLearn::a_move_learn_stops_no_partner_on_another_device()
+{
+    QFETCH(int, side);
+    QFETCH(QString, mode);
+    const int partnerSide = 1 - side;
+    PlayerStage stage({u"Fader"_s}, 2,
+        {{partnerSide == 0 ? u"ControlModeLeft"_s : u"ControlModeRight"_s, mode},
+            {midiKey(u"CC"_s, partnerSide, 0), u"176"_s},
+            {u"KeyboardUp"_s + sideLetter(partnerSide), QString::number(Qt::Key_U)}});
+    openPads(stage); // where the partner's list stays, in another mode too
+    const PlayerStage::Player &player = stage.players[size_t(side)];
+    const PlayerStage::Player &partner = stage.players[size_t(partnerSide)];
+    if (mode != "XBOX"_L1)
+        partner.xboxList->setCurrentIndex(player.xboxList->currentIndex());
+    partner.midiList->setCurrentIndex(1);
+    stage.sendMidi(0, 176, 0, 127);
+    QTest::keyPress(partner.sensitivity, Qt::Key_U);
+    stage.pads.pads[size_t(partnerSide)].thumbLX = 32767;
+    if (mode == "XBOX"_L1)
+        stage.poll(size_t(partnerSide));
+    QCOMPARE(stage.step(partnerSide), 63);
+    PlayerStage::click(player.learnMove);
+    QCOMPARE(stage.step(partnerSide), 63);
 }
 
 void tst_GamepadLearn::a_pad_of_the_other_side_is_not_learnt_from()

@@ -1,9 +1,11 @@
+#include "expiredtimers.h"
 #include "keyboardstage.h"
 
-#include <QElapsedTimer>
-#include <QTimer>
+#include <algorithm>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 class tst_Keyboard : public QObject
 {
@@ -19,6 +21,9 @@ private slots:
     void repeats_of_a_held_key_change_nothing();
     void start_requests_once_until_it_was_left_alone_data();
     void start_requests_once_until_it_was_left_alone();
+    void start_has_to_be_left_alone_for_100_ms_data();
+    void start_has_to_be_left_alone_for_100_ms();
+    void every_press_of_start_makes_the_pause_begin_anew_data();
     void every_press_of_start_makes_the_pause_begin_anew();
     void the_pause_of_one_side_is_not_that_of_the_other();
     void a_key_bound_to_start_and_up_only_starts();
@@ -32,8 +37,9 @@ private:
     {
         m_stage = std::make_unique<KeyboardStage>(others);
     }
-    /// Lets more time pass than the pause that a start key needs.
-    static void leaveAlone();
+    /// Presses the start key of a side and leaves it alone until its pause is over. Returns the
+    /// timer of the pause.
+    QTimer *pressAndLeaveAlone(int side) const;
 
     std::unique_ptr<KeyboardStage> m_stage;
 };
@@ -43,13 +49,19 @@ void tst_Keyboard::cleanup()
     m_stage.reset();
 }
 
-void tst_Keyboard::leaveAlone()
+QTimer *tst_Keyboard::pressAndLeaveAlone(int side) const
 {
-    // Timers end in order: one that began later and takes longer ends after that of the key.
-    QTimer timer;
-    timer.setSingleShot(true);
-    timer.start(150);
-    QTRY_VERIFY(!timer.isActive());
+    const ExpiredTimers expired;
+    m_stage->send(QEvent::KeyPress, keysOf[std::size_t(side)].start);
+    m_stage->takeStart();
+    // The game's timers go on and on.
+    const auto pause = [&] {
+        return std::find_if(expired.timers.begin(), expired.timers.end(),
+            [](const QTimer *timer) { return timer->isSingleShot(); });
+    };
+    if (!QTest::qWaitFor([&] { return pause() != expired.timers.end(); }))
+        return nullptr;
+    return *pause();
 }
 
 void tst_Keyboard::a_held_key_holds_the_paddle_at_a_full_step_data()
@@ -138,6 +150,8 @@ void tst_Keyboard::start_requests_once_until_it_was_left_alone()
     QFETCH(int, side);
     start();
     const Qt::Key key = keysOf[std::size_t(side)].start;
+    const QTimer *pause = pressAndLeaveAlone(side);
+    QVERIFY(pause);
     for (int times = 0; times < 2; ++times) {
         m_stage->send(QEvent::KeyPress, key);
         QCOMPARE(m_stage->takeStart(), side);
@@ -146,31 +160,48 @@ void tst_Keyboard::start_requests_once_until_it_was_left_alone()
         m_stage->send(QEvent::KeyPress, key, true);
         QVERIFY(!m_stage->takeStart());
         m_stage->send(QEvent::KeyRelease, key);
-        leaveAlone();
+        QTRY_VERIFY(!pause->isActive());
     }
+}
+
+void tst_Keyboard::start_has_to_be_left_alone_for_100_ms_data()
+{
+    addSides();
+}
+
+void tst_Keyboard::start_has_to_be_left_alone_for_100_ms()
+{
+    QFETCH(int, side);
+    start();
+    const QTimer *pause = pressAndLeaveAlone(side);
+    QVERIFY(pause);
+    QCOMPARE(pause->interval(), 100);
+    QVERIFY(!pause->isActive());
+    m_stage->send(QEvent::KeyPress, keysOf[std::size_t(side)].start);
+    QVERIFY(pause->isActive());
+}
+
+void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew_data()
+{
+    addSides();
 }
 
 void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew()
 {
+    QFETCH(int, side);
     start();
-    constexpr int longest = 90;
-    bool fair = false;
-    for (int attempt = 0; !fair && attempt < 50; ++attempt) {
-        leaveAlone();
-        QElapsedTimer sincePress;
-        m_stage->send(QEvent::KeyPress, Qt::Key_D);
-        QCOMPARE(m_stage->takeStart(), 0);
-        fair = true; // unless this machine was away for longer than a repeat takes
-        for (int repeats = 0; fair && repeats < 4; ++repeats) {
-            sincePress.start();
-            QTest::qWait(40);
-            fair = sincePress.elapsed() < longest;
-            m_stage->send(QEvent::KeyPress, Qt::Key_D, true);
-            QVERIFY(!fair || !m_stage->takeStart());
-        }
-        m_stage->takeStart();
+    const Qt::Key key = keysOf[std::size_t(side)].start;
+    QTimer *pause = pressAndLeaveAlone(side);
+    QVERIFY(pause);
+    m_stage->send(QEvent::KeyPress, key);
+    QCOMPARE(m_stage->takeStart(), side);
+    for (const bool autoRepeat : {true, false, true}) {
+        pause->setInterval(1h); // which a pause that only goes on keeps
+        m_stage->send(QEvent::KeyPress, key, autoRepeat);
+        QVERIFY(pause->isActive());
+        QCOMPARE(pause->interval(), 100);
+        QVERIFY(!m_stage->takeStart());
     }
-    QVERIFY(fair);
 }
 
 void tst_Keyboard::the_pause_of_one_side_is_not_that_of_the_other()

@@ -1,8 +1,28 @@
 #include "playerstage.h"
 
+#include <QDataStream>
+#include <QSettings>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+
+/// A value in the store that tells when it is compared with one that is to replace it.
+struct OldValue
+{
+    QString key;
+    static inline QStringList replaced;
+};
+
+// The store writes whatever it holds.
+QDataStream &operator<<(QDataStream &stream, const OldValue &value)
+{
+    return stream << value.key;
+}
+
+QDataStream &operator>>(QDataStream &stream, OldValue &value)
+{
+    return stream >> value.key;
+}
 
 namespace {
 
@@ -33,6 +53,8 @@ private slots:
     void a_learn_cancels_every_other();
     void a_key_is_learnt_while_a_pad_learn_is_replaced();
     void what_is_learnt_is_in_the_file();
+    void the_status_is_stored_before_the_number_data();
+    void the_status_is_stored_before_the_number();
 };
 
 void tst_Learn::move_is_learnt_from_the_first_message_data()
@@ -278,6 +300,36 @@ void tst_Learn::what_is_learnt_is_in_the_file()
         QStringList(
             {u"CC_10=227"_s, u"CC_11=5"_s, u"ControlModeLeft=XBOX"_s, u"ControlModeRight=MIDI"_s,
                 u"SensL=512"_s, u"SensR=512"_s, u"XStartL=10"_s, u"[General]"_s}));
+}
+
+void tst_Learn::the_status_is_stored_before_the_number_data()
+{
+    addSides();
+}
+
+void tst_Learn::the_status_is_stored_before_the_number()
+{
+    QFETCH(int, side);
+    QMetaType::registerConverter<OldValue, QString>([](const OldValue &value) {
+        OldValue::replaced.append(value.key);
+        return QString();
+    });
+    PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
+    openDevices(stage);
+    const PlayerStage::Player &player = stage.players[size_t(side)];
+    for (const auto &[control, button] :
+        {std::pair(u"CC"_s, player.learnMove), std::pair(u"Start"_s, player.learnStart)}) {
+        PlayerStage::click(button);
+        QSettings store(u".pong"_s, QSettings::IniFormat);
+        const QStringList keys = {midiKey(control, side, 0), midiKey(control, side, 1)};
+        for (const QString &key : keys)
+            store.setValue(key, QVariant::fromValue(OldValue{key}));
+        OldValue::replaced.clear();
+        stage.sendMidi(side, 0xB0, 7, 64);
+        QCOMPARE(OldValue::replaced, keys);
+        QCOMPARE(store.value(keys[0]).toInt(), 0xB0);
+        QCOMPARE(store.value(keys[1]).toInt(), 7);
+    }
 }
 
 QTEST_MAIN(tst_Learn)

@@ -88,6 +88,9 @@ private slots:
     void a_pad_control_counts_as_learnt_once_it_is_written_data();
     void a_pad_control_counts_as_learnt_once_it_is_written();
     void a_midi_control_counts_as_learnt_by_its_status_alone();
+    void a_tool_tip_tells_what_is_learnt_data();
+    void a_tool_tip_tells_what_is_learnt();
+    void a_tool_tip_follows_what_is_learnt();
     void a_learn_that_lost_its_device_stays_blue();
     void the_form_shows_no_text_of_its_own_after_the_start();
 };
@@ -259,6 +262,79 @@ void tst_LearnButtons::a_midi_control_counts_as_learnt_by_its_status_alone()
     QCOMPARE(stage.players[0].learnStart->styleSheet(), grey);
     QCOMPARE(stage.players[1].learnMove->styleSheet(), grey);
     QCOMPARE(stage.players[1].learnStart->styleSheet(), mauve);
+}
+
+void tst_LearnButtons::a_tool_tip_tells_what_is_learnt_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QStringList>("tips"); // of the visible buttons, start first
+    QTest::addRow("MIDI") << u"MIDI"_s
+                          << QStringList(
+                                 {u"note 60, channel 1"_s, u"control change 7, channel 3"_s});
+    QTest::addRow("gamepad") << u"XBOX"_s
+                             << QStringList({u"button A"_s, u"left stick, vertical"_s});
+    QTest::addRow("keyboard") << u"KEYBOARD"_s
+                              << QStringList({u"key D"_s, u"key W"_s, u"key Down"_s});
+}
+
+void tst_LearnButtons::a_tool_tip_tells_what_is_learnt()
+{
+    QFETCH(QString, mode);
+    QFETCH(QStringList, tips);
+    for (const bool learnt : {false, true}) {
+        for (const int device : {0, 1}) {
+            for (const int side : {0, 1}) {
+                const QString letter = sideLetter(side);
+                PlayerStage::Settings settings = bothOn(mode);
+                if (learnt) {
+                    settings.insert(
+                        {{midiKey(u"CC"_s, side, 0), u"178"_s}, {midiKey(u"CC"_s, side, 1), u"7"_s},
+                            {midiKey(u"Start"_s, side, 0), u"144"_s},
+                            {midiKey(u"Start"_s, side, 1), u"60"_s}, {u"XStart"_s + letter, u"0"_s},
+                            {u"XMove"_s + letter, u"1"_s},
+                            {u"KeyboardUp"_s + letter, QString::number(Qt::Key_W)},
+                            {u"KeyboardDown"_s + letter, QString::number(Qt::Key_Down)},
+                            {u"KeyboardStart"_s + letter, QString::number(Qt::Key_D)}});
+                }
+                PlayerStage stage({u"First"_s}, 1, settings);
+                stage.open();
+                for (const PlayerStage::Player &player : stage.players) {
+                    if (player.side == side) {
+                        player.midiList->setCurrentIndex(mode == "MIDI"_L1 ? device : 0);
+                        player.xboxList->setCurrentIndex(device);
+                    }
+                    QStringList expected;
+                    for (const QString &tip : tips) {
+                        expected.append(learnt && player.side == side ? u"Learnt: "_s + tip
+                                                                      : u"Nothing learnt yet"_s);
+                    }
+                    QStringList found;
+                    for (const QPushButton *button : buttonsOf(player)) {
+                        if (button->isVisible())
+                            found.append(button->toolTip());
+                    }
+                    QCOMPARE(found, expected);
+                }
+            }
+        }
+    }
+}
+
+void tst_LearnButtons::a_tool_tip_follows_what_is_learnt()
+{
+    PlayerStage stage({u"First"_s}, 0, {{u"ControlModeLeft"_s, u"MIDI"_s}});
+    stage.open();
+    const PlayerStage::Player &player = stage.players[0];
+    player.midiList->setCurrentIndex(1);
+    PlayerStage::click(player.learnMove);
+    QCOMPARE(player.learnMove->toolTip(), u"Nothing learnt yet"_s);
+    stage.sendMidi(0, 0xE1, 5, 100);
+    QCOMPARE(player.learnMove->toolTip(), u"Learnt: pitch bend, channel 2"_s);
+    QCOMPARE(player.learnStart->toolTip(), u"Nothing learnt yet"_s);
+    PlayerStage::click(player.keyboard);
+    QCOMPARE(player.learnStart->toolTip(), u"Nothing learnt yet"_s);
+    PlayerStage::click(player.midi);
+    QCOMPARE(player.learnMove->toolTip(), u"Learnt: pitch bend, channel 2"_s);
 }
 
 void tst_LearnButtons::a_learn_that_lost_its_device_stays_blue()

@@ -1,9 +1,10 @@
 #include "fakemidi.h"
 #include "mididevices.h"
 
-#include <QSignalSpy>
 #include <QTest>
 #include <QThread>
+
+#include <atomic>
 
 using namespace Qt::StringLiterals;
 
@@ -13,6 +14,7 @@ class tst_MidiDevices : public QObject
 
 private slots:
     void a_device_is_a_midi_with_its_three_signals();
+    void a_midi_is_a_class_of_its_own_with_nothing_in_it();
     void a_new_device_is_closed();
     void the_players_devices_are_there_before_main();
     void there_are_three_spare_bytes_and_the_last_stands_for_all_beyond();
@@ -20,6 +22,7 @@ private slots:
     void without_devices_there_is_no_name();
     void devices_have_their_names_in_the_order_of_the_system();
     void a_number_that_no_device_has_has_no_name();
+    void a_device_whose_name_cannot_be_read_has_none();
     void a_device_opens_with_the_callback_and_the_instance();
     void a_failed_open_is_returned_and_touches_nothing_data();
     void a_failed_open_is_returned_and_touches_nothing();
@@ -27,6 +30,7 @@ private slots:
     void a_name_opens_the_first_device_that_has_exactly_it();
     void the_result_of_starting_is_returned();
     void closing_forgets_the_device_but_not_its_handle();
+    void a_device_is_forgotten_before_it_is_closed();
     void stopping_and_closing_what_is_not_open_is_harmless();
     void a_vanished_device_is_stopped_and_closed_all_the_same();
 
@@ -51,6 +55,19 @@ void tst_MidiDevices::a_device_is_a_midi_with_its_three_signals()
         QCOMPARE(method.methodType(), QMetaMethod::Signal);
     }
     QCOMPARE(output.metaObject()->methodCount(), output.metaObject()->methodOffset());
+}
+
+void tst_MidiDevices::a_midi_is_a_class_of_its_own_with_nothing_in_it()
+{
+    const midi base;
+    const QMetaObject *meta = base.metaObject();
+    QCOMPARE(meta->className(), "midi");
+    QCOMPARE(meta->superClass(), &QObject::staticMetaObject);
+    QCOMPARE(meta->methodCount(), meta->methodOffset());
+    QCOMPARE(meta->propertyCount(), meta->propertyOffset());
+    QCOMPARE(meta->enumeratorCount(), meta->enumeratorOffset());
+    for (const QMetaObject &device : {MidiDevIn::staticMetaObject, MidiDevOut::staticMetaObject})
+        QCOMPARE(device.superClass(), meta);
 }
 
 void tst_MidiDevices::a_new_device_is_closed()
@@ -113,6 +130,13 @@ void tst_MidiDevices::a_number_that_no_device_has_has_no_name()
         QCOMPARE(MidiDevIn::deviceNameAt(index), QString());
 }
 
+void tst_MidiDevices::a_device_whose_name_cannot_be_read_has_none()
+{
+    FakeMidi system({u"Fader"_s});
+    system.inputs[0].capsResult = MMSYSERR_NODRIVER;
+    QCOMPARE(MidiDevIn::deviceNameAt(0), QString());
+}
+
 void tst_MidiDevices::a_device_opens_with_the_callback_and_the_instance()
 {
     FakeMidi system({u"Fader"_s, u"Pads"_s});
@@ -160,6 +184,7 @@ void tst_MidiDevices::a_name_opens_the_first_device_that_has_exactly_it_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("index");
+    QTest::addRow("the first") << u"Fader"_s << 0;
     QTest::addRow("the first of two") << u"Pads"_s << 1;
     QTest::addRow("the last") << u"Flügel"_s << 3;
     QTest::addRow("in another case") << u"pads"_s << -1;
@@ -208,6 +233,21 @@ void tst_MidiDevices::closing_forgets_the_device_but_not_its_handle()
     QCOMPARE(device.getHandle(), handle);
 }
 
+void tst_MidiDevices::a_device_is_forgotten_before_it_is_closed()
+{
+    FakeMidi system({u"Fader"_s});
+    MidiDevIn device;
+    device.open(0, nullptr);
+    QStringList calls;
+    system.onCall = [&](const QString &call) {
+        calls.append(call);
+        QCOMPARE(device.getDeviceIndex(), -1);
+        QCOMPARE(device.getDeviceName(), QString());
+    };
+    device.close();
+    QCOMPARE(calls, QStringList{u"midiInClose 0"_s});
+}
+
 void tst_MidiDevices::stopping_and_closing_what_is_not_open_is_harmless()
 {
     FakeMidi system({u"Fader"_s});
@@ -252,9 +292,11 @@ void tst_MidiDevices::a_thread_of_its_own_ends_with_the_device()
     QCOMPARE(device->QObject::thread(), worker);
     QCOMPARE(device->open(0, nullptr), 0U);
     QCOMPARE(device->start(), 0U);
-    const QSignalSpy finished(worker, &QThread::finished);
+    std::atomic<bool> finished = false;
+    connect(
+        worker, &QThread::finished, this, [&] { finished = true; }, Qt::DirectConnection);
     device.reset();
-    QCOMPARE(finished.count(), 1);
+    QVERIFY(finished);
 }
 
 void tst_MidiDevices::destruction_announces_itself_and_leaves_the_device_open()

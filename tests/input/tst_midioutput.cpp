@@ -12,10 +12,12 @@ class tst_MidiOutput : public QObject
 private slots:
     void a_new_output_is_closed();
     void outputs_have_their_names_in_the_order_of_the_system();
+    void an_output_whose_name_cannot_be_read_has_none();
     void an_output_opens_by_number_without_a_callback();
     void a_failed_open_is_returned_and_touches_nothing();
     void a_name_opens_the_first_output_that_has_exactly_it();
     void closing_forgets_the_device_but_not_its_handle();
+    void an_output_is_forgotten_before_it_is_closed();
     void a_short_message_is_packed_with_the_status_lowest();
 };
 
@@ -35,6 +37,13 @@ void tst_MidiOutput::outputs_have_their_names_in_the_order_of_the_system()
     QCOMPARE(MidiDevOut::deviceNameAt(1), u"Flügel"_s);
     QCOMPARE(MidiDevOut::deviceNameAt(2), QString());
     QCOMPARE(MidiDevOut::deviceNameAt(-1), QString());
+}
+
+void tst_MidiOutput::an_output_whose_name_cannot_be_read_has_none()
+{
+    FakeMidi system({}, {u"Synth"_s});
+    system.outputs[0].capsResult = MMSYSERR_NODRIVER;
+    QCOMPARE(MidiDevOut::deviceNameAt(0), QString());
 }
 
 void tst_MidiOutput::an_output_opens_by_number_without_a_callback()
@@ -69,6 +78,8 @@ void tst_MidiOutput::a_name_opens_the_first_output_that_has_exactly_it()
     QCOMPARE(output.open(u"Lights"_s), 0U);
     QCOMPARE(output.getDeviceIndex(), 1);
     QCOMPARE(system.takeDeviceCalls(), QStringList{u"midiOutOpen 1"_s});
+    QCOMPARE(output.open(u"Synth"_s), 0U);
+    QCOMPARE(output.getDeviceIndex(), 0);
 }
 
 void tst_MidiOutput::closing_forgets_the_device_but_not_its_handle()
@@ -84,6 +95,21 @@ void tst_MidiOutput::closing_forgets_the_device_but_not_its_handle()
     QCOMPARE(output.getDeviceName(), QString());
     QCOMPARE(output.getHandle(), handle);
     QCOMPARE(output.close(), unsigned(MMSYSERR_INVALHANDLE));
+}
+
+void tst_MidiOutput::an_output_is_forgotten_before_it_is_closed()
+{
+    FakeMidi system({}, {u"Synth"_s});
+    MidiDevOut output;
+    output.open(0);
+    QStringList calls;
+    system.onCall = [&](const QString &call) {
+        calls.append(call);
+        QCOMPARE(output.getDeviceIndex(), -1);
+        QCOMPARE(output.getDeviceName(), QString());
+    };
+    output.close();
+    QCOMPARE(calls, QStringList{u"midiOutClose 0"_s});
 }
 
 void tst_MidiOutput::a_short_message_is_packed_with_the_status_lowest()

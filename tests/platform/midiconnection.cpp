@@ -1,10 +1,17 @@
 #include "midiconnection.h"
 
 #include <QDeadlineTimer>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
+
+MidiInbox::MidiInbox(const MidiDevIn &device)
+{
+    connect(&device, &MidiDevIn::midiReceived, this,
+        [this](int play, unsigned char data1, unsigned char data2, unsigned char data3) {
+            messages.append({play, data1, data2, data3});
+        });
+}
 
 int inputNamed(const QString &name)
 {
@@ -30,10 +37,10 @@ bool isConnected(const std::function<void(unsigned char status)> &send,
 
 bool isConnected(MidiSender &sender, MidiDevIn &device)
 {
-    QSignalSpy spy(&device, &MidiDevIn::midiReceived);
+    const MidiInbox inbox(device);
     return isConnected([&](unsigned char status) { sender.send(QByteArray::number(status, 16)); },
         [&](unsigned char status) {
-            return std::any_of(spy.begin(), spy.end(),
-                [&](const auto &signal) { return signal[1].toInt() == status; });
+            return std::any_of(inbox.messages.begin(), inbox.messages.end(),
+                [&](const auto &message) { return message[1] == status; });
         });
 }

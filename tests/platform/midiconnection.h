@@ -3,7 +3,21 @@
 #include "mididevices.h"
 #include "midiserver.h"
 
+#include <QList>
+#include <QObject>
+
+#include <array>
 #include <functional>
+
+/// Collects, on the test's thread, the messages of a device, which come on a thread of the system:
+/// each as its side, its status and its two data bytes.
+class MidiInbox : public QObject
+{
+public:
+    explicit MidiInbox(const MidiDevIn &device);
+
+    QList<std::array<int, 4>> messages;
+};
 
 /// The number of the input device with this name in its own, or -1.
 int inputNamed(const QString &name);

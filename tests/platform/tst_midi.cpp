@@ -3,7 +3,6 @@
 #include <rtmidi/RtMidi.h>
 
 #include <QScopeGuard>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
@@ -22,13 +21,7 @@ bool receives(MidiDevIn &device, MidiSender &sender, const QString &name)
         && isConnected(sender, device);
 }
 
-QList<int> bytesOf(const QList<QVariant> &signal)
-{
-    QList<int> bytes;
-    for (const QVariant &argument : signal)
-        bytes.append(argument.toInt());
-    return bytes;
-}
+using Message = std::array<int, 4>;
 
 /// A second listener beside the program, or the only one that hears what the program sends.
 class Listener
@@ -116,12 +109,12 @@ void tst_Midi::cleanup()
 void tst_Midi::a_control_change_and_a_note_arrive_as_they_were_played()
 {
     QVERIFY(receives(midiInLeft, *m_fader, faderName));
-    QSignalSpy spy(&midiInLeft, &MidiDevIn::midiReceived);
+    const MidiInbox inbox(midiInLeft);
     QVERIFY(m_fader->send("B2 07 64"));
     QVERIFY(m_fader->send("90 3C 7F"));
-    QTRY_COMPARE(spy.count(), 2);
-    QCOMPARE(bytesOf(spy[0]), (QList{0, 0xB2, 0x07, 0x64}));
-    QCOMPARE(bytesOf(spy[1]), (QList{0, 0x90, 0x3C, 0x7F}));
+    QTRY_COMPARE(inbox.messages.size(), 2);
+    QCOMPARE(inbox.messages[0], (Message{0, 0xB2, 0x07, 0x64}));
+    QCOMPARE(inbox.messages[1], (Message{0, 0x90, 0x3C, 0x7F}));
 }
 
 void tst_Midi::the_two_players_devices_keep_apart()
@@ -131,28 +124,28 @@ void tst_Midi::the_two_players_devices_keep_apart()
     QTRY_VERIFY(inputNamed(u"Test pads"_s) >= 0);
     QVERIFY(receives(midiInLeft, *m_fader, faderName));
     QVERIFY(receives(midiInRight, pads, u"Test pads"_s));
-    QSignalSpy left(&midiInLeft, &MidiDevIn::midiReceived);
-    QSignalSpy right(&midiInRight, &MidiDevIn::midiReceived);
+    const MidiInbox left(midiInLeft);
+    const MidiInbox right(midiInRight);
     QVERIFY(m_fader->send("B0 01 02"));
     QVERIFY(pads.send("91 03 04"));
-    QTRY_COMPARE(left.count(), 1);
-    QTRY_COMPARE(right.count(), 1);
-    QCOMPARE(bytesOf(left[0]), (QList{0, 0xB0, 1, 2}));
-    QCOMPARE(bytesOf(right[0]), (QList{1, 0x91, 3, 4}));
+    QTRY_COMPARE(left.messages.size(), 1);
+    QTRY_COMPARE(right.messages.size(), 1);
+    QCOMPARE(left.messages[0], (Message{0, 0xB0, 1, 2}));
+    QCOMPARE(right.messages[0], (Message{1, 0x91, 3, 4}));
 }
 
 void tst_Midi::the_clock_passes_and_system_exclusive_does_not()
 {
     QVERIFY(receives(midiInLeft, *m_fader, faderName));
-    QSignalSpy spy(&midiInLeft, &MidiDevIn::midiReceived);
+    const MidiInbox inbox(midiInLeft);
     QVERIFY(m_fader->send("F0 7E 7F 06 01 F7"));
     QVERIFY(m_fader->send("F8"));
     QVERIFY(m_fader->send("C5 09"));
     QVERIFY(m_fader->send("FE"));
-    QTRY_COMPARE(spy.count(), 3);
-    QCOMPARE(bytesOf(spy[0]), (QList{0, 0xF8, 0, 0}));
-    QCOMPARE(bytesOf(spy[1]), (QList{0, 0xC5, 9, 0}));
-    QCOMPARE(bytesOf(spy[2]), (QList{0, 0xFE, 0, 0}));
+    QTRY_COMPARE(inbox.messages.size(), 3);
+    QCOMPARE(inbox.messages[0], (Message{0, 0xF8, 0, 0}));
+    QCOMPARE(inbox.messages[1], (Message{0, 0xC5, 9, 0}));
+    QCOMPARE(inbox.messages[2], (Message{0, 0xFE, 0, 0}));
 }
 
 void tst_Midi::a_device_that_is_not_started_is_silent()
@@ -168,7 +161,7 @@ void tst_Midi::a_device_that_is_not_started_is_silent()
     QTRY_COMPARE(witness.heard().count("fb"), 2);
     midiInLeft.stop();
     QCoreApplication::processEvents();
-    QSignalSpy spy(&midiInLeft, &MidiDevIn::midiReceived);
+    const MidiInbox inbox(midiInLeft);
     // What the witness heard first has passed the device by the time it hears the last.
     const auto before = witness.heard().size();
     for (int i = 1; i <= 5; ++i) {
@@ -176,11 +169,11 @@ void tst_Midi::a_device_that_is_not_started_is_silent()
         QTRY_COMPARE(witness.heard().size(), before + i);
     }
     QCoreApplication::processEvents();
-    QCOMPARE(spy.count(), 0);
+    QCOMPARE(inbox.messages.size(), 0);
     midiInLeft.start();
     QVERIFY(m_fader->send("B0 01 03"));
-    QTRY_COMPARE(spy.count(), 1);
-    QCOMPARE(bytesOf(spy[0]), (QList{0, 0xB0, 1, 3}));
+    QTRY_COMPARE(inbox.messages.size(), 1);
+    QCOMPARE(inbox.messages[0], (Message{0, 0xB0, 1, 3}));
 }
 
 void tst_Midi::a_device_is_open_once()
@@ -217,9 +210,9 @@ void tst_Midi::a_device_that_vanishes_is_gone_from_the_list_and_can_be_closed()
     m_fader = std::make_unique<MidiSender>(*m_server, faderName);
     QTRY_VERIFY(inputNamed(faderName) >= 0);
     QVERIFY(receives(midiInLeft, *m_fader, faderName));
-    QSignalSpy spy(&midiInLeft, &MidiDevIn::midiReceived);
+    const MidiInbox inbox(midiInLeft);
     QVERIFY(m_fader->send("B2 07 64"));
-    QTRY_COMPARE(spy.count(), 1);
+    QTRY_COMPARE(inbox.messages.size(), 1);
 }
 
 void tst_Midi::a_name_is_cut_between_its_characters()

@@ -1,0 +1,54 @@
+#include "restingfocus.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QWidget>
+
+RestingFocus::RestingFocus(QWidget *place)
+    : QObject(place)
+    , m_place(place)
+{
+    for (QWidget *widget : place->findChildren<QWidget *>()) {
+        if (widget->window() == place->window())
+            keepFromFocus(widget);
+    }
+    place->setFocusPolicy(Qt::ClickFocus);
+    place->installEventFilter(this);
+    rest();
+}
+
+void RestingFocus::keepFromFocus(QWidget *widget)
+{
+    if (widget->focusPolicy() & Qt::TabFocus)
+        widget->setFocusPolicy(Qt::TabFocus);
+    widget->installEventFilter(this);
+}
+
+void RestingFocus::rest()
+{
+    m_focused = m_place;
+    m_place->setFocus(Qt::OtherFocusReason);
+}
+
+bool RestingFocus::eventFilter(QObject *object, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        rest(); // the focus may be on the very widget that is clicked
+        break;
+    case QEvent::FocusIn:
+        // Qt has passed the focus of a disabled widget on before it reports the change.
+        if (!m_focused || m_focused->isEnabled())
+            m_focused = static_cast<QWidget *>(object);
+        break;
+    case QEvent::EnabledChange:
+        if (object == m_focused && !m_focused->isEnabled())
+            rest();
+        break;
+    case QEvent::Wheel:
+        return qobject_cast<QComboBox *>(object) != nullptr;
+    default:
+        break;
+    }
+    return false;
+}
