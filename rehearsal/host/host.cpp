@@ -48,7 +48,7 @@ void Host::start()
     m_startTime = sharedNow();
     openHost(memory, m_info, m_startTime);
     m_readers.clear();
-    for (int zone = 0; zone < m_info.zoneCount; ++zone)
+    for (int zone = 0; zone < maxZones; ++zone)
         m_readers.emplace_back(memory.zones[std::size_t(zone)]);
     m_heartbeat.start();
     m_receiving.start();
@@ -62,6 +62,29 @@ void Host::close()
     m_receiving.stop();
     receive();
     closeHost(*m_file.memory());
+}
+
+void Host::setInfo(const HostInfo &info)
+{
+    m_info = info;
+    if (m_receiving.isActive())
+        describeHost(*m_file.memory(), m_info);
+    emit changed();
+}
+
+void Host::setGone(bool gone)
+{
+    if (!m_receiving.isActive() || gone == isGone())
+        return;
+    if (gone) {
+        m_heartbeat.stop();
+        closeHost(*m_file.memory());
+    } else {
+        openHost(*m_file.memory(), m_info, sharedNow());
+        m_heartbeat.start();
+    }
+    receive();
+    emit changed();
 }
 
 void Host::receive()

@@ -48,10 +48,11 @@ int main(int argc, char *argv[])
 {
     std::signal(SIGINT, askToEnd);
     std::signal(SIGTERM, askToEnd);
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("rehearsalhost"));
-    QApplication::setApplicationVersion(QStringLiteral(HOST_VERSION));
-    const Options options = Options::read(application);
+    QCoreApplication::setApplicationName(QStringLiteral("rehearsalhost"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(HOST_VERSION));
+    // Before there has to be a display: help and version are for terminals too.
+    const Options options = Options::read(QCoreApplication(argc, argv));
+    const QApplication application(argc, argv);
 
     FrameRecord record;
     if (!options.recordFile.isEmpty() && !record.open(options.recordFile))
@@ -63,6 +64,9 @@ int main(int argc, char *argv[])
     window.show();
     host.start();
     recordInto(record, host);
+    // For what has started it, which starts the game then.
+    std::puts("The rehearsal host is running.");
+    std::fflush(stdout);
     QObject::connect(&host, &Host::received, qApp, [] {
         if (askedToEnd)
             QApplication::quit();
@@ -72,6 +76,7 @@ int main(int argc, char *argv[])
 
     QApplication::exec();
     host.close();
+    window.remember();
 
     int result = EXIT_SUCCESS;
     if (!options.snapshotFile.isEmpty() && !window.snapshot().save(options.snapshotFile))
