@@ -38,10 +38,10 @@ double seconds(SharedTime time)
 void lookAtRate(const FrameHistory &history, const Conditions &conditions, QList<Finding> &findings)
 {
     const Intervals intervals = history.litIntervals(conditions.now);
-    if (intervals.count < enoughIntervals || intervals.median <= 0)
+    if (intervals.count < enoughIntervals || intervals.mean <= 0)
         return;
     const int points = history.facts().points;
-    const double frames = 1 / seconds(intervals.median);
+    const double frames = 1e9 / intervals.mean;
     if (points * frames <= conditions.pointRate * (1 + 1e-9))
         return;
     findings.append({Cause::scanRateExceeded,

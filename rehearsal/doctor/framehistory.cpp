@@ -21,7 +21,7 @@ void FrameHistory::add(SharedTime sentAt, const FrameFacts &facts, std::uint64_t
     ++m_frames;
     m_missed += missed;
     m_facts = facts;
-    m_lastSecond.push_back({at, !facts.isEmpty(), !isPause && missed == 0});
+    m_lastSecond.push_back({at, !facts.isEmpty(), !isPause, missed});
     while (at - m_lastSecond.front().at >= second)
         m_lastSecond.pop_front();
 }
@@ -35,17 +35,23 @@ int FrameHistory::framesInLastSecond(SharedTime now) const
 Intervals FrameHistory::litIntervals(SharedTime now) const
 {
     std::vector<SharedTime> intervals;
+    SharedTime total = 0;
+    std::uint64_t frames = 0;
     for (std::size_t i = 1; i < m_lastSecond.size(); ++i) {
         const Sent &sent = m_lastSecond[i];
         const Sent &before = m_lastSecond[i - 1];
-        if (now - before.at < second && sent.isLit && before.isLit && sent.isContinued)
+        if (now - before.at >= second || !sent.isLit || !before.isLit || !sent.isContinued)
+            continue;
+        total += sent.at - before.at;
+        frames += 1 + sent.missed;
+        if (sent.missed == 0)
             intervals.push_back(sent.at - before.at);
     }
     if (intervals.empty())
         return {};
     std::sort(intervals.begin(), intervals.end());
-    return {static_cast<int>(intervals.size()), intervals.front(), intervals[intervals.size() / 2],
-        intervals.back()};
+    return {static_cast<int>(intervals.size()), double(total) / double(frames), intervals.front(),
+        intervals[intervals.size() / 2], intervals.back()};
 }
 
 double FrameHistory::framesPerSecond() const

@@ -6,10 +6,12 @@
 #include <deque>
 #include <optional>
 
-/// Times between lit frames that followed each other, in nanoseconds.
+/// Times between lit frames, in nanoseconds. Those with missed frames in between count for the mean
+/// alone.
 struct Intervals
 {
     int count = 0;
+    double mean = 0;
     SharedTime shortest = 0;
     SharedTime median = 0;
     SharedTime longest = 0;
@@ -43,7 +45,8 @@ private:
     {
         SharedTime at;
         bool isLit;
-        bool isContinued; ///< neither a pause nor missed frames before it
+        bool isContinued; ///< no pause before it
+        std::uint64_t missed; ///< before it
     };
 
     std::uint64_t m_frames = 0;

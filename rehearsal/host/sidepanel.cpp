@@ -191,7 +191,7 @@ void SidePanel::setFindings(const QList<Finding> &findings)
     QString html;
     for (const Finding &finding : findings) {
         html += paragraph(
-            finding.isFact() ? palette::frame : palette::waiting, finding.text, finding.assumption);
+            finding.isFact() ? palette::quiet : palette::waiting, finding.text, finding.assumption);
     }
     if (html.isEmpty())
         html = paragraph(palette::good, tr("Nothing found."), {});

@@ -65,6 +65,7 @@ private slots:
     void intervals_are_those_between_lit_frames();
     void an_exceeded_scan_rate_is_named_with_what_it_does();
     void a_scan_rate_just_kept_is_not_named();
+    void missed_frames_count_for_what_is_asked_for();
     void uneven_frames_are_named_with_their_spread();
     void a_little_jitter_is_not_named();
     void a_missed_frame_is_not_taken_for_an_uneven_one();
@@ -212,6 +213,20 @@ void tst_FrameDoctor::a_scan_rate_just_kept_is_not_named()
     Conditions faster = at(start);
     faster.pointRate = 30100;
     QVERIFY(!names(evenFrames(lineOf(301), 10 * ms), Cause::scanRateExceeded, faster));
+}
+
+void tst_FrameDoctor::missed_frames_count_for_what_is_asked_for()
+{
+    // Frames every 10 ms, of which every other one is missed, and those in pairs of 1 and 19 ms.
+    FrameHistory history;
+    SharedTime now = start;
+    for (int i = 0; i < 30; ++i) {
+        history.add(now += 1 * ms, factsOf(lineOf(299)), 0);
+        history.add(now += 39 * ms, factsOf(lineOf(299)), 2);
+    }
+    QVERIFY(!names(history, Cause::scanRateExceeded, at(now)));
+    history.add(now, factsOf(lineOf(311)), 0);
+    QVERIFY(names(history, Cause::scanRateExceeded, at(now)));
 }
 
 void tst_FrameDoctor::uneven_frames_are_named_with_their_spread()
