@@ -50,7 +50,7 @@ int main(int argc, char *argv[])
     host.start(rehearsal.filePath(u"rehearsalhost"_s), QCoreApplication::arguments().mid(1));
     if (!waitForHost(host)) {
         host.waitForFinished(-1);
-        QMessageBox::critical(nullptr, u"Laser Rallyvane"_s,
+        QMessageBox::critical(nullptr, u"Rehearsal"_s,
             QCoreApplication::translate("Launcher",
                 "The rehearsal host did not start, so the game was not started either.\n\n%1")
                 .arg(reasonOf(host)));
