@@ -206,7 +206,8 @@ void HostWindow::remember() const
 void HostWindow::takeFrame(int zone, const Frame &frame)
 {
     const FrameFacts facts = factsOf(frame.points);
-    const SharedTime sentAt = std::min(frame.sentAt, sharedNow());
+    // Whatever a writer has put there, differences of times stay in range.
+    const SharedTime sentAt = std::clamp(frame.sentAt, SharedTime(0), sharedNow());
     Zone &to = m_zones[std::size_t(zone)];
     to.history.add(sentAt, facts, frame.missed);
     m_total.add(sentAt, facts, frame.missed);

@@ -53,6 +53,8 @@ int main(int argc, char *argv[])
     // Before there has to be a display: help and version are for terminals too.
     const Options options = Options::read(QCoreApplication(argc, argv));
     const QApplication application(argc, argv);
+    // Windows' own style does not take the window's dark colours.
+    QApplication::setStyle(QStringLiteral("fusion"));
 
     FrameRecord record;
     if (!options.recordFile.isEmpty() && !record.open(options.recordFile))

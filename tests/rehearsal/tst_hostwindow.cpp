@@ -17,6 +17,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <limits>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -45,6 +46,7 @@ private slots:
     void a_corrupt_memory_of_the_window_changes_nothing();
     void the_doctor_names_what_is_wrong_with_the_chosen_zone();
     void a_zone_left_lit_is_named_whichever_is_chosen();
+    void corrupt_times_of_frames_do_no_harm();
 
 private:
     QAction *action(const char *name) const
@@ -351,6 +353,18 @@ void tst_HostWindow::a_zone_left_lit_is_named_whichever_is_chosen()
     setOutput(memory(), true);
     send(1, strokeOf({0, 0}, {1000, 0}), sharedNow() - 5'000'000'000);
     QTRY_VERIFY2(findings().contains(u"Zone 2 is left lit"_s), qPrintable(findings()));
+}
+
+void tst_HostWindow::corrupt_times_of_frames_do_no_harm()
+{
+    for (const SharedTime time : {std::numeric_limits<SharedTime>::min(), SharedTime(-1),
+             std::numeric_limits<SharedTime>::max()})
+        send(0, strokeOf({0, 0}, {1000, 0}), time);
+    setOutput(memory(), true);
+    QTRY_VERIFY(m_window->summary().startsWith(u"3 frames"_s));
+    // The last one counts as sent just now.
+    QTRY_VERIFY(findings().contains(u"Jumps have 2 blanked points"_s));
+    QVERIFY(!findings().contains(u"is left lit"_s));
 }
 
 QTEST_MAIN(tst_HostWindow)
