@@ -10,6 +10,9 @@
 using namespace Qt::StringLiterals;
 namespace {
 
+/// Of a window that is to be placed.
+constexpr QSize smallest(620, 600);
+
 std::vector<LdbPoint> whiteLine()
 {
     return strokeOf({-20000, 0}, {20000, 0}, 60);
@@ -294,22 +297,22 @@ void tst_HostParts::the_window_is_first_placed_beside_the_game_data()
 {
     QTest::addColumn<QRect>("screen");
     QTest::addColumn<bool>("hasRoom");
-    QTest::addRow("wide") << QRect(0, 0, 1920, 1080) << true;
-    QTest::addRow("with a bar above") << QRect(0, 30, 1920, 1050) << true;
-    QTest::addRow("second screen") << QRect(1920, 0, 1600, 1200) << true;
-    QTest::addRow("tall") << QRect(0, 0, 1080, 1920) << true;
-    QTest::addRow("very wide") << QRect(0, 0, 3440, 700) << true;
-    QTest::addRow("small") << QRect(0, 0, 1366, 728) << false;
+    QTest::addColumn<QSize>("size");
+    QTest::addRow("wide") << QRect(0, 0, 1920, 1080) << true << QSize(900, 720);
+    QTest::addRow("with a bar above") << QRect(0, 30, 1920, 1050) << true << QSize(900, 720);
+    QTest::addRow("second screen") << QRect(1920, 0, 1600, 1200) << true << QSize(900, 720);
+    QTest::addRow("tall") << QRect(0, 0, 1080, 1920) << true << QSize(900, 720);
+    QTest::addRow("very wide") << QRect(0, 0, 3440, 700) << true << QSize(900, 700);
+    QTest::addRow("small") << QRect(0, 0, 1366, 728) << false << smallest;
 }
 
 void tst_HostParts::the_window_is_first_placed_beside_the_game()
 {
     QFETCH(QRect, screen);
-    const QSize smallest(620, 600);
     const QRect place = placeBesideGame(screen, smallest);
     const QRect game(screen.topLeft(), QSize(937, 420));
     QVERIFY(screen.contains(place));
-    QVERIFY(place.width() >= smallest.width() && place.height() >= smallest.height());
+    QTEST(place.size(), "size");
     QTEST(!place.intersects(game), "hasRoom");
 }
 

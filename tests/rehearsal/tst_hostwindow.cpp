@@ -281,6 +281,7 @@ void tst_HostWindow::a_held_frame_is_walked_through_point_by_point()
     QCOMPARE(scrub->pointsShown(), 7);
     QTest::keyClick(&*m_window, Qt::Key_Left);
     QTest::keyClick(&*m_window, Qt::Key_Left);
+    QCOMPARE(scrub->pointsShown(), 5);
     QTest::keyClick(&*m_window, Qt::Key_Right);
     QCOMPARE(scrub->pointsShown(), 6);
     QCOMPARE(scrub->findChild<QLabel *>()->text(), u"6 of 7: 1000, 0 123456 flags 0"_s);
