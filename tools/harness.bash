@@ -43,6 +43,16 @@ stage_until() {
     done
 }
 
+# stage_until_running PROCESS FILE: waits until a rehearsal host says in FILE that it is running;
+# fails when it ends before or does not get that far within a minute.
+stage_until_running() {
+    local tries=1200
+    until grep -q '^The rehearsal host is running' "$2" 2>/dev/null; do
+        kill -0 "$1" 2>/dev/null && ((tries-- > 0)) || return 1
+        sleep 0.05
+    done
+}
+
 # stage_screen: an X server of our own, on whatever display is free. It does not reset itself when a
 # client leaves as the last one: whoever came just then would be turned away.
 stage_screen() {

@@ -66,6 +66,32 @@ void Host::close()
     giveOut({Event::HostEnded, sharedNow()});
 }
 
+void Host::setInfo(const HostInfo &info)
+{
+    m_info = info;
+    if (m_receiving.isActive())
+        describeHost(*m_file.memory(), m_info);
+    emit changed();
+}
+
+void Host::setGone(bool gone)
+{
+    if (!m_receiving.isActive() || gone == isGone())
+        return;
+    receive();
+    if (gone) {
+        m_heartbeat.stop();
+        closeHost(*m_file.memory());
+        giveOut({Event::HostEnded, sharedNow()});
+    } else {
+        const SharedTime now = sharedNow();
+        openHost(*m_file.memory(), m_info, now);
+        giveOut({Event::HostStarted, now});
+        m_heartbeat.start();
+    }
+    emit changed();
+}
+
 void Host::receive()
 {
     m_intake->handOver(m_arrivals);

@@ -32,6 +32,11 @@ public:
 
     /// What it tells the game about itself.
     const HostInfo &info() const { return m_info; }
+    /// Tells the game something else from now on.
+    void setInfo(const HostInfo &info);
+    /// Plays a host that has ended, and one that is started anew, with output disabled.
+    void setGone(bool gone);
+    bool isGone() const { return m_startTime != 0 && !m_heartbeat.isActive(); }
     bool isOutputOn() const { return m_outputOn; }
     /// When it showed itself to the game; 0 before.
     SharedTime startTime() const { return m_startTime; }
@@ -43,6 +48,8 @@ signals:
     /// end of the host.
     void happened(const Event &event);
     void outputSwitched(bool on);
+    /// It tells something else about itself, or has gone or come back.
+    void changed();
     /// All that had come has been given out; about 60 times a second.
     void received();
 

@@ -1,109 +1,264 @@
 #include "hostwindow.h"
 
+#include "framedoctor.h"
 #include "host.h"
 #include "palette.h"
+#include "scrubbar.h"
+#include "sidepanel.h"
 #include "statusline.h"
 #include "viewgrid.h"
+#include "windowmemory.h"
 
+#include <QAction>
+#include <QActionGroup>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
 #include <QScreen>
-#include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
-constexpr int msBetweenFigures = 250;
-/// Sides of the views of a new window, while the screen has room: of a single one and of several.
-constexpr int singleSide = 640;
-constexpr int severalSide = 400;
+constexpr int figuresInterval = 200; // milliseconds
+constexpr int smallestPicture = 300;
 
 QPalette darkPalette()
 {
-    QPalette colors(palette::window);
-    colors.setColor(QPalette::Window, palette::window);
-    colors.setColor(QPalette::WindowText, palette::text);
+    QPalette colors(palette::frame, palette::window);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+             QPalette::ToolTipText, QPalette::HighlightedText})
+        colors.setColor(role, palette::text);
+    colors.setColor(QPalette::Base, palette::raised);
+    colors.setColor(QPalette::Button, palette::frame);
+    colors.setColor(QPalette::ToolTipBase, palette::frame);
+    colors.setColor(QPalette::Highlight, palette::chosen);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        colors.setColor(QPalette::Disabled, role, palette::quiet);
     return colors;
+}
+
+QLabel *advice()
+{
+    auto *label = new QLabel(HostWindow::tr("Software checks are advisory: scan-fail, emergency "
+                                            "stop and shutter belong in hardware."));
+    QPalette colors = label->palette();
+    colors.setColor(QPalette::WindowText, palette::quiet);
+    label->setPalette(colors);
+    label->setWordWrap(true);
+    return label;
 }
 
 } // namespace
 
-HostWindow::HostWindow(const Host &host)
-    : m_views(new ViewGrid)
+HostWindow::HostWindow(Host &host)
+    : m_host(host)
+    , m_actions(*this)
+    , m_views(new ViewGrid)
+    , m_panel(new SidePanel)
+    , m_scrub(new ScrubBar)
     , m_status(new StatusLine(host))
+    , m_below(new QWidget)
 {
-    setWindowTitle(tr("Rehearsal host \u2013 BEYOND stand-in"));
+    setWindowTitle(tr("Rehearsal host"));
     setPalette(darkPalette());
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(14, 14, 14, 10);
-    layout->setSpacing(8);
-    layout->addWidget(m_views, 1);
-    layout->addWidget(m_status);
-    const bool several = host.info().zoneCount > 1;
-    for (int zone = 0; zone < host.info().zoneCount; ++zone) {
-        auto *view = new ZoneView(several ? tr("Zone %1").arg(zone + 1) : QString());
+    menuBar()->setPalette(palette());
+    for (int number = 1; number <= maxZones; ++number) {
+        auto *view = new ZoneView(tr("Zone %1").arg(number));
         m_views->add(view);
         m_zones.push_back({view, {}});
+        connect(view, &ZoneView::chosen, this, [this, number] { choose(number - 1); });
+        connect(view, &ZoneView::doubleClicked, this,
+            [this] { m_actions.large->setChecked(!m_actions.large->isChecked()); });
     }
-    const int columns = bestColumns(host.info().zoneCount, {16, 9});
-    const int rows = (host.info().zoneCount + columns - 1) / columns;
-    const int side = several ? severalSide : singleSide;
-    const QSize wished(columns * side + 28, std::max(rows, 1) * (side + 32) + 60);
-    resize(wished.boundedTo(screen()->availableSize() * 0.9));
+    layOut();
+    connectHost();
+    connectView();
+    connectFrame();
+    connectHostSwitches();
+    m_sinceFigures.start();
+    showHost();
+    const bool hasPlace = recallWindow(*this, m_actions, *m_panel);
+    applySettings();
+    if (!hasPlace) {
+        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+        setGeometry(placeBesideGame(screen, minimumSizeHint().expandedTo(minimumSize())));
+    }
+}
 
-    connect(&host, &Host::frameReceived, this, &HostWindow::takeFrame);
-    connect(&host, &Host::received, this, &HostWindow::refresh);
-    connect(&host, &Host::outputSwitched, this, [this](bool on) {
-        for (const Zone &zone : m_zones)
-            zone.view->setOutputOn(on);
-        m_status->setOutputOn(on);
+void HostWindow::layOut()
+{
+    auto *middle = new QWidget;
+    auto *beside = new QHBoxLayout(middle);
+    beside->setContentsMargins(0, 0, 0, 0);
+    beside->setSpacing(14);
+    beside->addWidget(m_views, 1);
+    beside->addWidget(m_panel);
+    m_views->setMinimumSize(smallestPicture, smallestPicture);
+
+    auto *below = new QVBoxLayout(m_below);
+    below->setContentsMargins(0, 0, 0, 0);
+    below->setSpacing(4);
+    below->addWidget(m_status);
+    below->addWidget(advice());
+
+    auto *content = new QWidget;
+    auto *layout = new QVBoxLayout(content);
+    layout->setContentsMargins(12, 12, 12, 8);
+    layout->setSpacing(8);
+    layout->addWidget(middle, 1);
+    layout->addWidget(m_scrub);
+    layout->addWidget(m_below);
+    setCentralWidget(content);
+    m_scrub->hide();
+}
+
+void HostWindow::connectHost()
+{
+    connect(&m_host, &Host::frameReceived, this, &HostWindow::takeFrame);
+    connect(&m_host, &Host::outputSwitched, this, &HostWindow::switchOutput);
+    connect(&m_host, &Host::received, this, &HostWindow::refresh);
+    connect(&m_host, &Host::changed, this, &HostWindow::showHost);
+}
+
+void HostWindow::connectView()
+{
+    connect(m_actions.quit, &QAction::triggered, this, &QWidget::close);
+    connect(m_actions.savePicture, &QAction::triggered, this, &HostWindow::savePicture);
+    for (const QAction *action : {m_actions.asDrawn, m_actions.swappedColors, m_actions.points,
+             m_actions.travel, m_actions.order})
+        connect(action, &QAction::toggled, this, &HostWindow::applySettings);
+    connect(m_panel, &SidePanel::changed, this, &HostWindow::applySettings);
+    connect(m_actions.strip, &QAction::toggled, m_panel, &SidePanel::setStripShown);
+    connect(m_actions.doctor, &QAction::toggled, m_panel, &SidePanel::setDoctorShown);
+    connect(m_actions.large, &QAction::toggled, this, &HostWindow::setLarge);
+    connect(m_actions.fullScreen, &QAction::toggled, this, &HostWindow::setFullScreen);
+    connect(m_actions.leaveFullScreen, &QAction::triggered, this,
+        [this] { m_actions.fullScreen->setChecked(false); });
+}
+
+void HostWindow::connectFrame()
+{
+    connect(m_actions.hold, &QAction::toggled, this, &HostWindow::hold);
+    connect(m_actions.pace, &QActionGroup::triggered, this,
+        [this](const QAction *action) { setPace(action->data().toDouble()); });
+    const auto step = [this](int points) {
+        m_actions.hold->setChecked(true);
+        m_scrub->step(points);
+    };
+    connect(m_actions.nextPoint, &QAction::triggered, this, [step] { step(1); });
+    connect(m_actions.previousPoint, &QAction::triggered, this, [step] { step(-1); });
+    connect(m_scrub, &ScrubBar::moved, this, [this](int count) {
+        setPace(1);
+        m_zones[std::size_t(m_chosen)].view->setPointsShown(count);
     });
-    refreshFigures();
+}
+
+void HostWindow::connectHostSwitches()
+{
+    const auto change = [this](const auto &edit) {
+        HostInfo info = m_host.info();
+        edit(info);
+        m_host.setInfo(info);
+    };
+    connect(m_actions.busy, &QAction::toggled, this,
+        [change](bool busy) { change([busy](HostInfo &info) { info.ready = !busy; }); });
+    connect(m_actions.tooOld, &QAction::toggled, this, [change](bool old) {
+        constexpr int lastTooOld = 1613;
+        const int build = old ? lastTooOld : HostInfo().build;
+        change([build](HostInfo &info) { info.build = build; });
+    });
+    connect(m_actions.gone, &QAction::toggled, &m_host, &Host::setGone);
+    connect(m_actions.zones, &QActionGroup::triggered, this, [change](const QAction *action) {
+        const int count = action->data().toInt();
+        change([count](HostInfo &info) { info.zoneCount = count; });
+    });
 }
 
 QImage HostWindow::snapshot()
 {
+    refresh();
+    // Until the light of the last frames is as bright as it gets.
+    constexpr SharedTime step = 16'000'000;
+    constexpr int steps = 12;
+    for (int i = 1; i <= steps; ++i) {
+        for (const Zone &zone : m_zones)
+            zone.view->refresh(sharedNow() + i * step);
+    }
     return m_views->grab().toImage();
 }
 
 QString HostWindow::summary() const
 {
-    return QStringLiteral("%1 frames, %2 per second, %3 points in the last one, %4 missed")
+    return tr("%1 frames, %2 per second, %3 points in the last one, %4 missed")
         .arg(m_total.frames())
         .arg(m_total.framesPerSecond(), 0, 'f', 1)
-        .arg(m_total.points())
+        .arg(m_total.facts().points)
         .arg(m_total.missed());
+}
+
+void HostWindow::remember() const
+{
+    rememberWindow(*this, m_actions, *m_panel);
 }
 
 void HostWindow::takeFrame(int zone, const Frame &frame)
 {
-    const auto now = Statistics::Time::clock::now();
+    const FrameFacts facts = factsOf(frame.points);
+    // Whatever a writer has put there, differences of times stay in range.
+    const SharedTime sentAt = std::clamp(frame.sentAt, SharedTime(0), sharedNow());
     Zone &to = m_zones[std::size_t(zone)];
-    to.view->setFrame(frame.points);
-    const auto points = static_cast<qsizetype>(frame.points.size());
-    to.statistics.add(now, points, frame.missed);
-    m_total.add(now, points, frame.missed);
+    to.history.add(sentAt, facts, frame.missed);
+    m_total.add(sentAt, facts, frame.missed);
+    to.view->takeFrame(frame.points, sentAt);
+}
+
+void HostWindow::switchOutput(bool on)
+{
+    m_outputSince = sharedNow();
+    m_status->setOutputOn(on);
+    for (const Zone &zone : m_zones)
+        zone.view->setOutputOn(on);
 }
 
 void HostWindow::refresh()
 {
-    for (const Zone &zone : m_zones)
-        zone.view->refresh();
-    if (m_sinceFigures.hasExpired(msBetweenFigures))
+    const SharedTime now = sharedNow();
+    for (const Zone &zone : m_zones) {
+        if (zone.view->isVisible() && !isMinimized())
+            zone.view->refresh(now);
+    }
+    const ZoneView *chosen = m_zones[std::size_t(m_chosen)].view;
+    if (chosen->isHeld() && m_speed < 1)
+        m_scrub->follow(chosen->nextPoint());
+    if (m_sinceFigures.hasExpired(figuresInterval))
         refreshFigures();
 }
 
 void HostWindow::refreshFigures()
 {
     m_sinceFigures.start();
-    const auto now = Statistics::Time::clock::now();
-    for (Zone &zone : m_zones) {
-        const QString figures = tr("%1 frames/s     %2 points     %3 missed")
-                                    .arg(zone.statistics.framesInLastSecond(now))
-                                    .arg(zone.statistics.points())
-                                    .arg(zone.statistics.missed());
-        if (m_zones.size() > 1)
-            zone.view->setFigures(figures);
-        else
-            m_status->setFigures(figures);
+    const Conditions now = conditions();
+    QList<Finding> findings = examineOutput(m_total.lastSent(), now);
+    for (int number = 1; number <= m_host.info().zoneCount; ++number) {
+        const Zone &zone = m_zones[std::size_t(number) - 1];
+        zone.view->setFigures(tr("%1 frames/s \u00b7 %2 points")
+                                  .arg(zone.history.framesInLastSecond(now.now))
+                                  .arg(zone.history.facts().points));
+        // A zone is left lit whichever one is looked at.
+        for (const Finding &finding : examine(number, zone.history, now)) {
+            if (number == m_chosen + 1 || finding.cause == Cause::zoneLeftLit)
+                findings.append(finding);
+        }
     }
-    if (m_zones.empty())
-        m_status->setFigures(tr("No zones"));
+    m_panel->setFindings(findings);
+    m_panel->setFigures(figuresOf(m_chosen + 1, m_zones[std::size_t(m_chosen)].history, now));
+    m_status->setFigures(tr("%1 missed").arg(m_total.missed()));
+}
+
+Conditions HostWindow::conditions() const
+{
+    return {sharedNow(), m_host.isOutputOn(), m_outputSince, m_panel->pointRate(),
+        m_panel->longestStand()};
 }

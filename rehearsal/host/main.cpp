@@ -41,14 +41,19 @@ int main(int argc, char *argv[])
 {
     std::signal(SIGINT, askToEnd);
     std::signal(SIGTERM, askToEnd);
-    const bool needNoDisplay = Options::needNoDisplay({argv, static_cast<std::size_t>(argc)});
-    const std::unique_ptr<QCoreApplication> application(
-        needNoDisplay ? new QCoreApplication(argc, argv) : new QApplication(argc, argv));
     QCoreApplication::setApplicationName(QStringLiteral("rehearsalhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(HOST_VERSION));
-    const Options options = Options::read(*application);
-    if (options.task.kind != RecordingTask::None)
-        return run(options.task);
+    // Before there has to be a display: help, version and recordings are for terminals too.
+    Options options;
+    {
+        const QCoreApplication terminal(argc, argv);
+        options = Options::read(terminal);
+        if (options.task.kind != RecordingTask::None)
+            return run(options.task);
+    }
+    const QApplication application(argc, argv);
+    // Windows' own style does not take the window's dark colours.
+    QApplication::setStyle(QStringLiteral("fusion"));
 
     Host host(options.host);
     ShowKeeper keeper(host);
@@ -62,6 +67,9 @@ int main(int argc, char *argv[])
     HostWindow window(host);
     window.show();
     host.start();
+    // The program that started this one waits for the line.
+    std::puts("The rehearsal host is running.");
+    std::fflush(stdout);
     QObject::connect(&host, &Host::received, qApp, [] {
         if (askedToEnd)
             QApplication::quit();
@@ -71,6 +79,7 @@ int main(int argc, char *argv[])
 
     QApplication::exec();
     host.close();
+    window.remember();
 
     int result = EXIT_SUCCESS;
     if (!options.snapshotFile.isEmpty() && !window.snapshot().save(options.snapshotFile))

@@ -87,15 +87,6 @@ RecordingTask taskOf(const QCommandLineParser &parser)
 
 } // namespace
 
-bool Options::needNoDisplay(std::span<char *const> arguments)
-{
-    return std::ranges::any_of(arguments, [](const char *argument) {
-        const QByteArrayView name(argument);
-        return name.startsWith("--open") || name == "--help" || name == "-h" || name == "--version"
-            || name == "-v";
-    });
-}
-
 Options Options::read(const QCoreApplication &application)
 {
     QCommandLineParser parser;

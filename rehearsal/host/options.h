@@ -5,8 +5,6 @@
 
 #include <QString>
 
-#include <span>
-
 class QCoreApplication;
 
 /// What the command line asks to be done with a recording, instead of being a host.
@@ -33,7 +31,4 @@ struct Options
     /// Reads the application's arguments. Ends the program after --help and --version, and with a
     /// line on standard error and exit code 1 after arguments that it cannot take.
     static Options read(const QCoreApplication &application);
-
-    /// Whether the arguments ask for what can be done without a display.
-    static bool needNoDisplay(std::span<char *const> arguments);
 };

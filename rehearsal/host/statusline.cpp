@@ -8,6 +8,9 @@
 
 namespace {
 
+/// Of the host, for the game.
+constexpr int oldestUsableBuild = 1614;
+
 QString inColor(const QColor &color, const QString &text)
 {
     return QStringLiteral("<span style=\"color:%1\">%2</span>").arg(color.name(), text);
@@ -24,25 +27,40 @@ QString lamp(const QColor &color, const QString &text)
 
 StatusLine::StatusLine(const Host &host, QWidget *parent)
     : QWidget(parent)
+    , m_build(new QLabel)
+    , m_state(new QLabel)
     , m_output(new QLabel)
     , m_figures(new QLabel)
 {
-    const HostInfo &info = host.info();
-    auto *build = new QLabel(tr("BEYOND %1").arg(info.build));
-    auto *ready = new QLabel(
-        info.ready ? lamp(palette::good, tr("Ready")) : lamp(palette::waiting, tr("Not ready")));
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(2, 0, 2, 0);
     layout->setSpacing(22);
-    layout->addWidget(build);
-    layout->addWidget(ready);
+    layout->addWidget(m_build);
+    layout->addWidget(m_state);
     layout->addWidget(m_output);
     layout->addStretch();
     layout->addWidget(m_figures);
     QPalette colors = m_figures->palette();
     colors.setColor(QPalette::WindowText, palette::quiet);
     m_figures->setPalette(colors);
+    m_state->setAccessibleName(tr("State of the host"));
+    m_output->setAccessibleName(tr("Laser output"));
+    showHost(host);
     setOutputOn(false);
+}
+
+void StatusLine::showHost(const Host &host)
+{
+    const HostInfo &info = host.info();
+    m_build->setText(tr("BEYOND %1").arg(info.build));
+    if (host.isGone())
+        m_state->setText(lamp(palette::lit, tr("Gone")));
+    else if (!info.ready)
+        m_state->setText(lamp(palette::waiting, tr("Not ready")));
+    else if (info.build < oldestUsableBuild)
+        m_state->setText(lamp(palette::waiting, tr("Too old")));
+    else
+        m_state->setText(lamp(palette::good, tr("Ready")));
 }
 
 void StatusLine::setOutputOn(bool on)

@@ -14,10 +14,14 @@ public:
     explicit StatusLine(const Host &host, QWidget *parent = nullptr);
 
     void setOutputOn(bool on);
+    /// Shows anew what the host tells about itself.
+    void showHost(const Host &host);
     /// Text at the end of the line.
     void setFigures(const QString &figures);
 
 private:
+    QLabel *m_build;
+    QLabel *m_state;
     QLabel *m_output;
     QLabel *m_figures;
 };

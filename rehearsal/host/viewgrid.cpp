@@ -17,18 +17,45 @@ void ViewGrid::add(QWidget *view)
 {
     view->setParent(this);
     m_views.append(view);
+    setCount(static_cast<int>(m_views.size()));
+}
+
+void ViewGrid::setAlone(QWidget *view)
+{
+    m_alone = view;
+    arrange();
+}
+
+void ViewGrid::setCount(int count)
+{
+    m_count = std::clamp(count, 0, static_cast<int>(m_views.size()));
+    if (m_alone && m_views.indexOf(m_alone) >= m_count)
+        m_alone = nullptr;
+    arrange();
 }
 
 void ViewGrid::resizeEvent(QResizeEvent * /*event*/)
 {
-    const int count = static_cast<int>(m_views.size());
+    arrange();
+}
+
+void ViewGrid::arrange()
+{
+    const int count = m_alone ? 1 : m_count;
     const int columns = bestColumns(count, size());
     const int rows = std::max(rowsFor(count, columns), 1);
     const int cellWidth = (width() - (columns - 1) * gap) / columns;
     const int cellHeight = (height() - (rows - 1) * gap) / rows;
-    for (int i = 0; i < count; ++i) {
-        m_views[i]->setGeometry((i % columns) * (cellWidth + gap),
-            (i / columns) * (cellHeight + gap), cellWidth, cellHeight);
+    int place = 0;
+    for (int i = 0; i < m_views.size(); ++i) {
+        QWidget *view = m_views[i];
+        const bool isShown = m_alone ? view == m_alone : i < m_count;
+        if (isShown) {
+            view->setGeometry((place % columns) * (cellWidth + gap),
+                (place / columns) * (cellHeight + gap), cellWidth, cellHeight);
+            ++place;
+        }
+        view->setVisible(isShown);
     }
 }
 

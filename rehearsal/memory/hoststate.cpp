@@ -13,13 +13,18 @@ void openHost(SharedMemory &memory, const HostInfo &info, SharedTime now)
     for (ZoneRing &ring : memory.zones)
         ring.reading.write(0); // the one before may have been killed while it copied
     header.version.write(interfaceVersion);
-    header.build.write(info.build);
-    header.zoneCount.write(info.zoneCount);
-    header.ready.write(info.ready ? 1 : 0);
+    describeHost(memory, info);
     header.outputOn.write(0);
     header.run.write(header.run.read() + 1);
     header.magic.write(memoryMagic);
     beat(memory, now);
+}
+
+void describeHost(SharedMemory &memory, const HostInfo &info)
+{
+    memory.header.build.write(info.build);
+    memory.header.zoneCount.write(info.zoneCount);
+    memory.header.ready.write(info.ready ? 1 : 0);
 }
 
 void beat(SharedMemory &memory, SharedTime now)

@@ -29,6 +29,8 @@ struct HostInfo
 /// Makes the memory that of a host which has just started, with output disabled, whatever was in
 /// it before.
 void openHost(SharedMemory &memory, const HostInfo &info, SharedTime now);
+/// Changes what a host tells about itself while it runs.
+void describeHost(SharedMemory &memory, const HostInfo &info);
 /// A sign of life.
 void beat(SharedMemory &memory, SharedTime now);
 /// Takes the leave at once, so that nobody waits for the heartbeat to grow old.

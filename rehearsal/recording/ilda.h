@@ -1,14 +1,9 @@
 #pragma once
 
+#include "colororder.h"
 #include "recording.h"
 
 class QIODevice;
-
-/// The parts of a colour number, from the highest down.
-enum class ColorOrder {
-    RedGreenBlue,
-    BlueGreenRed,
-};
 
 /// The most frames that an ILDA file can hold: it counts them in 16 bits.
 inline constexpr qsizetype mostIldaFrames = 65'535;

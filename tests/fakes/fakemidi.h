@@ -61,8 +61,6 @@ public:
     QStringList takeCalls();
     /// The same without the questions after devices: those that do something to one.
     QStringList takeDeviceCalls();
-    /// Runs at the beginning of each call, with what takeCalls has of it.
-    std::function<void(const QString &call)> onCall;
     /// The instance values that midiInOpen got, in order of the calls.
     QList<DWORD_PTR> instances;
 

@@ -1,8 +1,7 @@
 #include "bytes.h"
-#include "exposure.h"
+#include "eye.h"
 #include "frames.h"
 #include "gamecalls.h"
-#include "phosphor.h"
 
 #include <array>
 #include <cstdlib>
@@ -82,17 +81,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     check(zones >= 0 && zones <= maxZones);
     isHostAlive(*memory, memory->header.heartbeat.read() / 2);
 
-    Exposure exposure;
-    exposure.resize(24);
-    Phosphor phosphor;
-    phosphor.resize(24);
+    Projector projector;
+    projector.setOutputOn(true);
+    Eye eye(projector);
+    eye.resize(24);
     Frame frame;
     std::uint64_t taken = 0;
     while (reader.take(frame)) {
         check(++taken <= framesPerZone);
         check(frame.points.size() <= std::size_t(ldbMaxPoints));
-        exposure.expose(frame.points);
-        phosphor.show(exposure, std::chrono::milliseconds(9));
+        const double now = 0.009 * double(taken);
+        projector.show(frame.points, now);
+        eye.look(now);
     }
     const LdbPoint point = {};
     check(writeFrame(*memory, 0, {&point, 1}, 0) == (zones > 0));

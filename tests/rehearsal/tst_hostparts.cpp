@@ -1,21 +1,46 @@
 #include "frames.h"
-#include "statistics.h"
+#include "lightpoints.h"
 #include "viewgrid.h"
+#include "windowmemory.h"
 #include "zoneview.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 namespace {
 
-constexpr Statistics::Time start = Statistics::Time(1h);
+/// Of a window that is to be placed.
+constexpr QSize smallest(620, 600);
 
 std::vector<LdbPoint> whiteLine()
 {
-    return {{-20000, 0, 0, 0xFFFFFF, 0, 0, 1, 0}, {20000, 0, 0, 0xFFFFFF, 0, 0, 1, 0}};
+    return strokeOf({-20000, 0}, {20000, 0}, 60);
 }
+
+/// A view of a zone, looked at sixty times a second.
+class WatchedView : public ZoneView
+{
+public:
+    WatchedView()
+        : ZoneView(u"Zone 1"_s)
+    {
+        setLineShown(false);
+        ScannerSettings settings;
+        settings.hasMirrors = false;
+        setScanner(settings);
+        resize(300, 300);
+    }
+
+    void watch(int pictures = 30)
+    {
+        for (int i = 0; i < pictures; ++i)
+            refresh(m_now += 16'000'000);
+    }
+    void take(const std::vector<LdbPoint> &points) { takeFrame(points, m_now); }
+
+private:
+    SharedTime m_now = 1'000'000'000;
+};
 
 int litPixels(QWidget &view)
 {
@@ -35,56 +60,18 @@ class tst_HostParts : public QObject
     Q_OBJECT
 
 private slots:
-    void frames_of_the_last_second_are_counted();
-    void the_rate_leaves_out_the_pauses();
-    void missed_frames_count_for_the_rate_of_the_game();
-    void nothing_received_is_a_rate_of_zero();
     void views_fill_the_window_best_data();
     void views_fill_the_window_best();
+    void one_view_can_be_shown_alone();
     void a_view_shows_a_frame_only_while_output_is_enabled();
     void a_view_keeps_its_frame_until_the_next();
-    void a_view_without_a_name_is_all_field();
-    void a_picture_that_stands_is_not_painted_again();
+    void a_held_frame_stays_and_is_drawn_up_to_a_point();
+    void marks_are_painted_over_the_light();
+    void a_view_without_a_line_is_all_field();
+    void a_dark_view_is_not_painted_again();
+    void the_window_is_first_placed_beside_the_game_data();
+    void the_window_is_first_placed_beside_the_game();
 };
-
-void tst_HostParts::frames_of_the_last_second_are_counted()
-{
-    Statistics statistics;
-    for (int i = 0; i < 30; ++i)
-        statistics.add(start + i * 100ms, 175, 0);
-    QCOMPARE(statistics.frames(), 30U);
-    QCOMPARE(statistics.points(), 175);
-    QCOMPARE(statistics.framesInLastSecond(start + 2900ms), 10);
-    QCOMPARE(statistics.framesInLastSecond(start + 3400ms), 5);
-    QCOMPARE(statistics.framesInLastSecond(start + 3900ms), 0);
-}
-
-void tst_HostParts::the_rate_leaves_out_the_pauses()
-{
-    Statistics statistics;
-    for (const auto beginning : {0s, 60s}) {
-        for (int i = 0; i <= 100; ++i)
-            statistics.add(start + beginning + i * 10ms, 1, 0);
-    }
-    QCOMPARE(statistics.framesPerSecond(), 100.0);
-}
-
-void tst_HostParts::missed_frames_count_for_the_rate_of_the_game()
-{
-    Statistics statistics;
-    statistics.add(start, 1, 0);
-    statistics.add(start + 100ms, 1, 9);
-    QCOMPARE(statistics.missed(), 9U);
-    QCOMPARE(statistics.framesPerSecond(), 100.0);
-}
-
-void tst_HostParts::nothing_received_is_a_rate_of_zero()
-{
-    Statistics statistics;
-    QCOMPARE(statistics.framesPerSecond(), 0.0);
-    statistics.add(start, 1, 0);
-    QCOMPARE(statistics.framesPerSecond(), 0.0);
-}
 
 void tst_HostParts::views_fill_the_window_best_data()
 {
@@ -107,46 +94,123 @@ void tst_HostParts::views_fill_the_window_best()
     QTEST(bestColumns(count, area), "columns");
 }
 
+void tst_HostParts::one_view_can_be_shown_alone()
+{
+    ViewGrid grid;
+    QList<QWidget *> views;
+    for (int i = 0; i < 4; ++i) {
+        views.append(new QWidget);
+        grid.add(views.back());
+    }
+    grid.resize(400, 400);
+    grid.show();
+    QVERIFY(views[0]->width() < 200 && views[3]->isVisible());
+    grid.setAlone(views[2]);
+    QCOMPARE(views[2]->size(), grid.size());
+    QVERIFY(views[2]->isVisible() && !views[0]->isVisible());
+    grid.setCount(2);
+    QVERIFY(!grid.alone() && views[0]->isVisible() && !views[2]->isVisible());
+    grid.setCount(0);
+    QVERIFY(!views[0]->isVisible());
+}
+
 void tst_HostParts::a_view_shows_a_frame_only_while_output_is_enabled()
 {
-    ZoneView view({});
-    view.resize(300, 300);
-    view.setFrame(whiteLine());
+    WatchedView view;
+    view.take(whiteLine());
+    view.watch();
     QCOMPARE(litPixels(view), 0);
     view.setOutputOn(true);
+    view.watch();
     QVERIFY(litPixels(view) > 100);
     view.setOutputOn(false);
+    view.watch(1);
     QCOMPARE(litPixels(view), 0);
 }
 
 void tst_HostParts::a_view_keeps_its_frame_until_the_next()
 {
-    ZoneView view({});
-    view.resize(300, 300);
+    WatchedView view;
     view.setOutputOn(true);
-    view.setFrame(whiteLine());
+    view.take(whiteLine());
+    view.watch();
     QVERIFY(litPixels(view) > 100);
+    view.watch(300);
     QVERIFY(litPixels(view) > 100);
-    view.setFrame({});
-    QTRY_COMPARE(litPixels(view), 0);
+    view.take({});
+    view.watch();
+    QCOMPARE(litPixels(view), 0);
 }
 
-void tst_HostParts::a_view_without_a_name_is_all_field()
+void tst_HostParts::a_held_frame_stays_and_is_drawn_up_to_a_point()
 {
-    ZoneView plain({});
-    ZoneView named(u"Zone 1"_s);
-    plain.setOutputOn(true);
-    named.setOutputOn(true);
-    const std::vector<LdbPoint> border = {
-        {-32768, -32768, 0, 0xFFFFFF, 0, 0, 1, 0}, {32768, -32768, 0, 0xFFFFFF, 0, 0, 1, 0}};
-    for (ZoneView *view : {&plain, &named}) {
-        view->resize(300, 300);
-        view->setFrame(border);
+    WatchedView view;
+    view.setOutputOn(true);
+    view.take(whiteLine());
+    view.watch();
+    view.hold(true);
+    view.take({});
+    view.watch(60);
+    QCOMPARE(view.frame().size(), whiteLine().size());
+    const int whole = litPixels(view);
+    QVERIFY(whole > 100);
+    view.setPointsShown(30);
+    view.watch(60);
+    QVERIFY(litPixels(view) > whole / 4);
+    QVERIFY(litPixels(view) < whole * 3 / 4);
+    view.setPointsShown(-5);
+    view.watch(60);
+    QCOMPARE(litPixels(view), 0);
+    view.hold(false);
+    view.watch(60);
+    QVERIFY(view.frame().empty());
+    QCOMPARE(litPixels(view), 0);
+}
+
+void tst_HostParts::marks_are_painted_over_the_light()
+{
+    const std::vector<LdbPoint> points = strokeOf({-20000, 20000}, {20000, 20000}, 4)
+        + strokeOf({-20000, -20000}, {20000, -20000}, 4);
+    const auto colorsOf = [&points](const Marks &marks, const QPoint &from, const QPoint &to) {
+        WatchedView view;
+        view.take(points);
+        view.setMarks(marks);
+        view.watch(1);
+        const QImage picture = view.grab(QRect(from, to)).toImage();
+        QList<QRgb> colors;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (qGray(picture.pixel(x, y)) > 60 && !colors.contains(picture.pixel(x, y)))
+                    colors.append(picture.pixel(x, y));
+            }
+        }
+        return colors.size();
+    };
+    // Where the first line is, and in the middle, where the beam travels from one to the other.
+    const QPoint line[] = {{30, 40}, {270, 80}};
+    const QPoint travel[] = {{100, 120}, {200, 180}};
+    QCOMPARE(colorsOf({}, line[0], line[1]), 0);
+    QVERIFY(colorsOf({.points = true}, line[0], line[1]) > 0);
+    QCOMPARE(colorsOf({.points = true}, travel[0], travel[1]), 0);
+    QVERIFY(colorsOf({.travel = true}, travel[0], travel[1]) > 0);
+    QCOMPARE(colorsOf({.order = true}, travel[0], travel[1]), 0);
+    QVERIFY(colorsOf({.order = true}, line[0], line[1]) > 3);
+}
+
+void tst_HostParts::a_view_without_a_line_is_all_field()
+{
+    WatchedView plain;
+    WatchedView named;
+    named.setLineShown(true);
+    for (WatchedView *view : {&plain, &named}) {
+        view->setOutputOn(true);
+        view->take(strokeOf({-32768, -32768}, {32768, -32768}, 60));
+        view->watch();
     }
     const auto lowestLit = [](QWidget &view) {
         const QImage picture = view.grab().toImage();
         int y = picture.height() - 1;
-        while (y > 0 && qGray(picture.pixel(150, y)) < 128)
+        while (y > 0 && qGray(picture.pixel(150, y)) < 100)
             --y;
         return y;
     };
@@ -154,7 +218,7 @@ void tst_HostParts::a_view_without_a_name_is_all_field()
     QVERIFY(lowestLit(named) < 280);
 }
 
-void tst_HostParts::a_picture_that_stands_is_not_painted_again()
+void tst_HostParts::a_dark_view_is_not_painted_again()
 {
     class Counter : public QObject
     {
@@ -167,32 +231,53 @@ void tst_HostParts::a_picture_that_stands_is_not_painted_again()
         }
     };
     Counter counter;
-    ZoneView view({});
+    WatchedView view;
     view.installEventFilter(&counter);
-    view.resize(300, 300);
     view.setOutputOn(true);
-    view.setFrame(whiteLine());
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
-    // Painted until the first frame has come up, and then no more.
-    QTRY_VERIFY(([&] {
+    const auto isPainted = [&] {
         const int before = counter.paints;
-        view.refresh();
-        QCoreApplication::processEvents();
-        return counter.paints > 0 && counter.paints == before;
-    })());
-    const auto paintsAgain = [&](const std::vector<LdbPoint> &frame) {
-        const int before = counter.paints;
-        view.setFrame(frame);
-        view.refresh();
+        view.watch(1);
         QCoreApplication::processEvents();
         return counter.paints > before;
     };
-    QVERIFY(!paintsAgain(whiteLine()));
-    QVERIFY(paintsAgain({}));
+    QTRY_VERIFY(!isPainted());
+    view.take(whiteLine());
+    QVERIFY(isPainted());
+    QVERIFY(isPainted());
+    view.take({});
+    QVERIFY(isPainted());
+    view.watch(100);
+    QCoreApplication::processEvents();
+    QVERIFY(!isPainted());
     view.setOutputOn(false);
-    QTRY_VERIFY(!paintsAgain({}));
-    QVERIFY(!paintsAgain(whiteLine()));
+    view.take(whiteLine());
+    QVERIFY(isPainted());
+    QVERIFY(!isPainted());
+}
+
+void tst_HostParts::the_window_is_first_placed_beside_the_game_data()
+{
+    QTest::addColumn<QRect>("screen");
+    QTest::addColumn<bool>("hasRoom");
+    QTest::addColumn<QSize>("size");
+    QTest::addRow("wide") << QRect(0, 0, 1920, 1080) << true << QSize(900, 720);
+    QTest::addRow("with a bar above") << QRect(0, 30, 1920, 1050) << true << QSize(900, 720);
+    QTest::addRow("second screen") << QRect(1920, 0, 1600, 1200) << true << QSize(900, 720);
+    QTest::addRow("tall") << QRect(0, 0, 1080, 1920) << true << QSize(900, 720);
+    QTest::addRow("very wide") << QRect(0, 0, 3440, 700) << true << QSize(900, 700);
+    QTest::addRow("small") << QRect(0, 0, 1366, 728) << false << smallest;
+}
+
+void tst_HostParts::the_window_is_first_placed_beside_the_game()
+{
+    QFETCH(QRect, screen);
+    const QRect place = placeBesideGame(screen, smallest);
+    const QRect game(screen.topLeft(), QSize(937, 420));
+    QVERIFY(screen.contains(place));
+    QTEST(place.size(), "size");
+    QTEST(!place.intersects(game), "hasRoom");
 }
 
 QTEST_MAIN(tst_HostParts)
