@@ -120,9 +120,11 @@ learn_devices() {
     expect_learnt Start_01 60 "The MIDI key"
     stage_keys Tab Tab Tab Tab Down Tab Down        # move, sensitivity, bits, right: XBox, its pad
     stage_keys Tab Tab space                        # start, move
-    devices_send "pad 0 7FFF 0 0 0" "pad 0 0 0 0 0"
+    devices_send "pad 0 0 7FFF 0 0" "pad 0 0 0 0 0"
+    expect_learnt XMoveR 1 "The pad's left stick, up and down,"
     stage_keys shift+Tab space                      # start
-    devices_send "pad 1000 0 0 0 0" "pad 0 0 0 0 0"
+    devices_send "pad 2000 0 0 0 0" "pad 0 0 0 0 0"
+    expect_learnt XStartR 1 "The pad's button B"
 }
 
 step_devices() {
