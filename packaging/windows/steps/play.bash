@@ -66,7 +66,7 @@ frame_points() {
 
 # lit_frames RECORD: whether some frame had points.
 lit_frames() {
-    [ -n "$(frame_points "$1" | grep -v '^0$')" ]
+    frame_points "$1" | awk '$1 > 0 { lit = 1 } END { exit !lit }'
 }
 
 # tick RECORD: the median time in ms between two lit frames, which are three ticks apart, by three.
