@@ -8,7 +8,10 @@ build_packages=(
 )
 headless_packages=(xvfb xauth xdotool imagemagick x11-utils)
 bench_packages=(libbenchmark-dev)
-test_packages=("${headless_packages[@]}" "${bench_packages[@]}" jackd2 openssl)
+debian_packages=(dpkg-dev file)
+test_packages=(
+    "${headless_packages[@]}" "${bench_packages[@]}" "${debian_packages[@]}" jackd2 openssl
+)
 coverage_packages=(gcovr)
 fuzz_packages=(clang libclang-rt-14-dev)
 windows_packages=(

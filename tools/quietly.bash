@@ -1,10 +1,11 @@
 # Sourced by the project's commands.
 
-# quietly NAME COMMAND...: runs a command with its output in build/NAME.log, and shows that only if
-# the command fails, which ends the script.
+# quietly NAME COMMAND...: runs a command with its output in NAME.log in the folder $logs, and shows
+# the output only if the command fails, which ends the script.
+logs=build
 quietly() {
-    local log=build/$1.log
+    local log=$logs/$1.log
     shift
-    mkdir -p build
+    mkdir -p "$logs"
     "$@" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
 }

@@ -1,5 +1,5 @@
-# Sourced by what builds or runs the Windows program, with the project's folder in $project: where
-# its Qt and its Wine are.
+# Sourced by the commands that build or run the Windows program, with the project's folder in
+# $project: where its Qt and its Wine are.
 
 . "$project/tools/packages.bash"
 version=$(sed -n 's/^project(.* VERSION \([0-9.]*\).*/\1/p' "$project/CMakeLists.txt")
@@ -9,7 +9,7 @@ installer=$output/Rallyvane_v${version}_setup.exe
 archive=$output/Rallyvane_v${version}_portable.zip
 : "${installer}" "${archive}"
 
-# The Qt that a command builds where none is named; a tree is ready once its toolchain file is.
+# Where Qt is built if RALLYVANE_QT_WINDOWS is not set. It is complete once its toolchain file exists.
 qt_cache=${XDG_CACHE_HOME:-$HOME/.cache}/rallyvane/qt-windows
 qt_is_ready() {
     [ -e "$1/lib/cmake/Qt6/qt.toolchain.cmake" ]
@@ -19,28 +19,27 @@ if [ -z "${RALLYVANE_QT_WINDOWS:-}" ] && qt_is_ready "$qt_cache"; then
 fi
 export RALLYVANE_QT_WINDOWS=${RALLYVANE_QT_WINDOWS:-}
 
-# The libraries of the compiler that the program needs beside it.
-runtime_libraries=(libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+# The folders of the compiler's libraries: its own, and those of MinGW-w64.
 runtime_folders() {
     local library
-    for library in "${runtime_libraries[@]}"; do
+    for library in libstdc++-6.dll libwinpthread-1.dll; do
         dirname "$($tools-g++-posix -print-file-name=$library)"
-    done | sort -u
+    done
 }
 
-# windows_path PATH: the same as a Windows program names it.
+# windows_path PATH: the path as Windows programs write it.
 windows_path() {
     local path=Z:$1
     printf '%s' "${path//\//\\}"
 }
 
-# wine_begin: a Wine of the project's own, whose programs find the libraries that they are built
-# with. Made at first use; two programs may be first.
+# wine_begin: sets up a Wine of the project's own, whose programs find the libraries that they are
+# built with. It is created at first use, by one process if several begin at once.
 wine_begin() {
     export WINEPREFIX=${WINEPREFIX:-$project/build/wine} WINEARCH=win64
     export WINEDEBUG=${WINEDEBUG:--all} QT_FORCE_STDERR_LOGGING=1
     export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
-    # Wine keeps the variables of the Unix Qt from its programs; these names hand them on.
+    # Wine hides the variables of the Unix Qt from its programs, unless they are prefixed.
     local name
     for name in "${!QT_@}"; do
         export "WINE$name=${!name}"
@@ -58,11 +57,11 @@ wine_begin() {
     (
         flock 9
         [ ! -e "$WINEPREFIX/ready" ] || exit 0
-        # Without a display: this must not show anybody that Wine is being set up.
+        # Without a display, or Wine would show that it is being set up.
         unset DISPLAY
         wine wineboot --init
         wine reg add 'HKCU\Software\Wine' /v Version /d win10 /f
-        # What it has started knows no display, and programs that have one would share it.
+        # Its server has no display, and programs that have one would share it.
         wineserver -k
         wineserver -w
         touch "$WINEPREFIX/ready"

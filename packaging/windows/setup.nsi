@@ -1,6 +1,6 @@
 ; The installer: for the user who runs it, without administrator rights, into a folder that stays
 ; writable, because the program keeps settings, log and downloaded updates where it is started.
-; packaging/windows/build gives VERSION, STAGE (what is installed), OUTPUT (removals.nsh), FILE,
+; packaging/windows/build defines VERSION, STAGE (the files to install), OUTPUT (removals.nsh), FILE,
 ; ICON and TITLE (of the program's window).
 
 Target amd64-unicode
@@ -47,7 +47,7 @@ VIAddVersionKey "LegalCopyright" "Vellaro"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
-; A file that runs cannot be written. $0 becomes 1 then.
+; Sets $0 to 1 if the file cannot be written, which is so while its program runs.
 !macro LookAtFile name
     ${If} ${FileExists} "$INSTDIR\${name}"
         ClearErrors
@@ -60,7 +60,7 @@ VIAddVersionKey "LegalCopyright" "Vellaro"
     ${EndIf}
 !macroend
 
-!macro LookWhatRuns
+!macro LookForPrograms
     StrCpy $0 0
     !insertmacro LookAtFile "rallyvane.exe"
     !insertmacro LookAtFile "rehearse.exe"
@@ -68,16 +68,17 @@ VIAddVersionKey "LegalCopyright" "Vellaro"
     !insertmacro LookAtFile "rehearsal\rehearsalhost.exe"
 !macroend
 
-; Closes a running program as its operator does, so that it leaves a dark laser and its settings,
-; and waits for its end. What does not end stops the installer before it has changed anything.
+; Closes a running program as its operator would, so that it blanks the laser and keeps its
+; settings, and waits for its end. If it does not end, the installer stops before it has changed
+; anything.
 !macro DefineEndProgram prefix
 Function ${prefix}EndProgram
-    !insertmacro LookWhatRuns
+    !insertmacro LookForPrograms
     ${If} $0 == 0
         Return
     ${EndIf}
     MessageBox MB_OKCANCEL|MB_ICONEXCLAMATION \
-        "${PROGRAM} is running. It is closed before the setup goes on." /SD IDOK IDOK close
+        "${PROGRAM} is running. Setup will close it first." /SD IDOK IDOK close
     Abort
 close:
     FindWindow $2 "" "${TITLE}"
@@ -86,13 +87,13 @@ close:
     ${EndIf}
     ${For} $3 1 50
         Sleep 200
-        !insertmacro LookWhatRuns
+        !insertmacro LookForPrograms
         ${If} $0 == 0
             Return
         ${EndIf}
     ${Next}
     MessageBox MB_RETRYCANCEL|MB_ICONSTOP \
-        "${PROGRAM} does not end. Please close it and its rehearsal host." /SD IDCANCEL IDRETRY close
+        "${PROGRAM} could not be closed. Please close it and its rehearsal host." /SD IDCANCEL IDRETRY close
     SetErrorLevel 3
     Quit
 FunctionEnd
@@ -115,7 +116,7 @@ FunctionEnd
 
 Section
     Call EndProgram
-    ; What an older version had and this one has not must not stay. Settings do.
+    ; Removes files that only the older version had. Settings stay.
     ${If} ${FileExists} "$INSTDIR\uninstall.exe"
         ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
     ${EndIf}
@@ -124,12 +125,12 @@ Section
     File /r "${STAGE}/*"
     WriteUninstaller "$INSTDIR\uninstall.exe"
     ${If} ${Errors}
-        MessageBox MB_OK|MB_ICONSTOP "Not all files could be written to $INSTDIR." /SD IDOK
+        MessageBox MB_OK|MB_ICONSTOP "Some files could not be written to $INSTDIR." /SD IDOK
         SetErrorLevel 3
         Abort
     ${EndIf}
 
-    ; A shortcut starts its program in the present output folder.
+    ; A shortcut starts its program in the current output folder.
     CreateDirectory "${MENU}"
     CreateShortcut "${MENU}\${PROGRAM}.lnk" "$INSTDIR\rallyvane.exe"
     CreateShortcut "${MENU}\Rehearse without a laser.lnk" "$INSTDIR\rehearse.exe"
@@ -155,7 +156,7 @@ Section Uninstall
     Delete "${MENU}\Rehearse without a laser.lnk"
     RMDir "${MENU}"
     DeleteRegKey HKCU "${UNINSTALL_KEY}"
-    ; Only when the operator has left nothing in it.
+    ; This fails if the operator's own files are in it.
     SetOutPath "$TEMP"
     RMDir "$INSTDIR"
 SectionEnd

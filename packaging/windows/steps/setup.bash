@@ -1,0 +1,80 @@
+# Sourced by packaging/windows/try: the steps of the installer.
+
+uninstall_key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\LaserRallyvane'
+menu_entries=("Laser Rallyvane" "Rehearse without a laser")
+
+# registered NAME: the value in the registry, or nothing.
+registered() {
+    { wine reg query "$uninstall_key" /v "$1" 2>/dev/null || true; } | tr -d '\r' \
+        | sed -n "s/^ *$1 *REG_[A-Z]* *//p"
+}
+
+# expect_registered NAME VALUE
+expect_registered() {
+    local value
+    value=$(registered "$1")
+    expect "The registered $1 is \"$value\" instead of \"$2\"." test "$value" = "$2"
+}
+
+# menu_folder: the start menu's folder of the program.
+menu_folder() {
+    find "$drive" -type d -path '*/Start Menu/Programs/Laser Rallyvane'
+}
+
+expect_installed() {
+    local file entry windows_home
+    expect "The program is not in $home." test -d "$home"
+    while read -r file; do
+        expect "$file is not installed as it was built." cmp -s "$output/stage/$file" "$home/$file"
+    done < <(cd "$output/stage" && find . -type f)
+    expect "The uninstaller is missing." test -s "$home/uninstall.exe"
+    windows_home=$(wine winepath -w "$home" 2>/dev/null | tr -d '\r')
+    expect_registered DisplayName "Laser Rallyvane"
+    expect_registered DisplayVersion "$version"
+    expect_registered InstallLocation "$windows_home"
+    expect_registered QuietUninstallString "\"$windows_home\\uninstall.exe\" /S"
+    for entry in "${menu_entries[@]}"; do
+        expect "The shortcut \"$entry\" is missing." test -s "$(menu_folder)/$entry.lnk"
+    done
+}
+
+step_install() {
+    say "A quiet install asks nothing and puts every file in its place"
+    run_quietly "$installer" /S
+    expect_installed
+}
+
+step_update() {
+    say "An update closes the running program, blanks the laser and keeps the settings"
+    after install keys
+    start_rehearsal update
+    stage_show_game
+    stage_until 10 lit_frames update || stage_fail "The laser was not lit."
+    echo "not of this version" >"$home/rallyvane.exe.sig"
+    run_quietly "$installer" /S
+    await_end
+    expect_installed
+    expect "The settings were lost." grep -q KeyboardUpL "$home/.pong"
+    expect "The operator's own file was removed." test -e "$home/rallyvane.exe.sig"
+    rm "$home/rallyvane.exe.sig"
+    expect "The last frame was lit." test "$(frame_points update | tail -n 1)" = 0
+}
+
+is_unregistered() {
+    [ -z "$(registered DisplayName)" ]
+}
+
+# The uninstaller goes on in a copy of itself after it returns.
+step_uninstall() {
+    say "A quiet uninstall removes everything but settings and log"
+    after install keys
+    local menu left
+    menu=$(menu_folder)
+    run_quietly "$home/uninstall.exe" /S
+    stage_until 20 test ! -e "$home/uninstall.exe" || stage_fail "The uninstaller is still there."
+    stage_until 20 test ! -e "$menu" || stage_fail "The start menu's folder is still there."
+    stage_until 20 is_unregistered || stage_fail "The registry entry is still there."
+    left=$(cd "$home" && find . -type f | sort | tr '\n' ' ')
+    expect "Left behind: $left" test "$left" = "./.pong ./rallyvane.log "
+    rm -f "$done_steps"/*
+}

@@ -1,0 +1,28 @@
+# Sourced after harness.bash by what plays the game with real keys: what an operator and two players
+# do, from a start without settings. Tab moves through the window in the order of its controls, so
+# neither fonts nor sizes matter. The game's window has the keyboard.
+
+# stage_show_game: laser output on, game shown.
+stage_show_game() {
+    stage_keys Tab space Tab space
+}
+
+# stage_learn_keys: after stage_show_game, the keyboard for both players: start, up and down are
+# d, w and s on the left, Right, Up and Down on the right.
+stage_learn_keys() {
+    stage_keys Tab Tab Tab Tab Down Down            # zone, speed, reset, left: the keyboard
+    stage_keys Tab space d Tab space w Tab space s  # start, up, down
+    stage_keys Tab Tab Down Down                    # sensitivity, right: the keyboard
+    stage_keys Tab space Right Tab space Up Tab space Down
+}
+
+# stage_play_point COMMAND...: with the learnt keys, left serves and wins a point. The command is
+# run while the ball flies.
+stage_play_point() {
+    stage_keys d                                    # leave the score display
+    stage_hold w 1.6                                # out of the right paddle's reach
+    stage_keys d                                    # serve
+    sleep 0.6
+    "$@"
+    stage_until 15 stage_logged "Score LR = 1-0" || stage_fail "No point was scored."
+}
