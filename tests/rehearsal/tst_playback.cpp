@@ -17,9 +17,9 @@ Show fourFrames()
         frameAt(20, pointAt(3)), eventAt(25, Event::OutputDisabled), frameAt(30, pointAt(4))};
 }
 
-struct Player
+struct ShowPlayer
 {
-    explicit Player(const Show &show = fourFrames())
+    explicit ShowPlayer(const Show &show = fourFrames())
     {
         if (!recording.read(recorded(show)))
             qFatal("%s", qPrintable(recording.problem()));
@@ -60,7 +60,7 @@ private slots:
 
 void tst_Playback::it_begins_paused_with_the_first_frame()
 {
-    Player player;
+    ShowPlayer player;
     QVERIFY(player.playback->isPaused());
     QCOMPARE(player.shown(), 1);
     QCOMPARE(player.shown(1), 0);
@@ -70,7 +70,7 @@ void tst_Playback::it_begins_paused_with_the_first_frame()
 
 void tst_Playback::it_goes_on_as_time_passes()
 {
-    Player player;
+    ShowPlayer player;
     player.playback->setPaused(false);
     player.playback->advance(9'999us);
     QCOMPARE(player.shown(), 1);
@@ -84,7 +84,7 @@ void tst_Playback::it_goes_on_as_time_passes()
 
 void tst_Playback::it_stays_while_it_is_paused()
 {
-    Player player;
+    ShowPlayer player;
     player.playback->advance(1h);
     QCOMPARE(player.playback->position(), SharedTime(0));
     QCOMPARE(player.shown(), 1);
@@ -92,7 +92,7 @@ void tst_Playback::it_stays_while_it_is_paused()
 
 void tst_Playback::it_pauses_at_the_end()
 {
-    Player player;
+    ShowPlayer player;
     player.playback->setPaused(false);
     player.playback->advance(1h);
     QVERIFY(player.playback->atEnd());
@@ -116,7 +116,7 @@ void tst_Playback::speed_changes_how_fast_it_goes_on()
 {
     QFETCH(double, speed);
     QFETCH(int, elapsedMs);
-    Player player;
+    ShowPlayer player;
     player.playback->setSpeed(speed);
     player.playback->setPaused(false);
     player.playback->advance(elapsedMs * 1ms);
@@ -125,7 +125,7 @@ void tst_Playback::speed_changes_how_fast_it_goes_on()
 
 void tst_Playback::speed_is_bounded()
 {
-    Player player;
+    ShowPlayer player;
     const auto speedFor = [&player](double wanted) {
         player.playback->setSpeed(wanted);
         return player.playback->speed();
@@ -138,7 +138,7 @@ void tst_Playback::speed_is_bounded()
 
 void tst_Playback::a_step_goes_to_the_next_frame_of_any_zone()
 {
-    Player player;
+    ShowPlayer player;
     player.playback->setPaused(false);
     QVERIFY(player.playback->step(1));
     QVERIFY(player.playback->isPaused());
@@ -155,7 +155,7 @@ void tst_Playback::a_step_goes_to_the_next_frame_of_any_zone()
 
 void tst_Playback::a_step_back_goes_to_the_frame_before()
 {
-    Player player;
+    ShowPlayer player;
     player.playback->seek(30 * showMs);
     for (const int shown : {3, 2, 2, 1}) {
         QVERIFY(player.playback->step(-1));
@@ -169,7 +169,7 @@ void tst_Playback::a_step_back_goes_to_the_frame_before()
 
 void tst_Playback::output_is_that_of_the_moment()
 {
-    Player player;
+    ShowPlayer player;
     const auto onAt = [&player](int at) {
         player.playback->seek(at * showMs);
         return player.playback->isOutputOn();
@@ -187,7 +187,7 @@ void tst_Playback::any_moment_can_be_gone_to()
     Show show;
     for (int i = 0; i < 1000; ++i)
         show.push_back(frameAt(i, pointAt(i + 1)));
-    Player player(show);
+    ShowPlayer player(show);
     for (const int at : {999, 0, 500, 499, 501, 130, 127, 128}) {
         player.playback->seek(at * showMs);
         QCOMPARE(player.shown(), at + 1);
@@ -200,7 +200,7 @@ void tst_Playback::any_moment_can_be_gone_to()
 
 void tst_Playback::time_never_runs_backwards_in_it()
 {
-    Player player({frameAt(10, pointAt(1)), frameAt(30, pointAt(2)), frameAt(20, pointAt(3))});
+    ShowPlayer player({frameAt(10, pointAt(1)), frameAt(30, pointAt(2)), frameAt(20, pointAt(3))});
     player.playback->seek(29 * showMs);
     QCOMPARE(player.shown(), 1);
     player.playback->seek(30 * showMs);
@@ -211,7 +211,7 @@ void tst_Playback::time_never_runs_backwards_in_it()
 
 void tst_Playback::an_empty_recording_has_nothing_to_play()
 {
-    Player player(Show{});
+    ShowPlayer player(Show{});
     QVERIFY(player.playback->atEnd());
     QCOMPARE(player.shown(), 0);
     QVERIFY(!player.playback->step(1));

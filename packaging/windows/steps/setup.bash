@@ -75,6 +75,6 @@ step_uninstall() {
     stage_until 20 test ! -e "$menu" || stage_fail "The start menu's folder is still there."
     stage_until 20 is_unregistered || stage_fail "The registry entry is still there."
     left=$(cd "$home" && find . -type f | sort | tr '\n' ' ')
-    expect "Left behind: $left" test "$left" = "./.pong ./rallyvane.log "
+    expect "Left behind: $left" test "$left" = "./.pong ./.rehearsal ./rallyvane.log "
     rm -f "$done_steps"/*
 }

@@ -1,4 +1,4 @@
-#include "player.h"
+#include "showplayer.h"
 #include "shows.h"
 
 using namespace std::chrono_literals;
@@ -9,20 +9,20 @@ namespace {
 /// switches of the output as 1000 and -1000.
 struct Stage
 {
-    Player player;
+    ShowPlayer player;
     std::vector<int> given;
     int received = 0;
 
     explicit Stage(const Show &show)
     {
         QObject::connect(
-            &player, &Player::frameReceived, &player, [this](int zone, const Frame &frame) {
+            &player, &ShowPlayer::frameReceived, &player, [this](int zone, const Frame &frame) {
                 if (zone == 0)
                     given.push_back(frame.points.empty() ? 0 : int(frame.points.front().x));
             });
-        QObject::connect(&player, &Player::outputSwitched, &player,
+        QObject::connect(&player, &ShowPlayer::outputSwitched, &player,
             [this](bool on) { given.push_back(on ? 1000 : -1000); });
-        QObject::connect(&player, &Player::received, &player, [this] { ++received; });
+        QObject::connect(&player, &ShowPlayer::received, &player, [this] { ++received; });
         QFile file(folder.filePath(QStringLiteral("show.rec")));
         if (!file.open(QIODevice::WriteOnly) || file.write(recorded(show)) < 0)
             qFatal("%s", qPrintable(file.errorString()));
@@ -121,7 +121,7 @@ void tst_Player::played_at_its_end_it_begins_again()
 
 void tst_Player::without_a_recording_nothing_happens()
 {
-    Player player;
+    ShowPlayer player;
     player.play();
     player.pause();
     player.step(1);
@@ -138,7 +138,7 @@ void tst_Player::a_damaged_recording_is_told_and_played_as_far_as_it_goes()
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(recorded(threeFrames()).chopped(20));
     file.close();
-    Player player;
+    ShowPlayer player;
     QVERIFY(!player.open(file.fileName()));
     QVERIFY2(player.problem().contains(QStringLiteral("Damaged at byte ")),
         qPrintable(player.problem()));
@@ -147,4 +147,4 @@ void tst_Player::a_damaged_recording_is_told_and_played_as_far_as_it_goes()
 
 QTEST_GUILESS_MAIN(tst_Player)
 
-#include "tst_player.moc"
+#include "tst_showplayer.moc"

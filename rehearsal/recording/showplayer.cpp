@@ -1,10 +1,10 @@
-#include "player.h"
+#include "showplayer.h"
 
 #include <utility>
 
 using namespace std::chrono_literals;
 
-Player::Player(QObject *parent)
+ShowPlayer::ShowPlayer(QObject *parent)
     : QObject(parent)
 {
     m_timer.setTimerType(Qt::PreciseTimer);
@@ -13,7 +13,7 @@ Player::Player(QObject *parent)
         [this] { advance(std::chrono::nanoseconds(m_sinceAdvance.nsecsElapsed())); });
 }
 
-bool Player::open(const QString &path)
+bool ShowPlayer::open(const QString &path)
 {
     m_playback.reset();
     const bool intact = m_recording.open(path);
@@ -22,7 +22,7 @@ bool Player::open(const QString &path)
     return intact;
 }
 
-void Player::play()
+void ShowPlayer::play()
 {
     if (!m_playback)
         return;
@@ -34,7 +34,7 @@ void Player::play()
     emit received();
 }
 
-void Player::pause()
+void ShowPlayer::pause()
 {
     if (!m_playback)
         return;
@@ -42,13 +42,13 @@ void Player::pause()
     finish();
 }
 
-void Player::setSpeed(double speed)
+void ShowPlayer::setSpeed(double speed)
 {
     if (m_playback)
         m_playback->setSpeed(speed);
 }
 
-void Player::step(int direction)
+void ShowPlayer::step(int direction)
 {
     if (!m_playback)
         return;
@@ -60,7 +60,7 @@ void Player::step(int direction)
         giveOutMoment();
 }
 
-void Player::seek(SharedTime time)
+void ShowPlayer::seek(SharedTime time)
 {
     if (!m_playback)
         return;
@@ -68,7 +68,7 @@ void Player::seek(SharedTime time)
     giveOutMoment();
 }
 
-void Player::advance(std::chrono::nanoseconds elapsed)
+void ShowPlayer::advance(std::chrono::nanoseconds elapsed)
 {
     if (!m_playback)
         return;
@@ -79,7 +79,7 @@ void Player::advance(std::chrono::nanoseconds elapsed)
 }
 
 /// Every record from an index to the present one.
-void Player::giveOut(qsizetype from)
+void ShowPlayer::giveOut(qsizetype from)
 {
     for (qsizetype i = from; i < m_playback->passed(); ++i) {
         const Recording::Entry entry = m_recording.entry(i);
@@ -92,7 +92,7 @@ void Player::giveOut(qsizetype from)
 }
 
 /// What each zone shows now.
-void Player::giveOutMoment()
+void ShowPlayer::giveOutMoment()
 {
     for (int zone = 0; zone < maxZones; ++zone) {
         const Frame *frame = m_playback->frame(zone);
@@ -101,7 +101,7 @@ void Player::giveOutMoment()
     finish();
 }
 
-void Player::finish()
+void ShowPlayer::finish()
 {
     if (m_playback->isPaused())
         m_timer.stop();
@@ -109,7 +109,7 @@ void Player::finish()
     emit received();
 }
 
-void Player::switchOutput(bool on)
+void ShowPlayer::switchOutput(bool on)
 {
     if (std::exchange(m_outputOn, on) != on)
         emit outputSwitched(on);

@@ -9,12 +9,12 @@
 #include <memory>
 
 /// Shows a recording as time passes, with the signals of a host: whoever shows one shows the other.
-class Player : public QObject
+class ShowPlayer : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit Player(QObject *parent = nullptr);
+    explicit ShowPlayer(QObject *parent = nullptr);
 
     /// Opens a recording at its beginning, paused. False when it is damaged or none, `problem` says
     /// why; what can be read of it is opened all the same.
