@@ -2,6 +2,7 @@
 #include "mididevices.h"
 #include "playercontrols.h"
 #include "pong.h"
+#include "windowtexts.h"
 
 #include <QComboBox>
 #include <QDebug>
@@ -25,7 +26,7 @@ void PlayerControls::fillMidiLists()
     const QSignalBlocker right(players[Side::Right].ui.midiList);
     for (const Player &player : players) {
         player.ui.midiList->clear();
-        player.ui.midiList->addItem(tr("Select MIDI device"));
+        player.ui.midiList->addItem(WindowTexts::tr("Select MIDI device"));
     }
     for (unsigned i = 0; i < MidiDevIn::deviceCount(); ++i) {
         const QString name = MidiDevIn::deviceNameAt(static_cast<int>(i));
@@ -40,7 +41,7 @@ void PlayerControls::fillXboxLists()
     const QSignalBlocker right(players[Side::Right].ui.xboxList);
     for (const Player &player : players) {
         player.ui.xboxList->clear();
-        player.ui.xboxList->addItem(tr("Select XBox device"));
+        player.ui.xboxList->addItem(WindowTexts::tr("Select XBox device"));
     }
     // A list entry is the pad's number, so a gap ends the list.
     const auto nextPad = [this] {
@@ -51,7 +52,7 @@ void PlayerControls::fillXboxLists()
         xboxControllers.append(pad.release());
         for (const Player &player : players) {
             player.ui.xboxList->addItem(
-                tr("XBox Controller ") + QString::number(xboxControllers.size()));
+                WindowTexts::tr("XBox Controller ") + QString::number(xboxControllers.size()));
         }
     }
 }

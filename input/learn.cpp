@@ -1,6 +1,7 @@
 #include "looks.h"
 #include "playercontrols.h"
 #include "settings.h"
+#include "windowtexts.h"
 
 #include <QPushButton>
 
@@ -131,15 +132,15 @@ void PlayerControls::showLearning()
     const auto text = [this] {
         switch (learning->control) {
         case Control::Move:
-            return tr("Learning Move...");
+            return WindowTexts::tr("Learning Move...");
         case Control::Start:
-            return tr("Learning Start...");
+            return WindowTexts::tr("Learning Start...");
         case Control::Up:
-            return tr("Learning Up...");
+            return WindowTexts::tr("Learning Up...");
         case Control::Down:
             break;
         }
-        return tr("Learning Down...");
+        return WindowTexts::tr("Learning Down...");
     };
     QPushButton *button = learnButton(players[learning->side].ui, learning->control);
     button->setText(text());

@@ -4,20 +4,15 @@
 #include "looks.h"
 #include "sensitivity.h"
 #include "settings.h"
+#include "windowtexts.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
 
 namespace {
-
-struct Texts
-{
-    Q_DECLARE_TR_FUNCTIONS(PlayerControls)
-};
 
 /// `control` is the name of the learnt control, or nothing.
 void showBinding(
@@ -25,8 +20,8 @@ void showBinding(
 {
     button->setText(text);
     button->setEnabled(enabled);
-    button->setToolTip(
-        control ? Texts::tr("Learnt: %1").arg(*control) : Texts::tr("Nothing learnt yet"));
+    button->setToolTip(control ? WindowTexts::tr("Learnt: %1").arg(*control)
+                               : WindowTexts::tr("Nothing learnt yet"));
     looks::apply(button, control ? looks::learnt : looks::notLearnt);
 }
 
@@ -118,8 +113,8 @@ void Player::loadPadBindings(const QSettings &store)
 
 void Player::showBindings(const QSettings &store)
 {
-    const QString start = Texts::tr("Click to learn Start");
-    const QString move = Texts::tr("Click to learn Move");
+    const QString start = WindowTexts::tr("Click to learn Start");
+    const QString move = WindowTexts::tr("Click to learn Move");
     const QString noValue = QStringLiteral(" - ");
     switch (mode()) {
     case ControlMode::Midi: {
@@ -136,8 +131,8 @@ void Player::showBindings(const QSettings &store)
             const int learnt = settings::read(store, Setting<int>{setting[side].key, -1});
             return learnt == -1 ? std::nullopt : std::optional(name);
         };
-        const QString button = Texts::tr(" - Button ") + QString::number(xStart);
-        const QString controller = Texts::tr(" - Controller ") + QString::number(xMove);
+        const QString button = WindowTexts::tr(" - Button ") + QString::number(xStart);
+        const QString controller = WindowTexts::tr(" - Controller ") + QString::number(xMove);
         showBinding(ui.learnStart, chosen ? start + button : start, chosen,
             ifLearnt(settings::xStart, controlnames::padButton(xStart)));
         showBinding(ui.learnMove, chosen ? move + controller : move, chosen,
@@ -146,9 +141,10 @@ void Player::showBindings(const QSettings &store)
     }
     case ControlMode::Keyboard:
         showBinding(ui.learnStart, start + noValue, true, nameOf(startKey));
-        showBinding(ui.learnUp, Texts::tr("Click to learn Up") + noValue, true, nameOf(upKey));
         showBinding(
-            ui.learnDown, Texts::tr("Click to learn Down") + noValue, true, nameOf(downKey));
+            ui.learnUp, WindowTexts::tr("Click to learn Up") + noValue, true, nameOf(upKey));
+        showBinding(
+            ui.learnDown, WindowTexts::tr("Click to learn Down") + noValue, true, nameOf(downKey));
         break;
     }
 }

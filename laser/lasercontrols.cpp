@@ -2,6 +2,7 @@
 
 #include "badbey.h"
 #include "looks.h"
+#include "windowtexts.h"
 
 #include <QComboBox>
 #include <QDebug>
@@ -34,14 +35,15 @@ LaserControls::LaserControls(const LaserWidgets &widgets, Pong &pong)
 void LaserControls::switchOutput()
 {
     pong.enableOutput(ui.enableButton->isChecked());
-    showState(ui.enableButton, tr("Disable Laser Output"), tr("Enable Laser Output"));
+    showState(ui.enableButton, WindowTexts::tr("Disable Laser Output"),
+        WindowTexts::tr("Enable Laser Output"));
 }
 
 void LaserControls::showGame()
 {
     pong.gameShown = ui.showButton->isChecked();
     emit gameShownChanged(pong.gameShown);
-    showState(ui.showButton, tr("Hide pong"), tr("Show pong"));
+    showState(ui.showButton, WindowTexts::tr("Hide pong"), WindowTexts::tr("Show pong"));
 }
 
 void LaserControls::chooseZone(int entry)
@@ -53,13 +55,13 @@ void LaserControls::RefreshZoneList(bool noZones)
 {
     QSignalBlocker rebuilding(ui.zoneComboBox); // which chooses no zone
     ui.zoneComboBox->clear();
-    ui.zoneComboBox->addItem(tr("Select laser zone"));
+    ui.zoneComboBox->addItem(WindowTexts::tr("Select laser zone"));
     if (!noZones) {
         const int zones = pong.zoneCount();
         if (zones > mostZones)
             qDebug() << "Only the first" << mostZones << "zones are listed of" << zones;
         for (int k = 1; k <= std::min(zones, mostZones); ++k)
-            ui.zoneComboBox->addItem(tr("BEYOND Zone ") + QString::number(k));
+            ui.zoneComboBox->addItem(WindowTexts::tr("BEYOND Zone ") + QString::number(k));
     }
     rebuilding.unblock();
     // Asked a second time, the host may have zones that are not listed yet.
@@ -75,7 +77,8 @@ void LaserControls::RefreshBeyondStatus(BeyondState beState)
         return;
     }
     if (beState == BeyondNotReady) {
-        ui.statusLabel->setText(tr("BEYOND Not Started - Please Start BEYOND build 1614 or above"));
+        ui.statusLabel->setText(
+            WindowTexts::tr("BEYOND Not Started - Please Start BEYOND build 1614 or above"));
         looks::apply(ui.statusLabel, looks::hostNotReady);
     }
     // Clicks, so that the buttons, the game and the host's output all end as if the operator had
@@ -92,7 +95,7 @@ void LaserControls::showHostReady()
 {
     for (QPushButton *button : {ui.showButton, ui.enableButton, ui.resetButton})
         button->setEnabled(true);
-    ui.statusLabel->setText(
-        tr("BEYOND ") + QString::number(pong.binding()->beyondVersion) + tr(" Started"));
+    ui.statusLabel->setText(WindowTexts::tr("BEYOND ")
+        + QString::number(pong.binding()->beyondVersion) + WindowTexts::tr(" Started"));
     looks::apply(ui.statusLabel, looks::hostReady);
 }

@@ -1,4 +1,4 @@
-#include "recording.h"
+#include "matchrecording.h"
 
 #include <QCoreApplication>
 #include <QFile>

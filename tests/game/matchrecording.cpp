@@ -1,4 +1,4 @@
-#include "recording.h"
+#include "matchrecording.h"
 
 #include "fakehost.h"
 #include "pong.h"
