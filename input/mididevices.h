@@ -1,7 +1,7 @@
 #pragma once
 
-#include "midimessage.h"
 #include "atomicvalue.h"
+#include "midimessage.h"
 #include "windowsapi.h"
 
 #include <QObject>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "framepoint.h"
 #include "atomicvalue.h"
+#include "framepoint.h"
 
 #include <QList>
 #include <QObject>
