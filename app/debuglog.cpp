@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// Owns the file, on the writing thread.
+/// Owns the file. Lives on the log thread.
 class DebugLogWriter : public QObject
 {
 public:
@@ -24,7 +24,7 @@ public:
             m_file.open(QIODevice::Append);
         if (m_file.isOpen() && m_file.size() > 0 && m_file.size() + line.size() > m_maxSize)
             turnOver();
-        if (!m_file.isOpen()) // Qt would warn of it, line by line
+        if (!m_file.isOpen()) // writing would make Qt warn once per line
             return;
         m_file.write(line);
         m_file.flush();
@@ -38,7 +38,7 @@ private:
         const QString older = name + ".1"_L1;
         QFile::remove(older);
         QFile::rename(name, older);
-        // What could not be put aside is given up, so that the log does not grow without end.
+        // If the rename failed, truncate: the log must not grow without bound.
         m_file.open(QIODevice::WriteOnly);
     }
 

@@ -7,23 +7,23 @@
 
 class DebugLogWriter;
 
-/// The debug log: while one exists, every debug line of the process goes, with time and thread,
-/// into a file and, as before, to the standard error stream. A thread of its own writes, so that
-/// no disk and no terminal ever holds up the thread that logs. A file that cannot be written is
-/// no error.
+/// The debug log: while one exists, every message of the process is written, with its time and
+/// thread, to a file and, as before, to standard error. A separate thread does the writing, so
+/// neither a slow disk nor a slow terminal can block the thread that logs. A file that cannot be
+/// written is not an error.
 class DebugLog
 {
 public:
-    /// Logs into `fileName`, which is turned over at `maxSize` bytes: one older file is kept,
-    /// with ".1" after its name.
+    /// Logs to `fileName`, which is rotated at `maxSize` bytes: one older file is kept, with ".1"
+    /// appended to its name.
     explicit DebugLog(const QString &fileName = QStringLiteral("rallyvane.log"),
         qint64 maxSize = qint64(1024) * 1024);
-    /// Writes out what was logged and gives the lines back to whom they went before.
+    /// Writes pending lines and restores the previous message handler.
     ~DebugLog();
     DebugLog(const DebugLog &) = delete;
     DebugLog &operator=(const DebugLog &) = delete;
 
-    /// Waits until all that was logged so far is written. Any thread but the writing one.
+    /// Waits until everything logged so far is written. Any thread but the log thread.
     static void flush();
 
 private:

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long the process may go on after its window.
+/// The longest time the process may outlive its window.
 constexpr auto longestExit = 500ms;
 
 void sayRunningAlready()
@@ -26,8 +26,8 @@ void sayRunningAlready()
 
 int run(QApplication &application)
 {
-    // A second instance would switch the output of the first one off when it connects to the host,
-    // and write the same settings and log.
+    // A second instance would switch off the first one's output when it connects to the host, and
+    // would write to the same settings and log.
     const FolderLock folder(QDir::currentPath());
     if (folder.isTaken()) {
         sayRunningAlready();
@@ -48,8 +48,8 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName("Laser Rallyvane");
     const int result = run(application);
-    // The application waits for its threads. A name lookup of the update check can hang in one of
-    // them for minutes.
+    // The application's destructor waits for its threads, one of which may hang for minutes in a
+    // name lookup of the update check.
     showmode::endWithin(longestExit, result);
     return result;
 }

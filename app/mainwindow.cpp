@@ -100,7 +100,7 @@ MainWindow::MainWindow(QWidget *parent)
 
 void MainWindow::makeReadable()
 {
-    // The form's lists are as wide as their placeholders, too narrow for a pad's number.
+    // The form sizes its lists to their placeholders, too narrow to show a pad's number.
     for (QComboBox *list :
         {ui->midiLComboBox, ui->xboxLComboBox, ui->midiRComboBox, ui->xboxRComboBox})
         list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
@@ -117,7 +117,7 @@ void MainWindow::connectGame()
     connect(ui->speedSlider, &QSlider::valueChanged, this, &MainWindow::speedChanged);
 }
 
-/// Connects what the settings have been shown on: showing the stored modes must not apply them,
+/// Called after the stored settings are shown: showing the stored modes must not apply them,
 /// because the devices are not listed yet.
 void MainWindow::connectControls()
 {
@@ -138,8 +138,8 @@ void MainWindow::FirstLoad()
 {
     if (closed)
         return;
-    // Paint the window before the slow device scan, without waiting for the event that reports it
-    // to be on screen: an event loop would let the game's own first load run before this one.
+    // Paint the window before the slow device scan, without waiting for the expose event: an event
+    // loop would let the game's own first load run before this one.
     setAttribute(Qt::WA_Mapped, isVisible());
     repaint();
     playerControls->fillMidiLists();
@@ -163,9 +163,9 @@ void MainWindow::closeEvent(QCloseEvent *event)
 {
     QMainWindow::closeEvent(event);
     closed = true;
-    // Qt quits with the last window by a posted event, which the next nested event loop discards.
-    // This leaves every event loop now and makes each later one return at once, so that no
-    // download and no message box keeps the program.
+    // Qt quits after the last window closes by posting an event, which the next nested event loop
+    // discards. exit() leaves every event loop now and makes each later one return at once, so
+    // that no download or message box keeps the program running.
     if (QGuiApplication::quitOnLastWindowClosed())
         QCoreApplication::exit();
 }
@@ -174,7 +174,7 @@ MainWindow::~MainWindow()
 {
     closed = true;
     playerControls->writeSettings();
-    // Changes from here on could not be saved.
+    // Changes made from here on could not be saved.
     setEnabled(false);
     playerControls->cancelLearn();
     store.reset();
@@ -271,7 +271,7 @@ void MainWindow::RequestExit()
 {
     if (closed)
         return;
-    // The first load processes events before its widgets have their texts; it comes back here.
+    // The first load processes events before its widgets have their texts; it calls this again.
     libraryMissing = true;
     if (!loaded)
         return;

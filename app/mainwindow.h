@@ -14,22 +14,22 @@ namespace Ui {
 class MainWindow;
 }
 
-/// The operator's window. It owns the form, the settings, the game and the controls of laser and
-/// players, and is where their signals meet: each slot hands on to what it is about. All of it
-/// runs on the GUI thread; signals of other threads are queued.
+/// The operator's window. It owns the form, the settings, the game, and the laser and player
+/// controls, and connects them: each slot forwards to the object responsible. GUI thread only;
+/// signals from other threads are queued.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    /// Builds the window from the form and the settings. FirstLoad follows from the event loop.
+    /// Builds the window from the form and the settings. The event loop then runs FirstLoad.
     explicit MainWindow(QWidget *parent = nullptr);
     /// Saves, blanks the laser and releases the devices and the host.
     ~MainWindow() override;
 
     /// The game, read-only.
     const Pong &game() const { return *pong; }
-    /// The laser controls, for their signals: the meta-object of the window has its slots alone.
+    /// The laser controls, for their signals; the window itself declares only slots.
     const LaserControls &laser() const { return *laserControls; }
 
 public slots:
@@ -58,7 +58,7 @@ public slots:
     void on_learnDownR_clicked();
 
 protected:
-    /// Ends the program, from inside any event loop. The window is closed from here on.
+    /// Ends the program, even from inside a nested event loop. Sets `closed`.
     void closeEvent(QCloseEvent *event) override;
 
 private:
@@ -66,8 +66,8 @@ private:
     void connectGame();
     void connectControls();
 
-    /// Asks the maker's server for a newer version. True when its installer runs, which is to
-    /// replace this program.
+    /// Asks the maker's server for a newer version. True if its installer was started, so that
+    /// this program must end.
     bool CheckForUpdate();
 
     std::unique_ptr<Ui::MainWindow> ui;
@@ -77,8 +77,8 @@ private:
     std::unique_ptr<LaserControls> laserControls;
     std::unique_ptr<PlayerControls> playerControls;
 
-    bool loaded = false; ///< the first load has brought every widget up to date
-    bool libraryMissing = false; ///< the host's, so that the program is to end
+    bool loaded = false; ///< the first load has updated every widget
+    bool libraryMissing = false; ///< the host's library was not found; the program must end
     /// Set once the window is closed or being destroyed. Nothing may be started from then on;
     /// check it after processing events.
     bool closed = false;

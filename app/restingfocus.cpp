@@ -34,10 +34,10 @@ bool RestingFocus::eventFilter(QObject *object, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-        rest(); // the focus may be on the very widget that is clicked
+        rest(); // the clicked widget itself may have the focus
         break;
     case QEvent::FocusIn:
-        // Qt has passed the focus of a disabled widget on before it reports the change.
+        // When a widget is disabled, Qt moves its focus on before it sends EnabledChange.
         if (!m_focused || m_focused->isEnabled())
             m_focused = static_cast<QWidget *>(object);
         break;

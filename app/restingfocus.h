@@ -5,15 +5,15 @@
 
 class QWidget;
 
-/// Keeps the keyboard focus off the widgets of a window unless Tab takes it to one, so that a key
-/// or a turn of the wheel that is meant for something else operates none of them: at the start,
-/// after a click anywhere, and when the widget with the focus is disabled, it rests in a place that
-/// has no keys of its own. Closed lists ignore the wheel. GUI thread.
+/// Keeps the keyboard focus off a window's widgets unless Tab moves it there, so that a stray key
+/// or turn of the wheel does not operate one: at the start, after any click, and when the focused
+/// widget is disabled, the focus rests on a widget that handles no keys. Closed lists ignore the
+/// wheel. GUI thread.
 class RestingFocus : public QObject
 {
 public:
-    /// The focus rests on `place`, which holds all the widgets and owns this object. Widgets that
-    /// are added later are not kept from the focus.
+    /// The focus rests on `place`, which contains all the widgets and owns this object. Widgets
+    /// added later are not covered.
     explicit RestingFocus(QWidget *place);
 
     bool eventFilter(QObject *object, QEvent *event) override;
@@ -23,5 +23,5 @@ private:
     void rest();
 
     QWidget *m_place;
-    QPointer<QWidget> m_focused; ///< where the focus is, or was until its widget was disabled
+    QPointer<QWidget> m_focused; ///< the focused widget, also just after it was disabled
 };

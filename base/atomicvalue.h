@@ -2,8 +2,8 @@
 
 #include <atomic>
 
-/// An atomic value that is assigned and read like a plain member, by every thread. All accesses
-/// have the memory order `order`. Never a lock.
+/// An atomic value that any thread assigns and reads like a plain member. All accesses use the
+/// memory order `order`. Always lock-free.
 template <class T, std::memory_order order>
 class AtomicValue
 {
@@ -30,14 +30,14 @@ public:
     }
     operator T() const { return m_value.load(order); }
 
-    /// Writes a value and returns the one that it replaced, in one step.
+    /// Atomically replaces the value and returns the old one.
     T exchange(T value) { return m_value.exchange(value, order); }
-    /// Writes `value` if the present one is `expected`, in one step. Returns whether it was.
+    /// Atomically writes `value` if the current one is `expected`. Returns whether it was.
     bool replace(T expected, T value)
     {
         return m_value.compare_exchange_strong(expected, value, order);
     }
-    /// Adds in one step, so that no other thread's write is lost.
+    /// Adds atomically, so that no other thread's write is lost.
     AtomicValue &operator+=(T step)
     {
         m_value.fetch_add(step, order);
@@ -49,7 +49,7 @@ private:
     static_assert(std::atomic<T>::is_always_lock_free);
 };
 
-/// A value on its own: a reader learns nothing from it about any other.
+/// A standalone value: reading it says nothing about other values.
 template <class T>
 using Relaxed = AtomicValue<T, std::memory_order_relaxed>;
 

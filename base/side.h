@@ -14,13 +14,13 @@ constexpr Side otherSide(Side side)
     return side == Side::Left ? Side::Right : Side::Left;
 }
 
-/// The number of a side in the interfaces that take one: 0 left, 1 right.
+/// A side's number, for interfaces that take an int: 0 left, 1 right.
 constexpr int sideNumber(Side side)
 {
     return static_cast<int>(side);
 }
 
-/// The side of a number, if it is one.
+/// The side with that number, or none.
 constexpr std::optional<Side> sideOfNumber(int number)
 {
     if (number != 0 && number != 1)

@@ -6,15 +6,15 @@
 #include <cstdio>
 #include <memory>
 
-// Prints how often 10,000 warm frames of a match in play reach for the heap. The C library's
-// functions are counted, which operator new calls as Qt's containers do.
+// Prints the number of heap allocations in 10,000 warm frames of a match in play. Counts calls of
+// the C library's functions, which both operator new and Qt's containers use.
 
 namespace {
 
 constexpr int ticksPerFrame = 3;
 constexpr int frames = 10'000;
 
-/// Whether the counter sees both ways to the heap.
+/// Whether the counter sees both kinds of allocation.
 bool counts()
 {
     const long before = allocations();
@@ -41,7 +41,7 @@ int main(int argc, char *argv[])
         pong.UpdatePongDisplay();
     const long after = allocations();
     if (!counts() || pong.servePhase != InPlay) {
-        std::fputs("Nothing was measured.\n", stderr);
+        std::fputs("The allocation counter does not work.\n", stderr);
         return 1;
     }
     std::printf("{\"allocations\": %ld}\n", after - before);

@@ -7,8 +7,8 @@
 
 using namespace std::chrono_literals;
 
-// The least that a program of the game's shape can be: an empty window as large, a thread, and a
-// 3 ms timer that posts to it. Every third tick is stamped, as a frame would be.
+// The minimal program with the game's structure: an empty window of the same size, a thread, and a
+// 3 ms timer that posts to it. Every third tick is timestamped, like a frame.
 
 namespace {
 

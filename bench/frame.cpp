@@ -10,7 +10,7 @@
 #include <array>
 #include <vector>
 
-// Each benchmark named ".../ours" has its measure beside it, named ".../baseline".
+// Each benchmark ".../ours" is compared with one named ".../baseline".
 
 namespace {
 
@@ -50,8 +50,8 @@ void composeAndSend(benchmark::State &state, Match match)
     }
 }
 
-/// What the host's interface asks of every frame whoever sends it: a cleared buffer of the most
-/// points, and the points in it.
+/// The minimum that the host's interface requires for any frame: a cleared buffer of the maximum
+/// size with the points in it.
 void zeroAndWrite(benchmark::State &state, qsizetype count)
 {
     for (auto _ : state) {
@@ -90,7 +90,7 @@ void composeByHand(benchmark::State &state)
     composeFrame(match, bey);
     drawPlay(points.data(), match);
     if (!std::equal(points.begin(), points.end(), bey.points.cbegin(), bey.points.cend()))
-        state.SkipWithError("The baseline draws another picture.");
+        state.SkipWithError("The baseline draws a different picture.");
     for (auto _ : state) {
         benchmark::DoNotOptimize(match);
         drawPlay(points.data(), match);

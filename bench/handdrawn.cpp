@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Completes the stroke between two blanked travel points, the first of which `first` points to.
+/// Completes a stroke between two blanked travel points; `first` is the first of them.
 FramePoint *finish(FramePoint *first, FramePoint *out)
 {
     first[1].flags = 1;

@@ -3,14 +3,13 @@
 #include "framepoint.h"
 #include "match.h"
 
-// The frame of a match in play as one would write it by hand for this picture alone: the measure
-// of composing.
+// The frame of a match in play, hand-written for this picture only: the baseline of composing.
 
 /// The points of such a frame.
 inline constexpr int pointsInPlay = 175;
 
-/// Writes a line of `steps` + 1 points about a centre, with its blanked travel, in the arithmetic
-/// of the game. Returns what comes after its last point.
+/// Writes a line of `steps` + 1 points about a centre, with its blanked travel, in the game's
+/// arithmetic. Returns a pointer past its last point.
 FramePoint *drawLine(FramePoint *out, float w, float h, Point centre, int color, int steps);
 
 /// Writes a circle of `steps` + 1 points in the same way.

@@ -19,9 +19,9 @@
 #include <thread>
 #include <vector>
 
-// How long it takes from a controller to the paddle's step that the game reads, through the whole
-// main window with a match in play: the left player has a MIDI device, the right one a gamepad.
-// Prints one line of JSON a round, each with the 99th percentiles in nanoseconds.
+// The latency from a controller to the paddle's step that the game reads, through the complete main
+// window with a match in play: the left player has a MIDI device, the right one a gamepad. Prints
+// one line of JSON per round, with the 99th percentiles in nanoseconds.
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -31,8 +31,8 @@ namespace {
 
 constexpr auto giveUpAfter = 2s;
 
-/// The least that a signal can be which crosses threads: same arguments as a MIDI message's, same
-/// receiving thread, and the slot stores one number.
+/// The minimal signal across threads: the arguments of a MIDI message, the same receiving thread,
+/// and a slot that stores one number.
 class Bare : public QObject
 {
     Q_OBJECT
@@ -52,15 +52,14 @@ signals:
     void sent(int play, unsigned char data1, unsigned char data2, unsigned char data3);
 };
 
-/// The time from a cause to its effect, which is waited for without sleeping so that its moment is
-/// known.
+/// The time from a cause to its effect; waits without sleeping, for precision.
 Clock::duration timed(const std::function<void()> &cause, const std::function<bool()> &effect)
 {
     const auto begin = Clock::now();
     cause();
     while (!effect()) {
         if (Clock::now() - begin > giveUpAfter) {
-            std::fputs("What was sent did not arrive.\n", stderr);
+            std::fputs("A controller event did not arrive.\n", stderr);
             std::_Exit(1);
         }
     }
@@ -74,7 +73,7 @@ long long percentile99(std::vector<Clock::duration> &times)
     return std::chrono::nanoseconds(*place).count();
 }
 
-/// Plays the two controllers from a thread of its own.
+/// Operates the two controllers from its own thread.
 class Player
 {
 public:
@@ -86,8 +85,8 @@ public:
     {
     }
 
-    /// Sends `samples` messages and as many bare bareSignals in turn, at times that have nothing to
-    /// do with the window's timers.
+    /// Sends `samples` messages and as many bare signals in turn, at times unrelated to the
+    /// window's timers.
     void playMidi(int samples)
     {
         std::vector<Clock::duration> messages;
@@ -107,7 +106,7 @@ public:
             percentile99(bareSignals));
     }
 
-    /// Pushes the stick `samples` times at times that have nothing to do with the poll.
+    /// Pushes the stick `samples` times, at times unrelated to the poll.
     void playPad(int samples)
     {
         std::vector<Clock::duration> moves;
@@ -152,13 +151,13 @@ void workUntil(const std::function<bool()> &condition)
     while (!condition()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         if (Clock::now() - begin > 20s) {
-            std::fputs("The window does not get to play.\n", stderr);
+            std::fputs("The window did not get into play.\n", stderr);
             std::_Exit(1);
         }
     }
 }
 
-/// As an operator does: chooses the devices, shows the game and starts a point.
+/// Chooses the devices, shows the game and starts a point, like an operator.
 void beginPlay(MainWindow &window, const FakeHost &host)
 {
     const auto list = [&](const char *name) { return window.findChild<QComboBox *>(name); };

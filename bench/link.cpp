@@ -20,7 +20,7 @@ constexpr std::size_t pointsInPlay = 175;
 using SendFrame = std::int32_t (*)(std::int32_t, std::int32_t, std::int32_t, const char *,
     std::int32_t, const LdbPoint *, const void *, std::int32_t, std::int32_t);
 
-/// A rehearsal host without a window, alive while this object is.
+/// A rehearsal host without a window, for the lifetime of this object.
 class Host
 {
 public:
@@ -74,7 +74,7 @@ void send(benchmark::State &state, SendFrame sendFrame)
     }
 }
 
-/// One copy of the points to where the library puts them.
+/// One copy of the points to memory laid out like the library's.
 void copy(benchmark::State &state, SharedMemory *memory)
 {
     const std::vector<LdbPoint> points = somePoints();

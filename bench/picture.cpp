@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <vector>
 
-// A picture of the rehearsal host, developed from what its projector draws in the sixtieth of a
-// second before it, against clearing a picture of the same size and copying it once.
+// A picture of the rehearsal host, from the sixtieth of a second that its projector drew before,
+// against clearing a picture of the same size and copying it once.
 
 namespace {
 

@@ -10,13 +10,13 @@
 
 using namespace std::chrono_literals;
 
-// Looks at a program from the inside without a change to it: Qt loads this plugin into any program
-// whose environment says so. It tells when the main window has been painted first and, with
-// RALLYVANE_BENCH_PLAY, then begins a point as an operator and a player would.
+// Observes an unmodified program from the inside: Qt loads this plugin if the environment names it.
+// It reports the first paint of the main window and, with RALLYVANE_BENCH_PLAY, then starts a point
+// like an operator and a player.
 
 namespace {
 
-/// A line on the standard output with the time of the machine's steady clock.
+/// Prints a line to standard output with the time of the machine's steady clock.
 void tell(const char *what)
 {
     using namespace std::chrono;
@@ -38,7 +38,7 @@ public:
         if (window && event->type() == QEvent::Paint) {
             QCoreApplication::instance()->removeEventFilter(this);
             m_window = window;
-            // Comes before anything else that waits, once the painting that begins here is done.
+            // Arrives right after the painting that begins here, before other queued events.
             QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::HighEventPriority);
         }
         return false;
@@ -55,8 +55,8 @@ protected:
     }
 
 private:
-    // One thing at a time: output on, game shown, score display left, ball served. The left
-    // player's start key is D in the settings that come with the measurement.
+    // One step at a time: output on, game shown, score display left, ball served. The left player's
+    // start key is D in the settings of bench/run.
     void play()
     {
         auto *enable = m_window->findChild<QAbstractButton *>(QStringLiteral("enableButton"));

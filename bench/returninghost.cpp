@@ -3,12 +3,12 @@
 
 #include <string_view>
 
-// A laser host that is there, ready and recent, and whose every function only returns: what is
-// measured with it is the game's own.
+// A laser host that is ready and recent enough, whose functions only return, so that measurements
+// show the game's own time.
 
 namespace {
 
-/// Whatever the arguments.
+/// Ignores the arguments.
 template <class... Arguments>
 std::int32_t answer(std::string_view name, Arguments... /*arguments*/)
 {

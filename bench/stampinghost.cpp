@@ -5,8 +5,8 @@
 #include <string_view>
 #include <thread>
 
-// A laser host for the whole program: ready, recent, and it stamps the frames of a match in play.
-// RALLYVANE_BENCH_STALL is the number of the frame whose call blocks for one second.
+// A laser host for the whole program: ready, recent enough, and timestamps the frames of a match in
+// play. RALLYVANE_BENCH_STALL is the number of the frame whose call blocks for one second.
 
 namespace {
 
@@ -20,7 +20,7 @@ Stamps &stamps()
 
 int framesUntilStall = qEnvironmentVariableIntValue("RALLYVANE_BENCH_STALL");
 
-/// Whatever the arguments.
+/// Ignores the arguments.
 template <class... Arguments>
 std::int32_t answer(std::string_view name, Arguments... /*arguments*/)
 {

@@ -3,17 +3,17 @@
 #include <QFile>
 #include <QtGlobal>
 
-/// Times of something that happens again and again, in a file that the environment names and
-/// whoever measures has made and filled with zeros. Stamping is one store: nothing is written
-/// out, and what was stamped outlives the process however it ends. One thread at a time.
+/// Timestamps of a repeated event, in a file that the measuring program has created and zeroed. The
+/// file is mapped, so recording is a single store and survives the process however it ends. One
+/// thread at a time.
 class Stamps
 {
 public:
-    /// The environment variable that names the file. Without it nothing is stamped.
+    /// The environment variable with the file's name. Without it nothing is recorded.
     static constexpr const char *variable = "RALLYVANE_BENCH_STAMPS";
 
     Stamps();
-    /// Remembers now, in nanoseconds of the machine's steady clock, while there is room.
+    /// Records the steady clock's time in nanoseconds, while there is room.
     void stamp();
 
 private:

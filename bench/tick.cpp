@@ -18,8 +18,8 @@ void startPlay(Match &match)
     match.ballVx = 106.0F;
 }
 
-/// The same step as the game's on variables of its own, as one would write it for nothing but
-/// speed: no thread reads along, and no number is guarded against what cannot happen here.
+/// The game's step on its own variables, written only for speed: no atomics for other threads, and
+/// no guards against values that cannot occur here.
 struct PlainPlay
 {
     int leftStep = 0;
@@ -79,7 +79,7 @@ bool playsTheSame()
 {
     Pong pong;
     startPlay(pong);
-    pong.leftPaddle.y = -300; // the ball turns a little at the left paddle, and goes on turning
+    pong.leftPaddle.y = -300; // deflects the ball a little at every hit
     PlainPlay plain = {.leftY = -300};
     for (int i = 0; i < 100'000 && !plain.missed; ++i) {
         pong.movePaddles();
@@ -109,7 +109,7 @@ void tick(benchmark::State &state)
 void tickByHand(benchmark::State &state)
 {
     if (!playsTheSame())
-        state.SkipWithError("The baseline plays another game.");
+        state.SkipWithError("The baseline plays a different game.");
     PlainPlay play;
     benchmark::DoNotOptimize(play);
     for (auto _ : state) {

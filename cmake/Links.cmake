@@ -1,6 +1,6 @@
-# Writes which folder's targets link another folder's, for the test of the dependencies.
+# Lists the links between the targets of different folders, for the dependency test.
 
-# rallyvane_links_of(FOLDER RESULT): the lines "FOLDER LINKED" of a folder and those below it.
+# rallyvane_links_of(FOLDER RESULT): the lines "FOLDER LINKED" of a folder and its subfolders.
 function(rallyvane_links_of folder result)
     set(lines)
     get_property(targets DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)

@@ -1,9 +1,8 @@
-# How every target of this project is built: warnings, floating point, sanitizers, tests.
+# Build settings of every target: warnings, floating point, sanitizers, tests.
 
 add_library(rallyvane_options INTERFACE)
 target_compile_features(rallyvane_options INTERFACE cxx_std_20)
-# A match must replay to the bit whatever compiler built it: no multiply and add may be fused
-# into one rounding.
+# A match must replay to the bit with any compiler, so multiply and add must not be fused.
 target_compile_options(rallyvane_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -ffp-contract=off)
 target_compile_definitions(rallyvane_options INTERFACE
@@ -19,13 +18,13 @@ endif()
 option(RALLYVANE_FUZZERS "Build the fuzzers, and instrument all code for coverage" OFF)
 if(RALLYVANE_FUZZERS)
     if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-        message(FATAL_ERROR "RALLYVANE_FUZZERS needs clang, whose libFuzzer they are built with.")
+        message(FATAL_ERROR "RALLYVANE_FUZZERS needs clang, which provides libFuzzer.")
     endif()
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# rallyvane_library(NAME SOURCES... [LIBRARIES ...]): a static library whose own folder is the
-# only include path that it gives to those who link it.
+# rallyvane_library(NAME SOURCES... [LIBRARIES ...]): a static library whose only public include path
+# is its own folder.
 function(rallyvane_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
     add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
@@ -33,8 +32,8 @@ function(rallyvane_library name)
     target_link_libraries(${name} PUBLIC ${arg_LIBRARIES} PRIVATE rallyvane_options)
 endfunction()
 
-# rallyvane_test(NAME SOURCES... [LIBRARIES ...]): a Qt Test program that CTest runs offscreen in
-# a folder of its own. It is reported as skipped if initTestCase() skips.
+# rallyvane_test(NAME SOURCES... [LIBRARIES ...]): a Qt Test program that CTest runs offscreen in its
+# own folder. Reported as skipped if initTestCase() skips.
 function(rallyvane_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
@@ -47,8 +46,8 @@ function(rallyvane_test name)
         SKIP_REGULAR_EXPRESSION "SKIP +: [A-Za-z_]+::initTestCase\\(")
 endfunction()
 
-# rallyvane_show_in_windows(TARGET DESCRIPTION): gives a program what Windows shows of it: icon,
-# version, manifest. Nothing on other systems.
+# rallyvane_show_in_windows(TARGET DESCRIPTION): gives a program its icon, version and manifest on
+# Windows. Does nothing on other systems.
 function(rallyvane_show_in_windows target description)
     if(NOT WIN32)
         return()

@@ -5,8 +5,8 @@
 
 namespace {
 
-/// One line of a glyph: its ends in units of the glyph, its share of the glyph's steps, and how
-/// it joins the line before.
+/// One line of a glyph: its ends in glyph units, its share of the glyph's steps, and how it joins
+/// the previous line.
 struct GlyphLine
 {
     Point from;
@@ -39,8 +39,8 @@ struct Pen
     }
 };
 
-// The digits stand in a cell two units wide and four high, the centre at (0, 0). The nought and
-// the ring of the eight are rectangles.
+// A digit's cell is two units wide and four high, centred at (0, 0). The 0 and the ring of the 8
+// are rectangles.
 
 constexpr std::array one = {
     GlyphLine{{0, 2}, {0, -2}, 1, 1, LineSingle},

@@ -7,16 +7,17 @@
 
 namespace {
 
-/// The offset of a hit from the paddle's centre, divided by this, turns the ball.
+/// A hit adds its offset from the paddle's centre, divided by this, to the ball's vertical
+/// velocity.
 constexpr qint32 deflectionDivisor = 50;
 
-/// The direction from the centre to a side's end of the field: -1 left, +1 right.
+/// The direction from the centre towards a side: -1 left, +1 right.
 constexpr qint32 directionOf(Side side)
 {
     return side == Side::Left ? -1 : 1;
 }
 
-/// speed * 53 / divisor in whole numbers, for any speed that a settings file may hold.
+/// speed * 53 / divisor in integer arithmetic, without overflow for any int speed.
 float wholeSpeed(qint32 speed, qint64 divisor)
 {
     const qint64 whole = qint64(speed) * 53 / divisor;
@@ -46,7 +47,7 @@ void Match::requestStart(int side)
         if (leftScore == 0 && rightScore == 0)
             servePhase = side;
     } else if (gameShown && servePhase.replace(side, InPlay) && pointPending) {
-        // The serve is from a miss that was not complete yet; its score is shown first.
+        // A miss on the game thread is only half recorded: undo the serve, show the score first.
         servePhase.replace(InPlay, side);
     }
 }
@@ -135,20 +136,20 @@ void Match::hitBall(Side side)
     const float vy = static_cast<float>(deflection) + ballVy;
     const qint32 setting = ballSpeed;
     const auto speed = static_cast<float>(setting);
-    // The second rescaling divides by the length with the first one's result. The ball's speed is
-    // therefore only close to the setting, and how it wanders is part of the game.
+    // Deliberate: the second rescaling uses the first one's result in its divisor. The ball's speed
+    // is therefore only close to the setting, and the drift is part of the game.
     ballVx = ballVx * 53.0F * speed / 10.0F / hypotenuse(ballVx, vy);
     ballVy = vy * 53.0F * speed / 10.0F / hypotenuse(ballVx, vy);
-    // A ball that flies almost straight up would never arrive.
+    // A ball flying almost vertically would never arrive.
     if (wholeSpeed(setting, 40) > std::fabs(ballVx))
         ballVx = std::fabs(ballVx) / ballVx * 53.0F * speed / 10.0F * 0.25F;
 }
 
 Side Match::missBall(Side side)
 {
-    // A start press may come between any two of these. One that finds the point pending finds its
-    // score and serve too, or it would take the tenth point for one of many. One that came before
-    // may have served already, which is undone.
+    // A start press may come between any two of these writes. The pending flag is set after score
+    // and serve, so that a press that sees it also sees a tenth point. A press that came before
+    // may have served already; the last line undoes that.
     const Side scorer = otherSide(side);
     (scorer == Side::Left ? leftScore : rightScore) += 1;
     servePhase = sideNumber(side);

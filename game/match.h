@@ -7,7 +7,7 @@
 
 #include <optional>
 
-/// A place in the field: units from -32000 to +32000, x to the right, y upward.
+/// A position in the field: units from -32000 to +32000, x to the right, y upward.
 struct Point
 {
     qint32 x = 0;
@@ -16,7 +16,7 @@ struct Point
     bool operator==(const Point &) const = default;
 };
 
-/// Who has the ball. The serves have the numbers of their sides.
+/// Who has the ball. The serves equal the numbers of their sides.
 enum ServePhase : qint32 {
     ServeLeft = 0, ///< held on the left paddle
     ServeRight = 1, ///< held on the right paddle
@@ -29,11 +29,11 @@ inline constexpr qint32 paddleTravel = 27000; ///< how far a paddle's centre goe
 inline constexpr qint32 paddleHalf = 5000; ///< from the centre of a paddle to its tip
 inline constexpr qint32 winningScore = 10;
 
-/// One match: all that a replay needs, and the rules that change it. Time is the number of steps
-/// taken; a step is the same whatever time has passed. Sides are 0 left, 1 right.
+/// One match: its complete state, which a replay needs, and its rules. Time is counted in steps; a
+/// step is the same however much real time has passed. Sides are 0 left, 1 right.
 ///
-/// The game thread steps the match. The operations and the atomic members are for the GUI thread
-/// too; the other members are the game thread's alone.
+/// The game thread steps the match. The operations and the atomic members may be used by the GUI
+/// thread too; all other members belong to the game thread.
 struct Match
 {
     Point ballPos; ///< centre of the ball
@@ -44,23 +44,23 @@ struct Match
     float ballVx = 53.0F; ///< units per step
     float ballVy = 0.0F; ///< units per step
     Relaxed<qint32> ballSpeed = 20; ///< the ball flies ballSpeed * 53 / 10 units per step
-    Relaxed<bool> gameShown = false; ///< the game is shown and played
+    Relaxed<bool> gameShown = false; ///< the game is drawn and runs
     Ordered<qint32> servePhase = ServeLeft;
     Ordered<qint32> leftScore = 0;
     Ordered<qint32> rightScore = 0;
     /// A point has ended, or the match is new: the scores are shown until a start press.
     Ordered<bool> pointPending = true;
 
-    /// The step that a paddle takes on every tick from now on. Other sides are ignored.
+    /// Sets the step of a paddle for every tick from now on. Invalid sides are ignored.
     void setPaddleInput(int side, int step);
     /// A player's start button: leaves the winner display, leaves the score display, or serves.
     void requestStart(int side);
-    /// Back to a new match, at once.
+    /// Starts a new match immediately.
     void resetMatch();
 
     /// Moves both paddles by their steps.
     void movePaddles();
-    /// Moves the ball by one step. Returns the side that scored with it, if one did.
+    /// Moves the ball by one step. Returns the side that scored, if any.
     std::optional<Side> moveBall();
     /// Whether a player has won; the match then waits for a start press.
     bool isOver() const;

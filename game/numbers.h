@@ -5,23 +5,21 @@
 #include <cmath>
 #include <limits>
 
-/// A number cut toward zero. What no int32 can hold becomes the nearest that it can; what is no
-/// number at all becomes `otherwise`.
+/// Truncates toward zero and clamps to the range of int32; NaN yields `otherwise`.
 template <class Float>
 inline qint32 truncated(Float value, qint32 otherwise = 0)
 {
     using Limits = std::numeric_limits<qint32>;
     constexpr auto least = static_cast<Float>(Limits::min());
-    if (value > least && value < -least) // what is no number is neither
+    if (value > least && value < -least) // false for NaN
         return static_cast<qint32>(value);
     if (std::isnan(value))
         return otherwise;
     return value > 0 ? Limits::max() : Limits::min();
 }
 
-/// The single-precision hypotenuse, rounded once: the mathematical libraries of different systems
-/// differ in its last bit, and a match has to replay to the bit on all of them. Infinite if either
-/// side is.
+/// The single-precision hypotenuse, rounded once: the math libraries of different systems differ in
+/// its last bit, and a match must replay to the bit on all of them. Infinite if either side is.
 inline float hypotenuse(float a, float b)
 {
     if (std::isinf(a) || std::isinf(b))

@@ -32,9 +32,9 @@ Pong::~Pong()
     emit killThread();
     if (workerThread) {
         workerThread->wait();
-        delete workerThread; // its own deleteLater waits for an event loop that may be over
+        delete workerThread; // a deleteLater() might find no event loop running
     }
-    // Whatever the last tick drew, the zone is left dark.
+    // Blank the zone, whatever the last tick drew.
     if (beyondState == BeyondReady) {
         bey->points.clear();
         bey->SendFrame();
@@ -78,7 +78,7 @@ void Pong::startTimers()
     tickTimer = new QTimer;
     tickTimer->setTimerType(Qt::PreciseTimer);
     tickTimer->setInterval(tickInterval);
-    // The timers stay on the GUI thread, and so does the decision whether something is posted.
+    // The timers stay on the GUI thread, which also decides whether anything is posted.
     connect(
         tickTimer, &QTimer::timeout, this, [this] { post(&Pong::UpdatePongDisplay, tickWaits); },
         Qt::DirectConnection);
@@ -124,8 +124,8 @@ void Pong::checkHost()
 
 void Pong::post(void (Pong::*step)(), Relaxed<bool> &waits)
 {
-    // What finds its like waiting is dropped: after a stall the ball goes on where it was instead
-    // of catching up, and the host is asked once.
+    // At most one of each is queued: after a stall the ball continues where it was instead of
+    // catching up, and the host is checked once.
     if (!waits.exchange(true))
         QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
 }

@@ -15,19 +15,19 @@ enum BeyondState : qint32 {
     BeyondReady = 2, ///< connected; frames are sent
 };
 
-/// The game: a match with a thread of its own, which steps it every 3 ms, draws every third step
-/// and looks after the laser host once a second.
+/// The game: a match with its own thread, which steps it every 3 ms, draws every third step and
+/// checks the laser host once a second.
 ///
-/// It is made and destroyed on the GUI thread and lives on the game thread after FirstLoad. The
-/// GUI thread talks to it by the operations and atomics of Match and by the operations below.
+/// Created and destroyed on the GUI thread; lives on the game thread after FirstLoad. The GUI
+/// thread uses only the operations and atomics of Match and the operations marked below.
 class Pong : public QObject, public Match
 {
     Q_OBJECT
 
 public:
-    /// Loads the host's library; everything else waits for FirstLoad, 100 ms later.
+    /// Loads the host's library. Everything else happens in FirstLoad, 100 ms later.
     explicit Pong(QObject *parent = nullptr);
-    /// Ends the game thread, leaves the laser dark and closes the session.
+    /// Ends the game thread, blanks the laser and closes the session.
     ~Pong() override;
 
     /// Switches the host's laser output. GUI thread.
@@ -39,25 +39,25 @@ public:
     /// The binding to the host, for its signal and its build number.
     const BadBey *binding() const { return bey; }
 
-    /// The check of the host that is made every second. Game thread.
+    /// Checks the host, once a second. Game thread.
     void checkHost();
-    /// One step of the ball, with the debug lines of a point scored. Game thread.
+    /// Moves the ball by one step; logs a scored point. Game thread.
     void stepBall();
 
 signals:
     /// Ends the game thread.
     void killThread();
-    /// The host was found or lost, or was looked for at the start.
+    /// The host was found or lost, or the first check was made.
     void beyCoStatus(BeyondState state);
 
 public slots:
-    /// Makes the timers and the thread, moves there and connects to the host. GUI thread, once.
+    /// Creates the timers and the thread, moves to it and connects to the host. GUI thread, once.
     void FirstLoad();
     /// One tick. Game thread.
     void UpdatePongDisplay();
 
 private:
-    /// Queues a tick or a check of the host to the game thread, unless one waits there.
+    /// Queues a tick or a host check to the game thread, unless one is already queued.
     void post(void (Pong::*step)(), Relaxed<bool> &waits);
     void startTimers();
     void startThread();

@@ -14,15 +14,15 @@ namespace {
 constexpr qint32 strokeEnd = 1;
 constexpr qint32 blankedTravel = 3;
 
-/// A place in the field that is still to be cut to whole units.
+/// A field position before truncation to integers.
 template <class Float>
 struct Place
 {
     Float x;
     Float y;
 
-    /// Whether the host can take a point there. To be asked before it is cut, so that nothing is
-    /// too large for that, or no number at all.
+    /// Whether the host accepts a point there. Check before truncating: also false for NaN and for
+    /// values that no int can hold.
     bool isInRange() const
     {
         const auto inRange = [](Float v) { return v > Float(-32769) && v < Float(32768); };
@@ -30,8 +30,7 @@ struct Place
     }
 };
 
-/// Adds points at the end of a stroke: room for all that may come is made once, because a stroke's
-/// points come many times a frame.
+/// Appends points to a stroke: reserves the maximum once, because this runs many times per frame.
 class PointWriter
 {
 public:
@@ -47,7 +46,7 @@ public:
     PointWriter(const PointWriter &) = delete;
     PointWriter &operator=(const PointWriter &) = delete;
 
-    /// Adds a point at a place that is in range.
+    /// Adds a point; `at` must be in range.
     template <class Float>
     void add(Place<Float> at)
     {
@@ -94,7 +93,7 @@ void addLinePoints(QList<FramePoint> &stroke, StrokeSize size, Point centre, int
         const auto step = static_cast<float>(i);
         return Place<float>{step * w / n - w * 0.5F + cx, step * h / n - h * 0.5F + cy};
     };
-    // Along a line each coordinate only rises or only falls: the ends speak for all between them.
+    // Both coordinates are monotonic along a line, so checking the ends suffices.
     const bool allInRange = at(0).isInRange() && at(evenSteps - 1).isInRange();
     for (int i = 0; i < evenSteps; ++i) {
         if (const Place<float> place = at(i); allInRange || place.isInRange())
@@ -132,7 +131,7 @@ void appendStroke(BadBey &bey, const QList<FramePoint> &stroke, int /*objectInde
 void addLine(
     BadBey &bey, StrokeSize size, Point centre, int color, int objectIndex, int steps, int mode)
 {
-    static QList<FramePoint> stroke; // kept from line to line of a stroke, and its storage for ever
+    static QList<FramePoint> stroke; // the lines of one stroke accumulate; never shrinks
     if (mode == LineSingle || mode == LineBegin)
         stroke.clear();
     if (steps == 0)
@@ -146,7 +145,7 @@ void addLine(
 
 void addCircle(BadBey &bey, int radius, Point centre, int color, int objectIndex, int steps)
 {
-    static QList<FramePoint> stroke; // only its storage is kept
+    static QList<FramePoint> stroke; // static only to reuse its storage
     stroke.clear();
     if (steps == 0)
         return;

@@ -7,11 +7,10 @@
 
 class BadBey;
 
-// The strokes of a frame. Each is appended to the point list of the binding, with blanked travel
-// before and after it. Points that the host could not take (outside -32768 ... +32767) are left
-// out of their stroke. The game thread alone draws.
+// The strokes of a frame. Each is appended to the binding's point list, with blanked travel before
+// and after it. Points outside the host's range (-32768 ... +32767) are omitted. Game thread only.
 
-/// Width and height in field units; a negative one draws in the other direction.
+/// Width and height in field units; a negative value reverses the drawing direction.
 struct StrokeSize
 {
     float w;
@@ -20,13 +19,13 @@ struct StrokeSize
 
 /// How a line joins its neighbours.
 enum LineMode : int {
-    LineContinue = -1, ///< goes on with the stroke begun before
-    LineSingle = 0, ///< a stroke of its own
+    LineContinue = -1, ///< continues the current stroke
+    LineSingle = 0, ///< a complete stroke
     LineBegin = 1, ///< begins a stroke of several lines
-    LineEnd = 2, ///< goes on with the stroke and finishes it
+    LineEnd = 2, ///< continues the current stroke and finishes it
 };
 
-/// What a stroke belongs to. It is told with every stroke and changes none of its points.
+/// The element that a stroke belongs to. Passed with every stroke; does not affect its points.
 enum ObjectIndex : int {
     LeftPaddleObject = 0,
     RightPaddleObject = 1,
@@ -39,30 +38,30 @@ enum ObjectIndex : int {
     WinnerObject = 8,
 };
 
-/// Adds a finished stroke between two blanked travel points; an empty one adds nothing. A list
-/// that has outgrown a frame is dropped.
+/// Appends a finished stroke between two blanked travel points; an empty stroke adds nothing. If
+/// the list then exceeds the largest frame, it is cleared.
 void appendStroke(BadBey &bey, const QList<FramePoint> &stroke, int objectIndex);
 
-/// A straight line about a centre, from (-w/2, -h/2) to (+w/2, +h/2), with steps + 1 points. No
-/// steps draw nothing; negative ones draw the end point alone.
+/// A straight line from (-w/2, -h/2) to (+w/2, +h/2) relative to its centre, with steps + 1 points.
+/// Zero steps draw nothing; a negative count draws only the end point.
 void addLine(
     BadBey &bey, StrokeSize size, Point centre, int color, int objectIndex, int steps, int mode);
 
-/// A circle, counter-clockwise from its rightmost point, with steps + 1 points. No steps draw
-/// nothing; negative ones draw the closing point alone.
+/// A circle, counter-clockwise from its rightmost point, with steps + 1 points. Zero steps draw
+/// nothing; a negative count draws only the closing point.
 void addCircle(BadBey &bey, int radius, Point centre, int color, int objectIndex, int steps);
 
-/// A rectangle, clockwise from its top left corner; a quarter of the steps a side.
+/// A rectangle, clockwise from its top left corner; each side gets a quarter of the steps.
 void addRect(BadBey &bey, StrokeSize size, Point centre, int color, int objectIndex, int steps);
 
-/// A digit in a cell 320 * scale wide and 640 * scale high; anything but 0 to 9 draws nothing.
+/// A digit in a cell 320 * scale wide and 640 * scale high; values other than 0 to 9 draw nothing.
 void addDigit(
     BadBey &bey, int digit, int scale, Point centre, int color, int objectIndex, int steps);
 
-/// PLAY, 608 * scale wide and 128 * scale high; the origin is at its left, half way up.
+/// PLAY, 608 * scale wide and 128 * scale high; the origin is the middle of its left edge.
 void addWinnerCaptionTop(
     BadBey &bey, int scale, Point origin, int color, int objectIndex, int steps);
 
-/// WINS, 528 * scale wide and 128 * scale high; the origin is at its left, half way up.
+/// WINS, 528 * scale wide and 128 * scale high; the origin is the middle of its left edge.
 void addWinnerCaptionBottom(
     BadBey &bey, int scale, Point origin, int color, int objectIndex, int steps);

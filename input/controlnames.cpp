@@ -15,7 +15,7 @@ struct Texts
     Q_DECLARE_TR_FUNCTIONS(PlayerControls)
 };
 
-/// The name of a message that has a channel, by the upper four bits of its status.
+/// The name of a channel message, by the upper four bits of its status.
 QString channelMessage(unsigned kind, unsigned number)
 {
     switch (kind) {
@@ -36,7 +36,7 @@ QString channelMessage(unsigned kind, unsigned number)
     }
 }
 
-/// The name of a message to all channels, if it has one.
+/// The name of a system message, if it has one.
 std::optional<QString> systemMessage(unsigned status)
 {
     switch (status) {
@@ -65,7 +65,7 @@ std::optional<QString> systemMessage(unsigned status)
     }
 }
 
-/// Whether a key is that of a character which can be seen.
+/// Whether a key stands for a printable character.
 bool isVisibleCharacter(uint key)
 {
     return key <= QChar::LastValidCodePoint && QChar::isPrint(key) && !QChar::isSpace(key);

@@ -4,8 +4,8 @@
 
 #include <QString>
 
-// What an operator calls a control that a player has learnt. The numbers come from the settings
-// file, so that they may be none that a device has; those are named by their numbers.
+// The names of learnt controls for the operator. The numbers come from the settings file and may
+// not belong to any real control; those are named by number.
 
 namespace controlnames {
 

@@ -11,20 +11,20 @@
 
 class QThread;
 
-/// The deflection below which a stick counts as centred, on the scale of the system's 32767.
+/// The dead zone: the deflection below which a stick counts as centred; full deflection is 32767.
 inline constexpr int stickDeadZone = 3000;
 
-/// A stick's value with the dead zone cut out: 0 within it, unchanged (not rescaled) outside.
+/// Applies the dead zone to a stick's value: 0 within it, unchanged (not rescaled) outside.
 constexpr SHORT withoutDeadZone(SHORT value)
 {
     return value > -stickDeadZone && value < stickDeadZone ? SHORT(0) : value;
 }
 
-/// Watches one gamepad and turns every change of a button or a stick into a signal. A pad that is
-/// unplugged reads as released and centred.
+/// Polls one gamepad and emits a signal for every change of a button or stick. An unplugged pad
+/// reads as released and centred.
 ///
-/// It is made, started, stopped and deleted on the GUI thread, and polls on a worker thread of its
-/// own, every 10 ms while started.
+/// Created, started, stopped and deleted on the GUI thread; polls on its own worker thread, every
+/// 10 ms while started.
 class CXBOXController : public QObject
 {
     Q_OBJECT
@@ -42,7 +42,7 @@ public:
         DPadDown,
         DPadLeft,
         DPadRight,
-        LeftTrigger, ///< pressed by the slightest pull
+        LeftTrigger, ///< any pull counts as pressed
         RightTrigger,
         LeftThumb,
         RightThumb,
@@ -53,17 +53,17 @@ public:
     enum controllerList { ThumbLX, ThumbLY, ThumbRX, ThumbRY };
     Q_ENUM(controllerList)
 
-    /// Player numbers count from 1: number n watches the pad of user index n - 1. The worker
-    /// thread starts when the event loop runs.
+    /// Player numbers count from 1: number n polls the pad of user index n - 1. The worker thread
+    /// starts when the event loop runs.
     explicit CXBOXController(unsigned playerNumber, QObject *parent = nullptr);
-    /// Waits for the poll under way.
+    /// Waits for a poll in progress.
     ~CXBOXController() override;
 
     /// Starts polling. GUI thread.
     void startPolling();
-    /// Stops polling; a poll may still be under way. GUI thread.
+    /// Stops polling; a poll may still be in progress. GUI thread.
     void stopPolling();
-    /// Reads the pad now; all zero when it is not connected. Any thread.
+    /// Reads the pad now; all zero if it is not connected. Any thread.
     XINPUT_STATE getState() const;
     /// Whether the pad is connected now. Any thread.
     bool isConnected() const;
@@ -76,23 +76,23 @@ signals:
     void killThread();
     /// A button was pressed or released. Emitted on the worker thread.
     void buttonXbox(buttonList index, bool pressed);
-    /// A stick has another value, 0 within the dead zone. Emitted on the worker thread.
+    /// A stick's value changed; 0 within the dead zone. Emitted on the worker thread.
     void controllerXbox(controllerList index, SHORT val);
 
 private slots:
     void FirstLoad();
-    /// One poll: reads the pad anew for each button and stick and reports what has changed.
+    /// One poll: reads the pad again for each button and stick and reports changes.
     void CheckStates();
 
 private:
-    /// Asks the worker for a poll unless one is waiting for it already. GUI thread.
+    /// Queues a poll to the worker unless one is already queued. GUI thread.
     void requestPoll();
 
-    XINPUT_STATE state = {}; ///< what the poll read last
+    XINPUT_STATE state = {}; ///< as last read by the poll
     QTimer pollTimer; ///< stays on the GUI thread
     std::unique_ptr<QThread> thread;
     quint32 controllerIndex;
-    std::array<bool, 16> buttonState = {}; ///< as reported last, by buttonList
-    std::array<SHORT, 4> axisValue = {}; ///< as reported last, by controllerList
-    Relaxed<bool> pollRequested = false; ///< a poll waits for the worker
+    std::array<bool, 16> buttonState = {}; ///< as last reported, by buttonList
+    std::array<SHORT, 4> axisValue = {}; ///< as last reported, by controllerList
+    Relaxed<bool> pollRequested = false; ///< a poll is queued to the worker
 };

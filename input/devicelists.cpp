@@ -13,15 +13,14 @@
 
 namespace {
 
-/// A stick has to be pushed this far to be learnt, so that a light touch or stick drift is not
-/// learnt.
+/// A stick must be pushed this far to be learnt, so that a light touch or stick drift is not.
 constexpr int learnDeflection = 25000;
 
 } // namespace
 
 void PlayerControls::fillMidiLists()
 {
-    // Filling a list chooses nothing.
+    // Filling the lists must not select a device.
     const QSignalBlocker left(players[Side::Left].ui.midiList);
     const QSignalBlocker right(players[Side::Right].ui.midiList);
     for (const Player &player : players) {
@@ -43,7 +42,7 @@ void PlayerControls::fillXboxLists()
         player.ui.xboxList->clear();
         player.ui.xboxList->addItem(WindowTexts::tr("Select XBox device"));
     }
-    // A list entry is the pad's number, so a gap ends the list.
+    // A list index is the pad's number, so the first gap ends the list.
     const auto nextPad = [this] {
         return std::make_unique<CXBOXController>(static_cast<unsigned>(xboxControllers.size() + 1));
     };
@@ -131,8 +130,7 @@ CXBOXController *PlayerControls::padOf(const Player &player) const
     return plays ? xboxControllers[index - 1] : nullptr;
 }
 
-// Both players may play on the same pad. Events that were queued before a player left it are
-// dropped.
+// Both players may share a pad. Events queued before a player left it are dropped.
 
 void PlayerControls::padPressed(const CXBOXController *pad, int button, bool pressed)
 {

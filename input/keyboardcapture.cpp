@@ -8,14 +8,14 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long the start key has to be left alone before it starts again; longer than the pause
-/// between the presses that a held key repeats.
+/// How long the start key must be idle before it counts as pressed again; longer than the
+/// auto-repeat interval of a held key.
 constexpr auto startPause = 100ms;
 
 constexpr int fullUp = 32767;
 constexpr int fullDown = -32768;
 
-/// Whether the release of held keys will go to another window.
+/// Whether another window will receive the release of held keys.
 bool losesKeys(const QEvent *event)
 {
     return event->type() == QEvent::WindowDeactivate
@@ -33,7 +33,7 @@ bool PlayerControls::captureKey(const QEvent *event)
         return false;
     const auto *keyEvent = static_cast<const QKeyEvent *>(event);
     const auto key = static_cast<uint>(keyEvent->key());
-    if (key == 0) // a key without a code cannot be told from "not learnt"
+    if (key == 0) // 0 means "not learnt"
         return false;
     for (Player &player : players) {
         if (!player.ui.keyboardRadio->isChecked())
@@ -68,7 +68,7 @@ void PlayerControls::pressStart(Player &player)
         player.startTimer = std::make_unique<QTimer>();
         player.startTimer->setSingleShot(true);
     }
-    // Every press restarts the timer, so that a held key, which repeats, starts once.
+    // Every press restarts the timer, so a held, repeating key starts only once.
     if (!player.startTimer->isActive())
         pong.requestStart(sideNumber(player.side));
     player.startTimer->start(startPause);
@@ -78,7 +78,7 @@ bool PlayerControls::releaseKey(const Player &player, uint key, bool autoRepeat)
 {
     if (key != player.upKey && key != player.downKey)
         return false;
-    // Some systems report a held key as released and pressed again and again.
+    // Some systems report auto-repeat as repeated releases and presses.
     if (!autoRepeat)
         stopPaddle(player);
     return true;

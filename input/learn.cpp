@@ -49,7 +49,7 @@ void PlayerControls::learnOrCancel(Control control, Side side)
     } else {
         learning = wanted;
         // The stick or key that holds a paddle may be the one being rebound; its release would
-        // then be missed. A MIDI control has no release: the paddle goes on.
+        // then be missed. A MIDI control has no release, so the paddle keeps moving.
         if (control != Control::Start && players[side].mode() != ControlMode::Midi)
             stopPlayersOf(players[side]);
     }

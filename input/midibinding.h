@@ -4,8 +4,8 @@
 
 #include <optional>
 
-/// The message that a player's control was learnt from. Status 0 means not learnt. The numbers
-/// come from the settings file, so that they may be none that a message can carry.
+/// The message that a control was learnt from. Status 0 means not learnt. The numbers come from the
+/// settings file and may exceed what a message can carry.
 struct MidiBinding
 {
     unsigned status = 0;
@@ -17,23 +17,23 @@ struct MidiBinding
     {
         return isLearnt() && message.status == status;
     }
-    /// Whether a message has both learnt bytes; its value is free.
+    /// Whether a message has both learnt bytes, with any value.
     constexpr bool matches(const MidiMessage &message) const
     {
         return matchesStatus(message) && message.number == number;
     }
 };
 
-/// What a message does for the player whose device sent it.
+/// The effect of a message for the player whose device sent it.
 struct MidiAction
 {
     std::optional<int> paddleInput; ///< the paddle's new step per tick, -64 ... +63
-    bool start = false; ///< whether a start is requested, with whatever value came
+    bool start = false; ///< whether a start is requested; the value is ignored
 };
 
-/// Matches a message against a player's two bindings; it may serve both at once. With
-/// `fourteenBits` the status alone selects the move message and the step is its first data byte:
-/// such a controller sends the coarse half of its position there.
+/// Matches a message against a player's two bindings; it may match both. With `fourteenBits` the
+/// status alone identifies the move message, and the step is its first data byte: such a controller
+/// sends the coarse half of its position there.
 constexpr MidiAction midiActionFor(const MidiBinding &move, const MidiBinding &start,
     bool fourteenBits, const MidiMessage &message)
 {

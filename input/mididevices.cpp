@@ -12,14 +12,14 @@ MidiDevIn midiInRight;
 
 namespace {
 
-/// The text of a field that ends with a zero or with itself.
+/// The text of a field that is NUL-terminated unless full.
 QString productName(std::span<const char> field)
 {
     return QString::fromUtf8(
         field.data(), std::distance(field.begin(), std::find(field.begin(), field.end(), '\0')));
 }
 
-/// The number of the first device of that exact name, or -1.
+/// The index of the first device of that exact name, or -1.
 template <class Device>
 int deviceNamed(const QString &name)
 {

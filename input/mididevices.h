@@ -12,7 +12,7 @@
 
 class QThread;
 
-/// What MIDI input and output devices have in common: to be one. GUI thread.
+/// Common base class of the MIDI devices. GUI thread.
 class midi : public QObject
 {
     Q_OBJECT
@@ -21,12 +21,12 @@ public:
     midi();
 };
 
-/// A MIDI input device of the system. It lives on the GUI thread, which opens and closes it; its
-/// messages come on a thread of the system and leave as the signal midiReceived, which queued
-/// connections carry on.
+/// A MIDI input device of the system. It lives on the GUI thread, which opens and closes it;
+/// messages arrive on a system thread and are emitted as midiReceived; connect with a queued
+/// connection.
 ///
-/// A device that is opened while another one is open overwrites the other's handle: the other
-/// stays open and is silent.
+/// Opening a device while another one is open overwrites the other's handle: the other device stays
+/// open but silent.
 class MidiDevIn : public midi
 {
     Q_OBJECT
@@ -38,42 +38,41 @@ public:
 
     /// The number of input devices.
     static unsigned deviceCount();
-    /// The product name of device `index`, or an empty string when there is none or the system
-    /// fails to tell it.
+    /// The product name of device `index`; empty if there is none or the system reports an error.
     static QString deviceNameAt(int index);
 
-    /// Opens device `index`; its messages flow from start() on. `instance` goes to the callback,
-    /// which has no use for it. Returns the system's result; a failure changes nothing.
+    /// Opens device `index`; messages flow after start(). `instance` is passed to the callback,
+    /// which ignores it. Returns the system's result; a failure changes nothing.
     MMRESULT open(unsigned index, void *instance);
-    /// Opens the first device of that exact name. Returns 0 without opening anything when there is
-    /// none, so that only getDeviceIndex tells.
+    /// Opens the first device of that exact name. If there is none, returns 0 and opens nothing;
+    /// check getDeviceIndex.
     MMRESULT open(const QString &name, void *instance);
-    /// Lets messages flow. Returns the system's result.
+    /// Starts message input. Returns the system's result.
     MMRESULT start();
-    /// Holds messages back. Harmless without an open device.
+    /// Stops message input. Harmless without an open device.
     void stop();
     /// Closes the device and returns the system's result. getHandle keeps its value.
     MMRESULT close();
 
-    /// The handle of the device opened last, open or not; null before the first. Any thread.
+    /// The handle of the last opened device, open or not; null before the first. Any thread.
     HMIDIIN getHandle() const;
-    /// The number of the open device, -1 when none is.
+    /// The index of the open device, -1 if none is.
     int getDeviceIndex() const;
-    /// The product name of the open device, empty when none is.
+    /// The product name of the open device, empty if none is.
     QString getDeviceName() const;
 
-    /// One of three spare bytes; an `i` beyond them means the last.
+    /// One of three spare bytes; a larger `i` means the last.
     unsigned char byteAt(unsigned i) const;
-    /// Writes one of the three spare bytes; an `i` beyond them means the last.
+    /// Writes one of the three spare bytes; a larger `i` means the last.
     void setByteAt(unsigned i, unsigned char v);
 
-    /// Moves this object to a thread of its own, once. Messages come without it too.
+    /// Moves this object to its own thread, once. Messages arrive without it too.
     void startThread();
 
 signals:
-    /// A short message of any kind came: `play` is the side of the player whose device sent it,
-    /// 0 left, 1 right; `data1` the status byte with its channel, `data2` and `data3` the data
-    /// bytes. Emitted on the system's callback thread.
+    /// A short message of any kind arrived: `play` is the side of the player whose device sent it,
+    /// 0 left, 1 right; `data1` is the status byte with its channel, `data2` and `data3` are the
+    /// data bytes. Emitted on the system's callback thread.
     void midiReceived(int play, unsigned char data1, unsigned char data2, unsigned char data3);
     void startMonitoring();
     void killThread();
@@ -94,14 +93,13 @@ class MidiDevOut : public midi
 public:
     /// The number of output devices.
     static unsigned deviceCount();
-    /// The product name of device `index`, or an empty string when there is none or the system
-    /// fails to tell it.
+    /// The product name of device `index`; empty if there is none or the system reports an error.
     static QString deviceNameAt(int index);
 
     /// Opens device `index`. Returns the system's result; a failure changes nothing.
     MMRESULT open(unsigned index);
-    /// Opens the first device of that exact name. Returns 0 without opening anything when there is
-    /// none, so that only getDeviceIndex tells.
+    /// Opens the first device of that exact name. If there is none, returns 0 and opens nothing;
+    /// check getDeviceIndex.
     MMRESULT open(const QString &name);
     /// Closes the device and returns the system's result. getHandle keeps its value.
     MMRESULT close();
@@ -109,9 +107,9 @@ public:
     MMRESULT sendShortMessage(unsigned char status, unsigned char data1, unsigned char data2);
 
     HMIDIOUT getHandle() const;
-    /// The number of the open device, -1 when none is.
+    /// The index of the open device, -1 if none is.
     int getDeviceIndex() const;
-    /// The product name of the open device, empty when none is.
+    /// The product name of the open device, empty if none is.
     QString getDeviceName() const;
 
 private:
@@ -120,14 +118,14 @@ private:
     QString deviceName;
 };
 
-/// The devices of the two players. They exist before main and outlive everything in it.
+/// The devices of the two players. Constructed before main, destroyed after it.
 extern MidiDevIn midiInLeft;
 extern MidiDevIn midiInRight;
 
-/// What the system calls with the messages of an open device, on a thread of its choice. Passes
-/// short messages on and leaves everything else.
+/// Called by the system with the messages of an open device, on a thread of its choice. Handles
+/// short messages and ignores everything else.
 void CALLBACK midiInCallback(
     HMIDIIN handle, UINT message, DWORD_PTR instance, DWORD_PTR parameter1, DWORD_PTR parameter2);
-/// Emits midiReceived on the device that holds `handle`, the left one first; drops the message
-/// when none does. On the callback's thread.
+/// Emits midiReceived on the device with that `handle`, checking the left one first; drops the
+/// message if neither has it. Called on the callback's thread.
 void dispatchMidiMessage(HMIDIIN handle, const MidiMessage &message);

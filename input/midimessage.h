@@ -10,8 +10,8 @@ struct MidiMessage
     unsigned char value = 0; ///< the second data byte: velocity or controller value
 };
 
-/// Unpacks a short message as the system hands it over: status in the low byte, then the two
-/// data bytes; what lies above them means nothing. Any thread.
+/// Unpacks a short message from the system's word: status in the low byte, then the two data bytes;
+/// the top byte is ignored. Any thread.
 constexpr MidiMessage decodeMidiWord(std::uint32_t word)
 {
     return {

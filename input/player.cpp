@@ -127,7 +127,7 @@ void Player::showBindings(const QSettings &store)
     case ControlMode::Xbox: {
         const bool chosen = ui.xboxList->currentIndex() > 0;
         const auto ifLearnt = [&](const SettingOfSides<int> &setting, const QString &name) {
-            // Play falls back to the first button and stick, but they do not count as learnt.
+            // The defaults, the first button and stick, work but do not count as learnt.
             const int learnt = settings::read(store, Setting<int>{setting[side].key, -1});
             return learnt == -1 ? std::nullopt : std::optional(name);
         };

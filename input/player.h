@@ -22,7 +22,7 @@ enum class ControlMode { Midi, Xbox, Keyboard };
 
 /// The name of a mode in the settings file.
 QLatin1StringView controlModeName(ControlMode mode);
-/// The mode of a name in the settings file: the keyboard unless it is another mode's exact name.
+/// The mode of a name in the settings file; the keyboard if the name matches no other mode exactly.
 ControlMode controlModeNamed(const QString &name);
 
 /// The widgets of the operator's window that belong to one player.
@@ -56,17 +56,17 @@ struct Player
     uint downKey = 0;
     uint startKey = 0;
 
-    /// Runs while the start key counts as held; made at its first press.
+    /// Runs while the start key counts as held; created at its first press.
     std::unique_ptr<QTimer> startTimer = nullptr;
-    // In force since the last change, to notice the next one.
+    // As last applied, to detect changes.
     ControlMode appliedMode = ControlMode::Xbox;
     const CXBOXController *appliedPad = nullptr;
 
-    /// The mode that the radio buttons show.
+    /// The mode selected by the radio buttons.
     ControlMode mode() const;
     /// Checks the radio button of a mode.
     void showMode(ControlMode mode);
-    /// Enables and shows the widgets that a mode needs, and no others.
+    /// Enables and shows only the widgets that a mode needs.
     void showWidgetsOf(ControlMode mode);
     /// The paddle's step per tick for a deflection of -32768 ... 32767, by the sensitivity slider.
     int paddleInput(int deflection) const;
@@ -75,6 +75,6 @@ struct Player
     void loadBindings(const QSettings &store);
     /// Reads the learnt gamepad button and stick.
     void loadPadBindings(const QSettings &store);
-    /// Shows on the learn buttons whether they can be used and whether their controls are learnt.
+    /// Updates the learn buttons: enabled or not, and whether their controls are learnt.
     void showBindings(const QSettings &store);
 };

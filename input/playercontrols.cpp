@@ -57,7 +57,7 @@ void PlayerControls::applyControlMode(Player &player)
         player.ui.midiList->setCurrentIndex(0);
         QCoreApplication::processEvents();
     }
-    // Another mode may have been chosen, and applied, in the meantime.
+    // Another mode may have been chosen and applied meanwhile.
     player.showWidgetsOf(player.mode());
 }
 

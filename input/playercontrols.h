@@ -11,16 +11,15 @@ class CXBOXController;
 class Pong;
 class QEvent;
 
-/// A control that a player can have learnt.
+/// A learnable control of a player.
 enum class Control { Move, Start, Up, Down };
 
-/// No side at all, where the number of a side could be: nothing is being learnt.
+/// In place of a side's number: nothing is being learnt.
 inline constexpr int noSide = 2;
 
 /// Maps the controllers of both players (MIDI devices, gamepads, keyboard) to the paddles and the
-/// serve, and learns their controls. It has the players' widgets, fills their device lists, and
-/// owns the gamepad pollers. All of it runs on the GUI thread; connect signals of other threads
-/// queued.
+/// serve, and learns their controls. Uses the players' widgets, fills their device lists, and owns
+/// the gamepad pollers. GUI thread only; use queued connections from other threads.
 class PlayerControls : public QObject
 {
     Q_OBJECT
@@ -36,45 +35,46 @@ public:
     /// Stores the sensitivities.
     void writeSettings();
 
-    // Devices. The lists are filled once, before any of the operations below.
+    // Devices. Fill the lists once, before any of the operations below.
 
     /// Lists the system's MIDI input devices for both players.
     void fillMidiLists();
-    /// Lists the unbroken run of connected gamepads from the first one on, and makes their pollers.
+    /// Lists the connected gamepads from the first one up to the first gap, and creates their
+    /// pollers.
     void fillXboxLists();
     /// A MIDI device was chosen (from 1), or none (0): closes or opens and starts it. A device that
     /// cannot be opened is logged and its list returns to no device.
     void chooseMidiDevice(Side side, int entry);
-    /// Stores and shows the control modes that the radio buttons have, and closes what they do not
-    /// use. Processes events.
+    /// Stores and shows the control modes selected by the radio buttons, and closes devices that
+    /// they do not use. Processes events.
     void applyControlMode();
-    /// Reads the gamepad bindings again and polls the gamepads that are in use, and no others.
+    /// Rereads the gamepad bindings and polls only the gamepads that are in use.
     void xboxChanged();
     /// Deletes the pollers from the last to the first.
     void releaseGamepads();
-    /// Stops and closes the open MIDI devices, so that no message comes any more.
+    /// Stops and closes the open MIDI devices; no message arrives afterwards.
     void closeMidiDevices();
 
     // Controller events.
 
-    /// A MIDI message of a player's device: learnt, or played. Other numbers than those of sides
-    /// are ignored.
+    /// Handles a MIDI message from a player's device: learnt, or played. Ignored if `play` is not a
+    /// side.
     void readMidiData(int play, unsigned char data1, unsigned char data2, unsigned char data3);
-    /// A key event of any of the window's widgets: learnt, or played. Returns whether it was used;
-    /// other events never are.
+    /// Handles a key event of any widget of the window: learnt, or played. Returns whether it was
+    /// used; other events are ignored.
     bool captureKey(const QEvent *event);
 
     // Learning. At most one control of one side is being learnt at a time.
 
-    /// Begins to learn a control, or cancels it if it is the one being learnt.
+    /// Starts learning a control, or cancels if that control is being learnt.
     void learnOrCancel(Control control, Side side);
-    /// Stops learning, without showing it.
+    /// Stops learning without updating the buttons.
     void cancelLearn();
     /// Stores a learnt gamepad button (a CXBOXController::buttonList).
     void xboxSetStartSource(int button, Side side);
     /// Stores a learnt gamepad stick (a CXBOXController::controllerList).
     void xboxSetControllerSource(int control, Side side);
-    /// Reads the bindings again and shows them on the learn buttons.
+    /// Rereads the bindings and updates the learn buttons.
     void refreshLearnButtons();
 
     // The side whose control is being learnt: 0, 1 or noSide.

@@ -14,10 +14,10 @@
 
 namespace {
 
-/// More zones than any host has; a number beyond it is a mistake that must not fill the memory.
+/// More zones than any host has; a larger count is an error that must not exhaust memory.
 constexpr int mostZones = 1000;
 
-/// Shows on a checkable button what its next click does, coloured by what is on now.
+/// Labels a checkable button with the effect of its next click, coloured by its present state.
 void showState(QPushButton *button, const QString &textWhenOn, const QString &textWhenOff)
 {
     button->setText(button->isChecked() ? textWhenOn : textWhenOff);
@@ -53,7 +53,7 @@ void LaserControls::chooseZone(int entry)
 
 void LaserControls::RefreshZoneList(bool noZones)
 {
-    QSignalBlocker rebuilding(ui.zoneComboBox); // which chooses no zone
+    QSignalBlocker rebuilding(ui.zoneComboBox); // rebuilding the list must not select a zone
     ui.zoneComboBox->clear();
     ui.zoneComboBox->addItem(WindowTexts::tr("Select laser zone"));
     if (!noZones) {
@@ -64,7 +64,7 @@ void LaserControls::RefreshZoneList(bool noZones)
             ui.zoneComboBox->addItem(WindowTexts::tr("BEYOND Zone ") + QString::number(k));
     }
     rebuilding.unblock();
-    // Asked a second time, the host may have zones that are not listed yet.
+    // The second answer may differ; select only a zone that is listed.
     if (pong.zoneCount() > 0 && ui.zoneComboBox->count() > 1)
         ui.zoneComboBox->setCurrentIndex(1);
 }
@@ -81,7 +81,7 @@ void LaserControls::RefreshBeyondStatus(BeyondState beState)
             WindowTexts::tr("BEYOND Not Started - Please Start BEYOND build 1614 or above"));
         looks::apply(ui.statusLabel, looks::hostNotReady);
     }
-    // Clicks, so that the buttons, the game and the host's output all end as if the operator had
+    // Click the buttons, so that they, the game and the host's output end up as if the operator had
     // switched them off.
     if (pong.gameShown)
         ui.showButton->click();

@@ -18,29 +18,29 @@ struct LaserWidgets
     QLabel *statusLabel;
 };
 
-/// What the operator decides about the laser: its output, whether the game is shown, and in which
-/// zone. Shows the state of the host, without which none of it can be used. GUI thread.
+/// The operator's laser controls: output, whether the game is shown, and in which zone. Shows the
+/// state of the host and disables the controls without one. GUI thread.
 class LaserControls : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Neither the widgets nor the game are owned; they outlive this object.
+    /// Takes no ownership; the widgets and the game must outlive this object.
     LaserControls(const LaserWidgets &widgets, Pong &pong);
 
-    /// Switches the host's output to what the output button shows.
+    /// Switches the host's output according to the output button.
     void switchOutput();
-    /// Shows or hides the game as the game button says.
+    /// Shows or hides the game according to the game button.
     void showGame();
-    /// Sends the frames to the zone of a list entry; the first entry is none.
+    /// Sends the frames to the zone of a list entry; the first entry means no zone.
     void chooseZone(int entry);
-    /// Lists the host's zones, or none, and selects the first one if there is one.
+    /// Lists the host's zones, or none, and selects the first one if any.
     void RefreshZoneList(bool noZones);
-    /// Shows the state of the host. Without a host the game is hidden and the output is off.
+    /// Shows the state of the host. Without a host, hides the game and switches the output off.
     void RefreshBeyondStatus(BeyondState beState);
 
 signals:
-    /// The game is shown or hidden, by the operator or because the host is lost.
+    /// The game was shown or hidden, by the operator or because the host was lost.
     void gameShownChanged(bool shown);
 
 private:

@@ -1,5 +1,5 @@
-// Writes what the maker uploads so that every program in the field finds a new version: the version
-// file and the installer, under the names and in the folder where the update check looks for them.
+// Writes the files that the maker uploads to publish a version: the version file and the installer,
+// with the names and in the folder that the update check expects.
 
 #include "ownversion.h"
 #include "versionfile.h"
@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Tells why nothing is published.
+/// Reports why nothing is published.
 std::nullopt_t refuse(const QString &why)
 {
     QTextStream(stderr) << "Nothing is published: " << why << Qt::endl;
@@ -41,7 +41,7 @@ bool save(const QString &path, const QByteArray &bytes)
     return false;
 }
 
-/// What the changelog says about a version.
+/// A version's entry in the changelog.
 struct Entry
 {
     QString version;
@@ -49,7 +49,7 @@ struct Entry
     QString notes;
 };
 
-/// The newest entry, which is the first: "## 1.02 - 2027-03-01" and the lines below it.
+/// The newest entry, the first one: "## 1.02 - 2027-03-01" and the lines below it.
 std::optional<Entry> newestEntry(const QString &changelog)
 {
     static const QRegularExpression anyHeading(u"^## .*$"_s, QRegularExpression::MultilineOption);
@@ -69,7 +69,7 @@ std::optional<Entry> newestEntry(const QString &changelog)
         .notes = changelog.sliced(begin, end - begin).trimmed()};
 }
 
-/// The version file of `entry`, which the program's own reader must read back as it was meant.
+/// The version file of `entry`.
 std::optional<QByteArray> versionFileOf(const Entry &entry)
 {
     if (entry.notes.isEmpty())

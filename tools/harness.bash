@@ -1,19 +1,19 @@
-# Sourced by what rehearses without a person: an X server, the two programs on it, real keys.
+# Sourced by scripts that rehearse unattended: an X server, both programs on it, real key presses.
 
 stage_processes=()
 
-# stage_end: ends every process that was started here, the youngest first.
+# stage_end: ends every process started here, the newest first.
 stage_end() {
     local i
     for ((i = ${#stage_processes[@]} - 1; i >= 0; --i)); do
         kill "${stage_processes[i]}" 2>/dev/null || continue
-        # However it ends: a failure here would leave the others running.
+        # Ignore its status: a failure here would leave the others running.
         wait "${stage_processes[i]}" 2>/dev/null || true
     done
     stage_processes=()
 }
 
-# stage_fail MESSAGE: says why the rehearsal failed, with what the programs said, and ends it.
+# stage_fail MESSAGE: prints why the rehearsal failed and the programs' output, and exits.
 stage_fail() {
     echo "Failed: $1" >&2
     local file
@@ -23,8 +23,8 @@ stage_fail() {
     exit 1
 }
 
-# stage_start NAME COMMAND...: starts a process in the stage's folder; what it says goes to NAME.out.
-# Its number is in $stage_started afterwards.
+# stage_start NAME COMMAND...: starts a process in the folder $stage, with its output in NAME.out, and
+# sets $stage_started to its process ID.
 stage_start() {
     local name=$1
     shift
@@ -33,7 +33,7 @@ stage_start() {
     stage_processes+=("$stage_started")
 }
 
-# stage_until SECONDS COMMAND...: waits until a command succeeds; fails when it never does.
+# stage_until SECONDS COMMAND...: waits until a command succeeds; fails after that time.
 stage_until() {
     local tries=$(($1 * 20))
     shift
@@ -43,8 +43,8 @@ stage_until() {
     done
 }
 
-# stage_until_running PROCESS FILE: waits until a rehearsal host says in FILE that it is running;
-# fails when it ends before or does not get that far within a minute.
+# stage_until_running PROCESS FILE: waits until a rehearsal host reports in FILE that it is running;
+# fails if it exits first, or after a minute.
 stage_until_running() {
     local tries=1200
     until grep -q '^The rehearsal host is running' "$2" 2>/dev/null; do
@@ -53,8 +53,8 @@ stage_until_running() {
     done
 }
 
-# stage_screen: an X server of our own, on whatever display is free. It does not reset itself when a
-# client leaves as the last one: whoever came just then would be turned away.
+# stage_screen: starts an X server on a free display. It must not reset when its last client
+# disconnects, because a client that connects at that moment would be refused.
 stage_screen() {
     unset WAYLAND_DISPLAY
     export QT_QPA_PLATFORM=xcb
@@ -67,8 +67,8 @@ stage_screen() {
     export DISPLAY
 }
 
-# stage_window TITLE: the number of the window with that title, once there is one. A look fails when
-# some window goes just then, and is repeated.
+# stage_window TITLE: waits for a window with that title and prints its ID. The search fails if some
+# window closes meanwhile, and is repeated.
 stage_window() {
     local tries=800 found
     until found=$(xdotool search --onlyvisible --name "$1" 2>/dev/null); do
@@ -83,18 +83,18 @@ stage_logged() {
     grep -qF -- "$1" "$stage/rallyvane.log"
 }
 
-# stage_scores: the score that the game logged last.
+# stage_scores: prints the last score that the game logged.
 stage_scores() {
     grep -o "Score LR = .*" "$stage/rallyvane.log" | tail -n 1
 }
 
-# stage_dump RECORDING HOST...: a recording as text, which may still grow. HOST is the command that
-# starts the rehearsal host.
+# stage_dump RECORDING HOST...: prints a recording, possibly still growing, as text. HOST is the
+# command that starts the rehearsal host.
 stage_dump() {
     "${@:2}" --open "$1" --dump 2>>"$stage/dump.out" || true
 }
 
-# stage_pace COUNT: how fast the frames of COUNT points followed each other in a dump.
+# stage_pace COUNT: prints the rate of the frames with COUNT points in a dump.
 stage_pace() {
     awk -v count="$1" '
         $1 != "frame" { next }
@@ -104,7 +104,7 @@ stage_pace() {
     '
 }
 
-# stage_keys KEY...: presses and releases real keys, slowly enough for two presses to be two.
+# stage_keys KEY...: presses and releases keys, slowly enough for presses not to merge.
 stage_keys() {
     local key
     for key in "$@"; do
@@ -120,8 +120,8 @@ stage_hold() {
     xdotool keyup "$1"
 }
 
-# stage_keyboard_settings: settings of a game in the stage's folder in which both players use the
-# keyboard: d, w, s and the arrow keys right, up, down to start and to move up and down.
+# stage_keyboard_settings: writes the game's settings in $stage, with both players on the keyboard:
+# d, w, s and the arrow keys right, up, down to start and to move up and down.
 stage_keyboard_settings() {
     cat >"$stage/.pong" <<'EOF'
 [General]
@@ -136,7 +136,7 @@ KeyboardDownR=16777237
 EOF
 }
 
-# stage_brightness PICTURE: its mean brightness, 0 to 65535.
+# stage_brightness PICTURE: prints its mean brightness, 0 to 65535.
 stage_brightness() {
     convert "$1" -colorspace Gray -format '%[fx:round(mean*65535)]' info:
 }

@@ -1,5 +1,4 @@
-# Sourced by the project's commands: the Debian packages that each of them needs, and how they are
-# installed.
+# Sourced by the project's commands: the Debian packages that each one needs, and their installation.
 
 build_packages=(
     g++ cmake ninja-build pkg-config
@@ -18,9 +17,9 @@ windows_packages=(
     g++-mingw-w64-x86-64-posix qt6-base-dev-tools nsis zip librsvg2-bin icoutils
 )
 wine_packages=(wine wine64 unzip "${headless_packages[@]}" openssl)
-# For building Qt for Windows, beside the above.
+# In addition, for building Qt for Windows.
 windows_qt_packages=(dpkg-dev perl patch xz-utils)
-# The cross compiler's headers let the sources of the Windows program be analysed too.
+# Includes the cross compiler's headers, for analysing the sources of the Windows program.
 lint_packages=(clang-format clang-tidy clazy g++-mingw-w64-x86-64-posix)
 
 # need PACKAGE...: installs the missing ones, using sudo only if needed.

@@ -1,13 +1,13 @@
-# Sourced after harness.bash by what plays the game with real keys: what an operator and two players
-# do, from a start without settings. Tab moves through the window in the order of its controls, so
-# neither fonts nor sizes matter. The game's window has the keyboard.
+# Sourced after harness.bash by scripts that play the game with real key presses, as an operator and
+# two players, starting without settings. Tab moves through the controls in order, so fonts and sizes
+# do not matter. The game's window must have the keyboard focus.
 
-# stage_show_game: laser output on, game shown.
+# stage_show_game: enables laser output and shows the game.
 stage_show_game() {
     stage_keys Tab space Tab space
 }
 
-# stage_learn_keys: after stage_show_game, the keyboard for both players: start, up and down are
+# stage_learn_keys: after stage_show_game, sets both players to the keyboard: start, up and down are
 # d, w and s on the left, Right, Up and Down on the right.
 stage_learn_keys() {
     stage_keys Tab Tab Tab Tab Down Down            # zone, speed, reset, left: the keyboard
@@ -16,8 +16,8 @@ stage_learn_keys() {
     stage_keys Tab space Right Tab space Up Tab space Down
 }
 
-# stage_play_point COMMAND...: with the learnt keys, left serves and wins a point. The command is
-# run while the ball flies.
+# stage_play_point COMMAND...: with the learnt keys, left serves and wins a point. Runs COMMAND while
+# the ball is in flight.
 stage_play_point() {
     stage_keys d                                    # leave the score display
     stage_hold w 1.6                                # out of the right paddle's reach

@@ -1,7 +1,7 @@
 # Sourced by the project's commands.
 
-# quietly NAME COMMAND...: runs a command with its output in NAME.log in the folder $logs, and shows
-# the output only if the command fails, which ends the script.
+# quietly NAME COMMAND...: runs a command with its output in $logs/NAME.log. If the command fails,
+# shows the output and exits.
 logs=build
 quietly() {
     local log=$logs/$1.log

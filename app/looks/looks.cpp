@@ -6,11 +6,10 @@
 
 namespace {
 
-/// How much of a disabled button shows over what is behind it: enough that the text keeps a
-/// contrast of 3 : 1 to the button.
+/// The opacity of a disabled button: high enough that its text keeps a contrast of 3 : 1.
 constexpr qreal disabledOpacity = 0.6;
 
-/// Fades its widget, which owns it, while that is disabled.
+/// Fades its widget, which owns it, while the widget is disabled.
 class DisabledFade : public QGraphicsOpacityEffect
 {
 public:
@@ -61,7 +60,7 @@ void apply(QWidget *widget, QLatin1StringView look)
 
 void fadeWhileDisabled(QPushButton *button)
 {
-    // The system's text of a disabled button is grey, which on a coloured one is hard to read.
+    // The system greys a disabled button's text, which is hard to read on a coloured button.
     QPalette palette = button->palette();
     palette.setColor(QPalette::Disabled, QPalette::ButtonText,
         palette.color(QPalette::Active, QPalette::ButtonText));

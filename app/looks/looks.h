@@ -5,7 +5,7 @@
 class QPushButton;
 class QWidget;
 
-// The colours of the operator's window that change or that the form does not set. GUI thread.
+// Colours of the operator's window that change, or that the form does not set. GUI thread.
 
 namespace looks {
 
@@ -19,15 +19,14 @@ extern const QLatin1StringView switchedOff;
 /// The status of a host that is ready, or not.
 extern const QLatin1StringView hostReady;
 extern const QLatin1StringView hostNotReady;
-/// A check box, for which the form's style has no rule: by the system's it is dark on dark.
+/// A check box; the form's style has no rule for one, and the system's would be dark on dark.
 extern const QLatin1StringView checkBox;
 
-/// Sets the style sheet of `widget` if it has another one: setting one is slow even if nothing
-/// changes.
+/// Sets the style sheet of `widget` if it differs: setting one is slow even if nothing changes.
 void apply(QWidget *widget, QLatin1StringView look);
 
-/// Shows `button` faded, its text legible, whenever it is disabled: no rule for that is in its
-/// style sheets, or only one for the background. Once for each button; an enabled one pays nothing.
+/// Shows `button` faded but legible whenever it is disabled; its style sheets have no rule for
+/// that, or only one for the background. Call once per button; costs nothing while it is enabled.
 void fadeWhileDisabled(QPushButton *button);
 
 } // namespace looks

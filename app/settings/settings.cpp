@@ -21,11 +21,11 @@ QByteArray contentOf(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Replaces a file whole, or returns false and leaves it as it was.
+/// Replaces a file atomically, or returns false and leaves it unchanged.
 bool replaceFile(const QString &name, const QByteArray &content)
 {
     QSaveFile file(name);
-    // Flushed on its own, because the commit does not notice when a full disk cuts the last bytes.
+    // Flushed explicitly: commit() does not notice if a full disk truncates the last bytes.
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush()
         && file.commit();
 }
@@ -38,11 +38,11 @@ bool keepCopy(const QByteArray &content)
     return true;
 }
 
-/// A store with the settings of an INI text and no file to write to.
+/// A store with the settings of an INI text, backed by no writable file.
 std::unique_ptr<QSettings> inMemory(const QByteArray &iniText)
 {
     qDebug("The settings file is damaged and cannot be copied; changes will not be kept");
-    // QSettings needs a name. This one is among the program's resources, which are read-only.
+    // QSettings needs a file name. This one is a program resource, which is read-only.
     auto store = std::make_unique<QSettings>(u":/.pong"_s, QSettings::IniFormat);
     QTemporaryFile file;
     if (file.open() && file.write(iniText) == iniText.size() && file.flush()) {
@@ -77,7 +77,7 @@ std::unique_ptr<QSettings> open()
     if (isTyped && !(keepCopy(content) && replaceFile(fileName, plain)))
         return inMemory(plain);
     auto store = std::make_unique<QSettings>(QString(fileName), QSettings::IniFormat);
-    store->allKeys(); // only this reads the lines, and notices those that cannot be read
+    store->allKeys(); // only this parses the lines and detects malformed ones
     if (!isTyped && store->status() == QSettings::FormatError && !keepCopy(content))
         return inMemory(plain);
     return store;

@@ -10,9 +10,9 @@
 #include <memory>
 #include <type_traits>
 
-// Everything that is kept from run to run, in an INI file in the working directory. GUI thread.
+// Everything kept between runs, in an INI file in the working directory. GUI thread.
 
-/// One setting: its key in the file and what it is when the file does not say.
+/// One setting: its key in the file, and its value if the file has none.
 template <class T>
 struct Setting
 {
@@ -52,10 +52,10 @@ inline constexpr auto upKey = ofSides<uint>("KeyboardUpL", "KeyboardUpR", 0); //
 inline constexpr auto downKey = ofSides<uint>("KeyboardDownL", "KeyboardDownR", 0);
 inline constexpr auto startKey = ofSides<uint>("KeyboardStartL", "KeyboardStartR", 0);
 
-/// Opens ".pong" in the working directory. QSettings drops lines that it cannot read when it writes
-/// the file, and would build values of any type; so a file that has either is first copied to
-/// ".pong.damaged", and typed values become plain text. Where there is no room for that, the file
-/// stays as it is, and the store keeps its changes in memory only.
+/// Opens ".pong" in the working directory. On writing, QSettings drops lines that it cannot parse,
+/// and it instantiates values of any type; so a file with either is first copied to
+/// ".pong.damaged", and typed values become plain text. If the copy cannot be written, the file is
+/// left alone and changes are kept in memory only.
 std::unique_ptr<QSettings> open();
 
 /// Returns the stored value as QVariant converts it, or the fallback if there is none. Values that
@@ -64,8 +64,8 @@ int read(const QSettings &store, const Setting<int> &setting);
 uint read(const QSettings &store, const Setting<uint> &setting);
 QString read(const QSettings &store, const Setting<QLatin1StringView> &setting);
 
-/// Puts a value into the store, which writes the file in its own time. Writing an unchanged value
-/// does nothing, so the GUI thread is not blocked by disk writes.
+/// Puts a value into the store, which writes the file later. Writing an unchanged value does
+/// nothing, so the GUI thread is not blocked by disk writes.
 template <class T>
 void write(QSettings &store, const Setting<T> &setting, const std::type_identity_t<T> &value)
 {

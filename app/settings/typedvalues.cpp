@@ -4,8 +4,8 @@
 #include <QList>
 #include <QString>
 
-// Splits lines, list elements, quotes and escapes as QSettings does, in whose eyes alone it matters
-// what begins with "@".
+// Parses lines, list elements, quotes and escapes exactly as QSettings does, because only its view
+// of where a value begins with "@" matters.
 
 namespace {
 
@@ -36,7 +36,7 @@ int digit(char c, int base)
     return value < base ? value : -1;
 }
 
-/// One character after the other of a text.
+/// Reads a text one character at a time.
 class Cursor
 {
 public:
@@ -58,7 +58,7 @@ public:
             ++m_position;
     }
 
-    /// Behind a line end: skips the second half of one that has two.
+    /// After the first character of a line end: skips the second one of a pair.
     void skipLineEndAfter(char first)
     {
         if (!atEnd() && isLineEnd(first) && isLineEnd(peek()) && peek() != first)
@@ -73,11 +73,11 @@ private:
 struct Line
 {
     qsizetype begin;
-    qsizetype value; ///< behind the "=", or -1
+    qsizetype value; ///< position after the "=", or -1
     qsizetype end;
 };
 
-/// The next line that is not a comment. A line goes on behind a backslash and within quotes.
+/// The next line that is not a comment. A line continues after a backslash and within quotes.
 Line nextLine(QByteArrayView text, qsizetype position)
 {
     Cursor cursor(text, position);
@@ -107,19 +107,19 @@ Line nextLine(QByteArrayView text, qsizetype position)
     return line;
 }
 
-/// Whether QSettings makes anything but text of a list element, or of a value that is no list. The
-/// names of its types begin with a capital; it writes text with a zero in it as "@String(...)".
+/// Whether QSettings converts a list element, or a value that is not a list, to anything but text.
+/// Its type names begin with a capital; it writes text that contains a NUL as "@String(...)".
 bool isTyped(QStringView element)
 {
     return element.size() > 1 && element[0] == '@' && element[1] >= 'A' && element[1] <= 'Z'
         && element.trimmed().endsWith(')') && !element.startsWith(u"@String(");
 }
 
-/// Appends what an escape, behind its backslash, is for.
+/// Appends the character of an escape; the cursor is after the backslash.
 void appendEscape(Cursor &cursor, QString &element)
 {
     const auto appendNumber = [&](int base) {
-        char16_t character = 0; // wraps, as that of QSettings
+        char16_t character = 0; // wraps, as in QSettings
         for (; !cursor.atEnd() && digit(cursor.peek(), base) >= 0; cursor.next())
             character = char16_t(character * base + digit(cursor.peek(), base));
         element += QChar(character);
@@ -137,11 +137,11 @@ void appendEscape(Cursor &cursor, QString &element)
     } else if (isLineEnd(c)) {
         cursor.skipLineEndAfter(c);
     } else if (QByteArrayView("abfnrtv\"?'\\").contains(c)) {
-        element += u'\\'; // whichever: none of them is part of a type
+        element += u'\\'; // a placeholder: none of these can be part of a type
     }
 }
 
-/// Reads one element, without its escapes and quotes, and the comma behind it.
+/// Reads one element, decoding escapes and quotes, and the comma after it.
 QString readElement(Cursor &cursor)
 {
     QString element;
@@ -157,8 +157,8 @@ QString readElement(Cursor &cursor)
         } else if (c == ',' && !quoted) {
             break;
         } else if (uchar(c) < 0x80) {
-            // A mark of the byte order, or a character that is cut, may leave nothing; so none of
-            // the others counts.
+            // Non-ASCII bytes are ignored: a byte order mark or a truncated character may decode
+            // to nothing, so that the "@" after it comes first.
             element += QLatin1Char(c);
         }
     }

@@ -2,8 +2,8 @@
 
 #include <QByteArray>
 
-/// Makes the values of an INI text that QSettings would turn into other types, such as
-/// "@Variant(...)", plain text to it by doubling the "@". QSettings reads a group as a whole, and
-/// all groups before it writes, so that such a value under any key would be built, of any type and
-/// up to any size. Every other byte is returned as it is. Any thread.
+/// Escapes the values of an INI text that QSettings would convert to other types, such as
+/// "@Variant(...)", by doubling the "@", so that it reads them as plain text. QSettings reads whole
+/// groups, and all groups before it writes, so such a value under any key would be instantiated,
+/// whatever its type and size. All other bytes are returned unchanged. Any thread.
 QByteArray withoutTypedValues(const QByteArray &iniText);

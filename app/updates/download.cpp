@@ -14,8 +14,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int httpOk = 200;
-/// What the event loop of a download returns when the reply is there; the application's own
-/// quitting returns something else.
+/// The result of a download's event loop when the reply has finished; if the application exits, the
+/// loop returns another value.
 constexpr int answered = 1;
 
 Download failed(const QString &why)
@@ -23,14 +23,14 @@ Download failed(const QString &why)
     return {.result = Download::Failed, .failure = why};
 }
 
-/// Whether `reply` holds, or announces, more than `size` bytes.
+/// Whether `reply` contains, or announces, more than `size` bytes.
 bool exceeds(const QNetworkReply &reply, qint64 size)
 {
     return reply.bytesAvailable() > size
         || reply.header(QNetworkRequest::ContentLengthHeader).toLongLong() > size;
 }
 
-/// What is wrong with a finished `reply`; empty when it is whole and what was asked for.
+/// The error of a finished `reply`; empty if it is complete and its status is 200.
 QString faultOf(const QNetworkReply &reply)
 {
     if (reply.error() != QNetworkReply::NoError)
@@ -63,7 +63,7 @@ Download download(const QUrl &url, const DownloadLimits &limits)
         refusal = why;
         reply->abort();
     };
-    // Qt's own limit on a transfer ends with the first redirect.
+    // Qt's own transfer timeout stops at the first redirect.
     QTimer silence;
     silence.setSingleShot(true);
     QObject::connect(&silence, &QTimer::timeout, &loop,
@@ -80,7 +80,7 @@ Download download(const QUrl &url, const DownloadLimits &limits)
 
     restartSilence();
     if (loop.exec() != answered) {
-        // Its destructor would wait for its thread.
+        // Leaked to the application: the destructor would wait for the manager's thread.
         manager.release()->setParent(qApp);
         return {.result = Download::Abandoned};
     }

@@ -7,14 +7,14 @@
 
 class QUrl;
 
-/// What a download may cost before it counts as no answer.
+/// The limits beyond which a download fails.
 struct DownloadLimits
 {
-    std::chrono::milliseconds silence; ///< without any data, from the request on
+    std::chrono::milliseconds silence; ///< longest time without data, from the request on
     qint64 size; ///< in bytes
 };
 
-/// What came of a download.
+/// The result of a download.
 struct Download
 {
     enum Result {
@@ -24,11 +24,11 @@ struct Download
     };
 
     Result result = Failed;
-    QByteArray body = {}; ///< whole; empty unless complete
+    QByteArray body = {}; ///< empty unless complete
     QString failure = {}; ///< why it failed, for the log
 };
 
-/// Gets `url` from an HTTPS server that proves who it is, following redirects to other such
-/// servers. Waits for the answer with an event loop of its own, so that the window goes on
-/// working; when the application exits, or has exited, it returns at once. On the GUI thread.
+/// Gets `url` over HTTPS, verifying the certificate; redirects are followed to HTTPS only. Waits in
+/// a local event loop, so the window stays responsive; returns at once if the application exits or
+/// has exited. GUI thread.
 Download download(const QUrl &url, const DownloadLimits &limits);

@@ -14,19 +14,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The texts are the main window's, whose check this is.
+/// Puts the texts into the main window's translation context.
 struct Texts
 {
     Q_DECLARE_TR_FUNCTIONS(MainWindow)
 };
 
-/// How much of a text the question shows, in lines and in characters: what fits on a screen of
+/// The most lines and characters of a text that the question shows: as many as fit on a screen of
 /// 1080 lines.
 constexpr int mostShownLines = 40;
 constexpr qsizetype mostShownCharacters = 3000;
 
-/// Whether `url` lies in the domain that is reserved for examples, as it does in a build that
-/// nobody gave a server.
+/// Whether `url` is in the domain reserved for examples, the default of a build without a server.
 bool isExample(const QUrl &url)
 {
     return url.host().endsWith(".example"_L1);
@@ -45,7 +44,7 @@ Download fetch(const UpdateServer &server, const QString &file, const DownloadLi
     return answer;
 }
 
-/// Whether `file` offers a version newer than `ownVersion`; the log tells why not.
+/// Whether `file` offers a version newer than `ownVersion`; if not, the reason is logged.
 bool offersUpdate(const VersionFile &file, int ownVersion)
 {
     if (file.state == VersionFile::NoVersionFile) {
@@ -64,8 +63,8 @@ bool offersUpdate(const VersionFile &file, int ownVersion)
     return offered > ownVersion;
 }
 
-/// The beginning of `text` that fits on a screen. The layout of a longer one takes a box half a
-/// minute, and its buttons would be below the screen.
+/// The beginning of `text` that fits on a screen. Laying out the longest text takes a message box
+/// half a minute, and its buttons would be off the screen.
 QString shownPart(const QString &text)
 {
     qsizetype end = 0;
@@ -79,8 +78,8 @@ QString shownPart(const QString &text)
 
 bool userWantsUpdate(const QString &version, const QString &releaseNotes)
 {
-    // The version is a number and the text's first line ends after it, so that nothing in the
-    // notes is taken for markup.
+    // The first line, by which Qt detects markup, ends after the version, which is a number; so
+    // the notes are never taken for markup.
     const QString text = Texts::tr("Version ") + shownPart(version)
         + Texts::tr(" is available.\n\nDo you want to update and restart now?\n\n"
                     "Content of this new version:\n")
@@ -90,13 +89,13 @@ bool userWantsUpdate(const QString &version, const QString &releaseNotes)
         == QMessageBox::Yes;
 }
 
-/// Writes `installer` to `path`, whole or not at all.
+/// Writes `installer` to `path` completely or not at all.
 bool saveInstaller(const QString &path, const QByteArray &installer)
 {
     QSaveFile file(path);
     bool saved = file.open(QIODevice::WriteOnly) && file.write(installer) == installer.size();
     if (saved) {
-        // Some systems start only what is marked as a program.
+        // Some systems start only files with an executable permission.
         file.setPermissions(file.permissions() | QFileDevice::ExeOwner);
         saved = file.commit();
     }
@@ -121,7 +120,7 @@ bool startInstaller(const QString &path)
     return false;
 }
 
-/// Downloads the installer of `version`, keeps it and starts it. Returns whether it runs.
+/// Downloads, saves and starts the installer of `version`. Returns whether it was started.
 bool install(const UpdateServer &server, const QString &version)
 {
     const QString name = installerName(version);

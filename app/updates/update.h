@@ -3,7 +3,7 @@
 #include "download.h"
 #include "versionfile.h"
 
-/// Where updates come from, and how much patience they get.
+/// Where updates come from, and the download limits.
 struct UpdateServer
 {
     QString host; ///< with or without a port
@@ -12,9 +12,8 @@ struct UpdateServer
 };
 
 /// Asks `server` for a version newer than `ownVersion` (in hundredths) and the user whether to
-/// update; then downloads the installer into the folder "sw_fw" and starts it. What is new is
-/// appended to `releaseNotes`. Returns true when the installer runs, so that the program must
-/// end; false in every other case, for which the log tells why. A host under the reserved domain
-/// "example" is no server: it is not even looked up. On the GUI thread; the window goes on working
-/// while it waits.
+/// update; then downloads the installer into the folder "sw_fw" and starts it. The release notes
+/// are appended to `releaseNotes`. Returns true if the installer was started, so that the program
+/// must end; otherwise false, and the reason is logged. A host under the reserved domain "example"
+/// is never contacted. GUI thread; the window stays responsive meanwhile.
 bool checkForUpdate(const UpdateServer &server, int ownVersion, QString &releaseNotes);

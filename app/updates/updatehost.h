@@ -2,6 +2,5 @@
 
 #include <QString>
 
-/// The maker's update server, a name with or without a port: the build setting
-/// RALLYVANE_UPDATE_HOST.
+/// The maker's update server, NAME or NAME:PORT, from the build setting RALLYVANE_UPDATE_HOST.
 QString updateHost();

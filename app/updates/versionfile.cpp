@@ -9,7 +9,7 @@ namespace {
 
 constexpr QByteArrayView lineEnds = "\r\n";
 
-/// Everything of `bytes` from the first byte on that is not one of `these`.
+/// The rest of `bytes` from the first byte that is not one of `these`.
 QByteArrayView skip(QByteArrayView bytes, QByteArrayView these)
 {
     while (!bytes.isEmpty() && these.contains(bytes.front()))
@@ -17,7 +17,7 @@ QByteArrayView skip(QByteArrayView bytes, QByteArrayView these)
     return bytes;
 }
 
-/// Everything of `bytes` before the first of `these`, or all of it.
+/// The part of `bytes` before the first of `these`, or all of it.
 QByteArrayView before(QByteArrayView bytes, QByteArrayView these)
 {
     qsizetype count = 0;
@@ -60,12 +60,13 @@ int versionInHundredths(QStringView text)
 {
     bool converted = false;
     const float number = text.toFloat(&converted);
-    // The word is no number; a number beyond the range of float is infinite too, but unconverted.
+    // Rejects the words "nan" and "inf". A number beyond the range of float is infinite too, but
+    // `converted` is false then.
     if (std::isnan(number) || (converted && std::isinf(number)))
         return 0;
     const float hundredths = number * 100.0F;
     const float rounded = std::trunc(hundredths + std::copysign(0.5F, hundredths));
-    // These bounds are exact powers of two, which the largest int is not.
+    // Powers of two are exact as floats; the largest int is not.
     if (rounded >= 0x1p31F)
         return std::numeric_limits<int>::max();
     return rounded >= -0x1p31F ? int(rounded) : std::numeric_limits<int>::min();

@@ -3,43 +3,42 @@
 #include <QByteArrayView>
 #include <QString>
 
-// What the maker publishes for an update, and how it is read. All of it are pure functions, from
-// any thread; the tool that publishes an update reads its own result back with them.
+// The files that the maker publishes for an update, and how they are read. Pure functions, callable
+// from any thread; the publishing tool checks its own output with them.
 
-/// Where the files of an update lie on the maker's server.
+/// The folder of the update files on the maker's server.
 inline constexpr char updateFolder[] = "/Telechargements/LaserRallyvane/";
-/// The file that tells the newest version and what is new in it.
+/// The file with the newest version's number and release notes.
 inline constexpr char versionFileName[] = "VersionNotes.txt";
-/// Opens the version line, and closes the release notes.
+/// Precedes the version line, and ends the release notes.
 inline constexpr char versionFileSeparator[] = "===========================================";
 
-/// The most that is read of a version file, and of an installer, in bytes: a server that sends
-/// without end must not fill the memory.
+/// The largest version file and installer that are accepted, in bytes: an endless answer must not
+/// fill the memory.
 inline constexpr qint64 largestVersionFile = 1LL << 20;
 inline constexpr qint64 largestInstaller = 512LL << 20;
 
 /// The name of the installer of `version`.
 QString installerName(const QString &version);
 
-/// What a version file says.
+/// The contents of a version file.
 struct VersionFile
 {
     enum State {
-        NoVersionFile, ///< not one separator: some other text, or none
-        Unreadable, ///< a version file that is not whole
+        NoVersionFile, ///< no separator: empty, or some other text
+        Unreadable, ///< an incomplete version file
         Readable,
     };
 
     State state = NoVersionFile;
-    QString version = {}; ///< as it stands in the file, not necessarily a number
-    QString notes = {}; ///< what is new, one character for each byte
+    QString version = {}; ///< verbatim, not necessarily a number
+    QString notes = {}; ///< release notes, one Latin-1 character per byte
 };
 
-/// Reads the bytes of a version file, whatever they are: any text, a separator, V and the version
-/// followed by a space, the rest of that line, the notes, a separator.
+/// Parses a version file: any text, a separator, V and the version followed by a space, the rest of
+/// that line, the notes, a separator. Accepts arbitrary bytes.
 VersionFile readVersionFile(QByteArrayView bytes);
 
-/// The version that `text` tells, in hundredths, rounded half away from zero in single precision:
-/// 102 for "1.02", and for "1.015". 0 if it is not a finite number; the nearest int if it does not
-/// fit one.
+/// The version in `text`, in hundredths, rounded half away from zero in single precision: 102 for
+/// "1.02", and for "1.015". 0 if it is not a finite number; clamped to the range of int.
 int versionInHundredths(QStringView text);

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Writes a point into a cleared record, whose reserved bytes stay zero.
+/// Writes a point into a zeroed record; reserved bytes stay zero.
 void writePoint(LdbPoint &record, const FramePoint &point)
 {
     record.x = static_cast<float>(point.x);

@@ -6,7 +6,7 @@ namespace {
 
 HMODULE library = nullptr;
 
-// One pointer per function, named as it is.
+// One pointer per function, under the function's name.
 namespace resolved {
 #define DECLARE_POINTER(name, parameters, arguments) std::int32_t(*name) parameters = nullptr;
 LDB_ENTRY_POINTS(DECLARE_POINTER)
@@ -16,7 +16,7 @@ LDB_ENTRY_POINTS(DECLARE_POINTER)
 template <class Function>
 bool resolve(Function *&pointer, const char *name)
 {
-    // By way of the one function type that stands for every other, as Windows has its own.
+    // Cast through void(*)() because FARPROC has another signature on Windows.
     pointer =
         reinterpret_cast<Function *>(reinterpret_cast<void (*)()>(GetProcAddress(library, name)));
     return pointer != nullptr;

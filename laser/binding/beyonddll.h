@@ -2,17 +2,16 @@
 
 #include "ldb.h"
 
-// The host's library inside this process: loaded once, its functions called under their own
-// names.
+// The host's library in this process: loaded once, its functions called under their own names.
 
-/// Loads the library and resolves all of its functions. Returns 1, or 0 when the library or one
-/// of the functions is missing; the library is then given back. Called before any forwarder.
+/// Loads the library and resolves all its functions. Returns 1, or 0 if the library or one of the
+/// functions is missing; the library is then unloaded. Call before any forwarder.
 int LoadBeyondDll();
 
-/// Gives the library back when it is loaded.
+/// Unloads the library if it is loaded.
 void FreeBeyondDll();
 
-// The forwarders, from any thread once LoadBeyondDll has returned 1 and until FreeBeyondDll.
+// The forwarders. Any thread, after LoadBeyondDll has returned 1 and before FreeBeyondDll.
 #define DECLARE_FORWARDER(name, parameters, arguments) std::int32_t name parameters;
 LDB_ENTRY_POINTS(DECLARE_FORWARDER)
 #undef DECLARE_FORWARDER

@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-/// One point of a frame in composition.
+/// One point of a frame being composed.
 struct FramePoint
 {
     qint32 x; ///< field units, -32768 ... +32767, to the right

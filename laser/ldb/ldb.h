@@ -3,10 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-// The C interface of the host's library: what the program calls in it and what a stand-in has
-// to export.
+// The C interface of the host's library: called by the program, exported by any substitute.
 
-/// One laser point as the host reads it, in an array without gaps.
+/// One laser point as the host reads it; frames are contiguous arrays of these.
 struct LdbPoint
 {
     float x; ///< field units, -32768 ... +32767, to the right
@@ -22,12 +21,12 @@ static_assert(sizeof(LdbPoint) == 20 && alignof(LdbPoint) == 4);
 static_assert(offsetof(LdbPoint, x) == 0 && offsetof(LdbPoint, y) == 4 && offsetof(LdbPoint, z) == 8
     && offsetof(LdbPoint, color) == 12 && offsetof(LdbPoint, flags) == 18);
 
-/// The most points that one frame may have.
+/// The largest number of points in a frame.
 inline constexpr std::int32_t ldbMaxPoints = 8192;
 
-/// Every function of the library in the order in which it is resolved: name, parameters, and the
-/// same parameters as arguments. All of them return an int32. Where the program never calls a
-/// function its parameters are the host's own matter and none are given.
+/// Every function of the library in the order of resolution: name, parameters, and the parameters
+/// as arguments. All return an int32. The parameters of functions that the program never calls are
+/// not known here, so none are declared.
 #define LDB_ENTRY_POINTS(ENTRY)                                                                    \
     ENTRY(ldbCreate, (), ())                                                                       \
     ENTRY(ldbDestroy, (), ())                                                                      \

@@ -1,5 +1,5 @@
 # Sourced by the commands that build or run the Windows program, with the project's folder in
-# $project: where its Qt and its Wine are.
+# $project: the locations of Qt, and the setup of Wine.
 
 . "$project/tools/packages.bash"
 version=$(sed -n 's/^project(.* VERSION \([0-9.]*\).*/\1/p' "$project/CMakeLists.txt")
@@ -27,19 +27,19 @@ runtime_folders() {
     done
 }
 
-# windows_path PATH: the path as Windows programs write it.
+# windows_path PATH: prints the path in Windows notation.
 windows_path() {
     local path=Z:$1
     printf '%s' "${path//\//\\}"
 }
 
-# wine_begin: sets up a Wine of the project's own, whose programs find the libraries that they are
-# built with. It is created at first use, by one process if several begin at once.
+# wine_begin: sets up the project's own Wine prefix, whose programs find the libraries that they are
+# built with. Created at first use, by only one process if several start at once.
 wine_begin() {
     export WINEPREFIX=${WINEPREFIX:-$project/build/wine} WINEARCH=win64
     export WINEDEBUG=${WINEDEBUG:--all} QT_FORCE_STDERR_LOGGING=1
     export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
-    # Wine hides the variables of the Unix Qt from its programs, unless they are prefixed.
+    # Wine hides Qt's environment variables from its programs unless they are prefixed.
     local name
     for name in "${!QT_@}"; do
         export "WINE$name=${!name}"
@@ -57,11 +57,11 @@ wine_begin() {
     (
         flock 9
         [ ! -e "$WINEPREFIX/ready" ] || exit 0
-        # Without a display, or Wine would show that it is being set up.
+        # Without a display, so that Wine shows no setup window.
         unset DISPLAY
         wine wineboot --init
         wine reg add 'HKCU\Software\Wine' /v Version /d win10 /f
-        # Its server has no display, and programs that have one would share it.
+        # Later programs with a display would share this server, which has none.
         wineserver -k
         wineserver -w
         touch "$WINEPREFIX/ready"

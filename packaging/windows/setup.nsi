@@ -47,7 +47,7 @@ VIAddVersionKey "LegalCopyright" "Vellaro"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
-; Sets $0 to 1 if the file cannot be written, which is so while its program runs.
+; Sets $0 to 1 if the file cannot be written, because its program is running.
 !macro LookAtFile name
     ${If} ${FileExists} "$INSTDIR\${name}"
         ClearErrors
@@ -68,9 +68,8 @@ VIAddVersionKey "LegalCopyright" "Vellaro"
     !insertmacro LookAtFile "rehearsal\rehearsalhost.exe"
 !macroend
 
-; Closes a running program as its operator would, so that it blanks the laser and keeps its
-; settings, and waits for its end. If it does not end, the installer stops before it has changed
-; anything.
+; Closes a running program like its operator would, so that it blanks the laser and saves its
+; settings, and waits for its end. If it does not end, setup stops before changing anything.
 !macro DefineEndProgram prefix
 Function ${prefix}EndProgram
     !insertmacro LookForPrograms
@@ -116,7 +115,7 @@ FunctionEnd
 
 Section
     Call EndProgram
-    ; Removes files that only the older version had. Settings stay.
+    ; Removes files that only the older version had. Settings are kept.
     ${If} ${FileExists} "$INSTDIR\uninstall.exe"
         ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
     ${EndIf}
@@ -156,7 +155,7 @@ Section Uninstall
     Delete "${MENU}\Rehearse without a laser.lnk"
     RMDir "${MENU}"
     DeleteRegKey HKCU "${UNINSTALL_KEY}"
-    ; This fails if the operator's own files are in it.
+    ; Fails if it contains the operator's own files.
     SetOutPath "$TEMP"
     RMDir "$INSTDIR"
 SectionEnd

@@ -37,7 +37,7 @@ void OperatorWindow::open()
 {
     window = std::make_unique<MainWindow>();
     window->show();
-    // Switching the output is the last thing that the first load does with the widgets.
+    // Switching the output is the last change that the first load makes to the widgets.
     QTRY_VERIFY(!find(u"enableButton"_s)->styleSheet().isEmpty());
 }
 
@@ -70,7 +70,7 @@ void OperatorWindow::click(const QString &name) const
 
 void OperatorWindow::click(QAbstractButton *button)
 {
-    // A radio button takes a click on its mark, which is to the left.
+    // A radio button accepts clicks on its indicator, at its left.
     QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
 }
 

@@ -9,42 +9,41 @@
 
 class QAbstractButton;
 
-/// The operator's window in a working directory of its own, with the host, the MIDI devices and the
-/// gamepads that the test links.
+/// The operator's window in its own working directory, with the host, MIDI devices and gamepads
+/// that the test links.
 class OperatorWindow
 {
 public:
-    /// Makes the working directory, with a settings file if there is one, but no window yet.
+    /// Creates the working directory, with a settings file if given, but no window yet.
     explicit OperatorWindow(const QByteArray &settingsFile = {});
     virtual ~OperatorWindow();
     OperatorWindow(const OperatorWindow &) = delete;
     OperatorWindow &operator=(const OperatorWindow &) = delete;
 
-    /// Makes and shows the window, and waits until its first load is done.
+    /// Creates and shows the window, and waits until its first load is done.
     void open();
-    /// Waits until the game has told what it found of the host.
+    /// Waits until the game has reported the host's state.
     void waitForStatus() const;
     /// Destroys the window.
     void close();
 
-    /// The window's game. A test changes nothing in it that the program's own threads would not.
+    /// The window's game. A test changes only values that the program's own threads would change.
     virtual Pong &game() const { return const_cast<Pong &>(window->game()); }
-    /// Lets the game thread take ticks beside those of its timer, and waits for them.
+    /// Makes the game thread run ticks in addition to its timer's, and waits for them.
     void tick(int count) const;
-    /// Lets the game thread check the host now instead of at the next second, and the window show
-    /// what came of it.
+    /// Makes the game thread check the host now instead of at the next second, and the window show
+    /// the result.
     void checkHost() const;
     /// The step of a side's paddle.
     int step(int side) const;
-    /// The side that has requested a start since the last call, if one has; the match is then put
-    /// back to its beginning.
+    /// The side that has requested a start since the last call, if any; the match is then reset.
     std::optional<int> takeStart() const;
-    /// The same, but waits some seconds for one.
+    /// The same, but waits some seconds for a start.
     std::optional<int> awaitStart() const;
 
     /// The window as a widget.
     virtual QWidget *widget() const { return window.get(); }
-    /// A widget by its name in the form; it is there.
+    /// A widget by its name in the form; it must exist.
     template <class T = QWidget>
     T *find(const QString &name) const
     {
@@ -52,11 +51,11 @@ public:
         Q_ASSERT(found);
         return found;
     }
-    /// Clicks a button where a mouse would.
+    /// Clicks a button with the mouse.
     void click(const QString &name) const;
     static void click(QAbstractButton *button);
     QString text(const QString &name) const;
-    /// The value of a key in the settings file, which is "" without it.
+    /// The value of a key in the settings file; empty if missing.
     QString setting(const QString &key) const;
 
     std::unique_ptr<MainWindow> window;
@@ -66,11 +65,11 @@ private:
     QString m_previousFolder;
 };
 
-/// The looks of a button that is switched on, and off.
+/// The style sheets of a button that is switched on, and off.
 extern const QString activeLook;
 extern const QString idleLook;
 
-/// Adds the column `side` and a row for each.
+/// Adds the column `side` and a row for each side.
 void addSides();
 /// "L" or "R".
 QString sideLetter(int side);

@@ -5,7 +5,7 @@
 #include "fakepads.h"
 #include "operatorwindow.h"
 
-/// The operator's window with a host, MIDI devices and gamepads to be played by hand.
+/// The operator's window with a fake host, MIDI devices and gamepads that the test controls.
 class RunningWindow : public OperatorWindow
 {
 public:
@@ -14,7 +14,7 @@ public:
     RunningWindow(const RunningWindow &) = delete;
     RunningWindow &operator=(const RunningWindow &) = delete;
 
-    /// Waits until `count` more frames were sent.
+    /// Waits until `count` more frames have been sent.
     void waitForFrames(int count);
 
     FakeHost host;

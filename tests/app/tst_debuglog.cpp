@@ -32,7 +32,7 @@ QStringList linesOf(const QString &name)
     return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
 }
 
-/// What was logged, without time and thread.
+/// The logged messages, without time and thread.
 QStringList messagesOf(const QString &name)
 {
     QStringList messages = linesOf(name);
@@ -57,23 +57,23 @@ class tst_DebugLog : public QObject
 private slots:
     void init();
     void cleanup();
-    void a_line_tells_its_time_and_thread();
+    void a_line_contains_its_time_and_thread();
     void a_thread_without_a_name_shows_its_number();
     void every_kind_of_message_is_logged();
-    void the_lines_still_go_where_they_went_before();
-    void the_previous_handler_is_back_when_the_log_is_gone();
-    void flushing_waits_for_what_was_logged();
-    void the_last_lines_are_written_when_the_log_goes();
+    void the_previous_handler_still_receives_every_line();
+    void the_previous_handler_is_restored_when_the_log_is_destroyed();
+    void flushing_waits_until_all_lines_are_written();
+    void the_last_lines_are_written_when_the_log_is_destroyed();
     void a_fatal_message_is_written_before_the_process_ends();
-    void a_new_run_goes_on_in_the_same_file();
-    void the_log_lies_in_the_working_directory_and_is_turned_over_at_1_MiB_data();
-    void the_log_lies_in_the_working_directory_and_is_turned_over_at_1_MiB();
+    void a_new_run_appends_to_the_same_file();
+    void the_log_is_in_the_working_directory_and_is_rotated_at_1_MiB_data();
+    void the_log_is_in_the_working_directory_and_is_rotated_at_1_MiB();
     void one_older_file_is_kept();
-    void a_line_longer_than_the_file_may_be_stands_alone();
-    void what_cannot_be_put_aside_is_given_up();
-    void a_log_that_cannot_be_written_is_no_error();
-    void a_log_that_can_be_written_again_goes_on();
-    void the_lines_of_several_threads_are_whole_and_in_order();
+    void a_line_longer_than_the_limit_has_a_file_of_its_own();
+    void a_file_that_cannot_be_renamed_is_truncated();
+    void a_log_that_cannot_be_written_is_not_an_error();
+    void logging_resumes_once_the_log_can_be_written_again();
+    void lines_of_several_threads_are_intact_and_in_order();
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -93,7 +93,7 @@ void tst_DebugLog::cleanup()
     m_folder.reset();
 }
 
-void tst_DebugLog::a_line_tells_its_time_and_thread()
+void tst_DebugLog::a_line_contains_its_time_and_thread()
 {
     const DebugLines previous;
     const QDateTime before = QDateTime::currentDateTime();
@@ -146,7 +146,7 @@ void tst_DebugLog::every_kind_of_message_is_logged()
         (QStringList{u"debug"_s, u"info"_s, u"warning"_s, u"critical: \u00e9"_s}));
 }
 
-void tst_DebugLog::the_lines_still_go_where_they_went_before()
+void tst_DebugLog::the_previous_handler_still_receives_every_line()
 {
     DebugLines previous;
     const DebugLog log;
@@ -156,7 +156,7 @@ void tst_DebugLog::the_lines_still_go_where_they_went_before()
     QCOMPARE(previous.takeAll(), (QStringList{u"one"_s, u"two"_s}));
 }
 
-void tst_DebugLog::the_previous_handler_is_back_when_the_log_is_gone()
+void tst_DebugLog::the_previous_handler_is_restored_when_the_log_is_destroyed()
 {
     DebugLines previous;
     const QtMessageHandler before = installedHandler();
@@ -170,7 +170,7 @@ void tst_DebugLog::the_previous_handler_is_back_when_the_log_is_gone()
     QCOMPARE(linesOf(logName), QStringList());
 }
 
-void tst_DebugLog::flushing_waits_for_what_was_logged()
+void tst_DebugLog::flushing_waits_until_all_lines_are_written()
 {
     const DebugLines previous;
     const DebugLog log;
@@ -183,7 +183,7 @@ void tst_DebugLog::flushing_waits_for_what_was_logged()
     }
 }
 
-void tst_DebugLog::the_last_lines_are_written_when_the_log_goes()
+void tst_DebugLog::the_last_lines_are_written_when_the_log_is_destroyed()
 {
     DebugLines previous;
     {
@@ -200,12 +200,12 @@ void tst_DebugLog::a_fatal_message_is_written_before_the_process_ends()
 {
     const DebugLines previous;
     const DebugLog log;
-    // As Qt does: it ends the process when the handler is through.
+    // Like Qt, end the process when the handler returns.
     installedHandler()(QtFatalMsg, QMessageLogContext(), u"the end"_s);
     QCOMPARE(messagesOf(logName), QStringList{u"the end"_s});
 }
 
-void tst_DebugLog::a_new_run_goes_on_in_the_same_file()
+void tst_DebugLog::a_new_run_appends_to_the_same_file()
 {
     const DebugLines previous;
     for (const char *run : {"first run", "second run"}) {
@@ -215,16 +215,16 @@ void tst_DebugLog::a_new_run_goes_on_in_the_same_file()
     QCOMPARE(messagesOf(logName), (QStringList{u"first run"_s, u"second run"_s}));
 }
 
-void tst_DebugLog::the_log_lies_in_the_working_directory_and_is_turned_over_at_1_MiB_data()
+void tst_DebugLog::the_log_is_in_the_working_directory_and_is_rotated_at_1_MiB_data()
 {
     QTest::addColumn<int>("room");
     QTest::addColumn<bool>("turned");
-    // A line is its time, 23 bytes, " [main] ", its ten letters and the line's end.
+    // A line consists of its time, 23 bytes, " [main] ", its ten letters and the line end.
     QTest::addRow("the line just fits") << 42 << false;
     QTest::addRow("one byte too long") << 41 << true;
 }
 
-void tst_DebugLog::the_log_lies_in_the_working_directory_and_is_turned_over_at_1_MiB()
+void tst_DebugLog::the_log_is_in_the_working_directory_and_is_rotated_at_1_MiB()
 {
     QFETCH(int, room);
     QFETCH(bool, turned);
@@ -261,7 +261,7 @@ void tst_DebugLog::one_older_file_is_kept()
     QVERIFY(QFileInfo(u"small.log.1"_s).size() > maxSize - 50);
 }
 
-void tst_DebugLog::a_line_longer_than_the_file_may_be_stands_alone()
+void tst_DebugLog::a_line_longer_than_the_limit_has_a_file_of_its_own()
 {
     const DebugLines previous;
     const DebugLog log(logName, 100);
@@ -273,7 +273,7 @@ void tst_DebugLog::a_line_longer_than_the_file_may_be_stands_alone()
     QCOMPARE(messagesOf(olderName), QStringList{longLine});
 }
 
-void tst_DebugLog::what_cannot_be_put_aside_is_given_up()
+void tst_DebugLog::a_file_that_cannot_be_renamed_is_truncated()
 {
     QVERIFY(QDir().mkpath(olderName + u"/taken"_s));
     DebugLines previous;
@@ -286,7 +286,7 @@ void tst_DebugLog::what_cannot_be_put_aside_is_given_up()
     QCOMPARE(previous.takeAll().size(), 10);
 }
 
-void tst_DebugLog::a_log_that_cannot_be_written_is_no_error()
+void tst_DebugLog::a_log_that_cannot_be_written_is_not_an_error()
 {
     DebugLines previous;
     {
@@ -298,7 +298,7 @@ void tst_DebugLog::a_log_that_cannot_be_written_is_no_error()
     QVERIFY(QDir().isEmpty());
 }
 
-void tst_DebugLog::a_log_that_can_be_written_again_goes_on()
+void tst_DebugLog::logging_resumes_once_the_log_can_be_written_again()
 {
     const DebugLines previous;
     const DebugLog log(u"folder/rallyvane.log"_s);
@@ -310,7 +310,7 @@ void tst_DebugLog::a_log_that_can_be_written_again_goes_on()
     QCOMPARE(messagesOf(u"folder/rallyvane.log"_s), QStringList{u"kept"_s});
 }
 
-void tst_DebugLog::the_lines_of_several_threads_are_whole_and_in_order()
+void tst_DebugLog::lines_of_several_threads_are_intact_and_in_order()
 {
     constexpr int lineCount = 250;
     DebugLines previous;

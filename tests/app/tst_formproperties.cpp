@@ -10,7 +10,7 @@ constexpr QSize learnButtonSize = {0, 22};
 
 } // namespace
 
-/// What the widgets of the form are like, before the running window has its say.
+/// The properties of the form's widgets, before the running window changes them.
 class tst_FormProperties : public QObject
 {
     Q_OBJECT
@@ -22,10 +22,10 @@ private slots:
     void the_style_sheet_is_eight_rules_in_order();
     void every_property_has_its_first_value_data();
     void every_property_has_its_first_value();
-    void only_the_caption_of_the_speed_is_italic();
+    void only_the_speed_caption_is_italic();
     void only_the_left_radio_buttons_are_in_the_group();
-    void a_radio_button_unchecks_its_own_side_alone_data();
-    void a_radio_button_unchecks_its_own_side_alone();
+    void a_radio_button_unchecks_only_its_own_side_data();
+    void a_radio_button_unchecks_only_its_own_side();
 
 private:
     template <class T = QWidget>
@@ -137,7 +137,7 @@ void tst_FormProperties::every_property_has_its_first_value()
     QCOMPARE(value, expected);
 }
 
-void tst_FormProperties::only_the_caption_of_the_speed_is_italic()
+void tst_FormProperties::only_the_speed_caption_is_italic()
 {
     for (const QLabel *label : m_window->findChildren<QLabel *>())
         QCOMPARE(label->font().italic(), label == m_form.label_3);
@@ -154,7 +154,7 @@ void tst_FormProperties::only_the_left_radio_buttons_are_in_the_group()
     for (QAbstractButton *button :
         {m_form.leftMidiRadio, m_form.leftXboxRadio, m_form.leftKeyboardRadio}) {
         QVERIFY(buttons.contains(button));
-        QVERIFY(group->id(button) < -1); // as Qt assigns them by itself
+        QVERIFY(group->id(button) < -1); // assigned by Qt
     }
     for (const QRadioButton *button :
         {m_form.rightMidiRadio, m_form.rightXboxRadio, m_form.rightKeyboardRadio}) {
@@ -163,7 +163,7 @@ void tst_FormProperties::only_the_left_radio_buttons_are_in_the_group()
     }
 }
 
-void tst_FormProperties::a_radio_button_unchecks_its_own_side_alone_data()
+void tst_FormProperties::a_radio_button_unchecks_only_its_own_side_data()
 {
     QTest::addColumn<QString>("clicked");
     QTest::addColumn<QStringList>("checked");
@@ -177,7 +177,7 @@ void tst_FormProperties::a_radio_button_unchecks_its_own_side_alone_data()
         << u"rightKeyboardRadio"_s << QStringList{u"leftXboxRadio"_s, u"rightKeyboardRadio"_s};
 }
 
-void tst_FormProperties::a_radio_button_unchecks_its_own_side_alone()
+void tst_FormProperties::a_radio_button_unchecks_only_its_own_side()
 {
     QFETCH(QString, clicked);
     QFETCH(QStringList, checked);

@@ -7,14 +7,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// One widget of the form: where it lies and what stands on it.
+/// One widget of the form: its position and text.
 struct Place
 {
     const char *name;
     const char *className;
     const char *layout;
     QRect cell; ///< column, row, columns, rows
-    const char *text = nullptr; ///< null where the class shows none
+    const char *text = nullptr; ///< null if the class shows none
 };
 
 constexpr QRect at(int row, int column, int rowSpan = 1, int columnSpan = 1)
@@ -22,7 +22,7 @@ constexpr QRect at(int row, int column, int rowSpan = 1, int columnSpan = 1)
     return {column, row, columnSpan, rowSpan};
 }
 
-// What lies in a row of widgets instead of a grid has its position in it as the column.
+// For a widget in a row layout instead of a grid, the column is its position in the row.
 const std::initializer_list<Place> places = {
     {"genGroupBox", "QGroupBox", "gridLayout_4", at(0, 0), ""},
     {"enableButton", "QPushButton", "gridLayout_2", at(0, 0), "Enable Laser Output"},
@@ -71,7 +71,7 @@ const std::initializer_list<Place> places = {
     {"statusLabel", "QLabel", "gridLayout_4", at(1, 1), "Status"},
 };
 
-/// The grid that each container carries.
+/// The grid of each container.
 const std::initializer_list<std::pair<const char *, const char *>> grids = {
     {"centralwidget", "gridLayout_4"},
     {"genGroupBox", "gridLayout_2"},
@@ -88,7 +88,7 @@ const std::initializer_list<std::pair<const char *, const char *>> grids = {
     {"frame_8", "gridLayout_12"},
 };
 
-/// Answers with the context that a text was asked in.
+/// Translates every text to its context.
 class ContextTranslator : public QTranslator
 {
 public:
@@ -102,7 +102,7 @@ public:
 
 } // namespace
 
-/// Where the widgets of the form lie, before the running window has its say.
+/// The positions of the form's widgets, before the running window changes anything.
 class tst_Layout : public QObject
 {
     Q_OBJECT
@@ -110,18 +110,18 @@ class tst_Layout : public QObject
 private slots:
     void init();
     void cleanup();
-    void every_widget_lies_in_its_cell_data();
-    void every_widget_lies_in_its_cell();
+    void every_widget_is_in_its_cell_data();
+    void every_widget_is_in_its_cell();
     void every_widget_shows_its_text_data();
     void every_widget_shows_its_text();
     void every_text_can_be_translated();
-    void there_is_no_widget_beyond_the_table();
-    void every_container_carries_its_grid_data();
-    void every_container_carries_its_grid();
-    void the_spacers_hold_their_place_data();
-    void the_spacers_hold_their_place();
-    void the_cells_between_stay_empty_data();
-    void the_cells_between_stay_empty();
+    void the_form_has_no_other_widgets();
+    void every_container_has_its_grid_data();
+    void every_container_has_its_grid();
+    void the_spacers_are_in_their_cells_data();
+    void the_spacers_are_in_their_cells();
+    void the_other_cells_are_empty_data();
+    void the_other_cells_are_empty();
 
 private:
     template <class T = QWidget>
@@ -145,14 +145,14 @@ void tst_Layout::cleanup()
     m_window.reset();
 }
 
-void tst_Layout::every_widget_lies_in_its_cell_data()
+void tst_Layout::every_widget_is_in_its_cell_data()
 {
     QTest::addColumn<Place>("place");
     for (const Place &place : places)
         QTest::addRow("%s", place.name) << place;
 }
 
-void tst_Layout::every_widget_lies_in_its_cell()
+void tst_Layout::every_widget_is_in_its_cell()
 {
     QFETCH(Place, place);
     auto *widget = find(place.name);
@@ -177,7 +177,7 @@ void tst_Layout::every_widget_lies_in_its_cell()
 
 void tst_Layout::every_widget_shows_its_text_data()
 {
-    every_widget_lies_in_its_cell_data();
+    every_widget_is_in_its_cell_data();
 }
 
 void tst_Layout::every_widget_shows_its_text()
@@ -221,14 +221,14 @@ void tst_Layout::every_text_can_be_translated()
     QCOMPARE(untranslated, QStringList());
 }
 
-void tst_Layout::there_is_no_widget_beyond_the_table()
+void tst_Layout::the_form_has_no_other_widgets()
 {
     QStringList expected = {u"centralwidget"_s, u"menubar"_s, u"statusbar"_s};
     for (const Place &place : places)
         expected.append(QString::fromLatin1(place.name));
     QStringList found;
     for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
-        // The parts that Qt's own widgets are made of.
+        // Internal parts of Qt's own widgets.
         if (!widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_"_L1))
             found.append(widget->objectName());
     }
@@ -237,7 +237,7 @@ void tst_Layout::there_is_no_widget_beyond_the_table()
     QCOMPARE(found, expected);
 }
 
-void tst_Layout::every_container_carries_its_grid_data()
+void tst_Layout::every_container_has_its_grid_data()
 {
     QTest::addColumn<QByteArray>("container");
     QTest::addColumn<QByteArray>("grid");
@@ -245,7 +245,7 @@ void tst_Layout::every_container_carries_its_grid_data()
         QTest::addRow("%s", container) << QByteArray(container) << QByteArray(grid);
 }
 
-void tst_Layout::every_container_carries_its_grid()
+void tst_Layout::every_container_has_its_grid()
 {
     QFETCH(QByteArray, container);
     QFETCH(QByteArray, grid);
@@ -260,7 +260,7 @@ void tst_Layout::every_container_carries_its_grid()
     }
 }
 
-void tst_Layout::the_spacers_hold_their_place_data()
+void tst_Layout::the_spacers_are_in_their_cells_data()
 {
     QTest::addColumn<QByteArray>("layout");
     QTest::addColumn<int>("row");
@@ -276,7 +276,7 @@ void tst_Layout::the_spacers_hold_their_place_data()
                            << QSizePolicy::Expanding;
 }
 
-void tst_Layout::the_spacers_hold_their_place()
+void tst_Layout::the_spacers_are_in_their_cells()
 {
     QFETCH(QByteArray, layout);
     QFETCH(int, row);
@@ -292,7 +292,7 @@ void tst_Layout::the_spacers_hold_their_place()
     QCOMPARE(spacer->sizePolicy(), QSizePolicy(QSizePolicy::Minimum, vertical));
 }
 
-void tst_Layout::the_cells_between_stay_empty_data()
+void tst_Layout::the_other_cells_are_empty_data()
 {
     QTest::addColumn<QByteArray>("layout");
     QTest::addColumn<int>("row");
@@ -303,7 +303,7 @@ void tst_Layout::the_cells_between_stay_empty_data()
     QTest::addRow("right move frame") << QByteArray("gridLayout_10") << 1 << 2;
 }
 
-void tst_Layout::the_cells_between_stay_empty()
+void tst_Layout::the_other_cells_are_empty()
 {
     QFETCH(QByteArray, layout);
     QFETCH(int, row);

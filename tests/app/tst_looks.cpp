@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The luminance of a colour, 0 to 1, as contrast is computed from it.
+/// The relative luminance of a colour, 0 to 1, for computing contrast.
 double luminance(QRgb colour)
 {
     const auto linear = [](int channel) {
@@ -24,7 +24,7 @@ double luminance(QRgb colour)
         + 0.0722 * linear(qBlue(colour));
 }
 
-/// 1 to 21.
+/// The contrast ratio, 1 to 21.
 double contrast(QRgb one, QRgb other)
 {
     const auto [dark, light] = std::minmax(luminance(one), luminance(other));
@@ -37,7 +37,7 @@ struct Colours
     QRgb text = 0;
 };
 
-/// The colours of a button as they are on the screen.
+/// The colours of a button on the screen.
 Colours coloursOf(const QPushButton *button)
 {
     const QImage window = button->window()->grab().toImage();
@@ -63,7 +63,7 @@ bool hasActiveEffect(const QPushButton *button)
 
 } // namespace
 
-/// How the buttons of the operator's window look.
+/// The appearance of the operator window's buttons.
 class tst_Looks : public QObject
 {
     Q_OBJECT
@@ -71,7 +71,7 @@ class tst_Looks : public QObject
 private slots:
     void a_disabled_button_is_faded_and_legible_data();
     void a_disabled_button_is_faded_and_legible();
-    void every_button_has_an_effect_just_while_it_is_disabled();
+    void every_button_has_an_effect_only_while_it_is_disabled();
 };
 
 void tst_Looks::a_disabled_button_is_faded_and_legible_data()
@@ -100,7 +100,7 @@ void tst_Looks::a_disabled_button_is_faded_and_legible()
     QCOMPARE(coloursOf(button).background, enabled.background);
 }
 
-void tst_Looks::every_button_has_an_effect_just_while_it_is_disabled()
+void tst_Looks::every_button_has_an_effect_only_while_it_is_disabled()
 {
     RunningWindow running;
     running.open();

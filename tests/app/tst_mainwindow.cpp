@@ -35,7 +35,7 @@ int valueOf(const QWidget &window, const QString &slider)
     return window.findChild<QSlider *>(slider)->value();
 }
 
-/// Counts how often what it watches is painted.
+/// Counts the paint events of the watched widget.
 class Paintings : public QObject
 {
 public:
@@ -48,7 +48,7 @@ public:
     int count = 0;
 };
 
-/// Marks what it translates: the texts of the main window.
+/// Marks the texts that it translates, those of the main window.
 class Marking : public QTranslator
 {
     Q_OBJECT
@@ -71,30 +71,30 @@ class tst_MainWindow : public QObject
     Q_OBJECT
 
 private slots:
-    void the_slots_have_their_order();
+    void the_slots_are_in_order();
     void without_a_settings_file_everything_has_its_default();
     void a_stored_mode_checks_one_radio_button_data();
     void a_stored_mode_checks_one_radio_button();
     void showing_a_stored_mode_does_not_apply_it();
-    void the_first_load_comes_from_the_event_loop_and_once();
-    void the_first_load_comes_before_the_games_however_late();
-    void the_first_load_has_its_order();
+    void the_first_load_runs_once_from_the_event_loop();
+    void the_first_load_runs_before_the_games_however_late();
+    void the_first_load_runs_in_order();
     void the_learn_buttons_are_right_before_events_are_processed();
     void the_status_fills_the_bar_and_is_never_hidden();
-    void the_texts_are_translated_as_the_main_windows();
-    void the_window_is_painted_before_the_devices_are_looked_for();
-    void a_window_that_is_never_painted_looks_for_the_devices_too();
+    void the_texts_are_translated_in_the_main_windows_context();
+    void the_window_is_painted_before_the_device_scan();
+    void a_window_that_is_never_painted_scans_for_devices_too();
     void a_stored_speed_reaches_slider_and_game_data();
     void a_stored_speed_reaches_slider_and_game();
-    void a_speed_that_is_no_number_is_the_lowest();
-    void every_change_of_the_speed_is_stored_and_played();
+    void an_invalid_speed_reads_as_the_lowest();
+    void every_change_of_the_speed_is_stored_and_takes_effect();
     void the_sensitivities_are_stored_only_at_the_end();
     void a_sensitivity_for_one_side_leaves_the_other_its_default();
-    void only_what_is_meant_to_last_is_stored();
+    void only_persistent_settings_are_stored();
     void the_reset_button_begins_a_new_match();
 };
 
-void tst_MainWindow::the_slots_have_their_order()
+void tst_MainWindow::the_slots_are_in_order()
 {
     const QList<QByteArray> expected = {
         "eventFilter(QObject*,QEvent*)",
@@ -184,7 +184,7 @@ void tst_MainWindow::showing_a_stored_mode_does_not_apply_it()
     QCOMPARE(running.setting(u"ControlModeRight"_s), u"XBOX"_s);
 }
 
-void tst_MainWindow::the_first_load_comes_from_the_event_loop_and_once()
+void tst_MainWindow::the_first_load_runs_once_from_the_event_loop()
 {
     RunningWindow running;
     running.window = std::make_unique<MainWindow>();
@@ -198,7 +198,7 @@ void tst_MainWindow::the_first_load_comes_from_the_event_loop_and_once()
     QVERIFY(running.midi.takeCalls().isEmpty());
 }
 
-void tst_MainWindow::the_first_load_comes_before_the_games_however_late()
+void tst_MainWindow::the_first_load_runs_before_the_games_however_late()
 {
     RunningWindow running;
     running.window = std::make_unique<MainWindow>();
@@ -214,7 +214,7 @@ void tst_MainWindow::the_first_load_comes_before_the_games_however_late()
     QVERIFY(!gameLoaded);
 }
 
-void tst_MainWindow::the_first_load_has_its_order()
+void tst_MainWindow::the_first_load_runs_in_order()
 {
     RunningWindow running("[General]\nControlModeLeft=MIDI\nControlModeRight=MIDI\n");
     running.window = std::make_unique<MainWindow>();
@@ -246,7 +246,7 @@ void tst_MainWindow::the_learn_buttons_are_right_before_events_are_processed()
     RunningWindow running;
     running.window = std::make_unique<MainWindow>();
     QStringList texts;
-    // Comes in the midst of the first load, with the control modes.
+    // Arrives in the middle of the first load, while the control modes are applied.
     QTimer::singleShot(0, running.window.get(), [&] {
         texts = {running.text(u"learnStartL"_s), running.text(u"learnStartR"_s)};
     });
@@ -266,7 +266,7 @@ void tst_MainWindow::the_status_fills_the_bar_and_is_never_hidden()
     QVERIFY(label->isVisible());
 }
 
-void tst_MainWindow::the_texts_are_translated_as_the_main_windows()
+void tst_MainWindow::the_texts_are_translated_in_the_main_windows_context()
 {
     Marking translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));
@@ -277,7 +277,7 @@ void tst_MainWindow::the_texts_are_translated_as_the_main_windows()
     QTRY_COMPARE(running.text(u"statusLabel"_s), u"BEYOND x1700 Startedx"_s);
 }
 
-void tst_MainWindow::the_window_is_painted_before_the_devices_are_looked_for()
+void tst_MainWindow::the_window_is_painted_before_the_device_scan()
 {
     RunningWindow running;
     running.window = std::make_unique<MainWindow>();
@@ -291,7 +291,7 @@ void tst_MainWindow::the_window_is_painted_before_the_devices_are_looked_for()
     QVERIFY(paintingsBefore > 0);
 }
 
-void tst_MainWindow::a_window_that_is_never_painted_looks_for_the_devices_too()
+void tst_MainWindow::a_window_that_is_never_painted_scans_for_devices_too()
 {
     RunningWindow running;
     running.window = std::make_unique<MainWindow>();
@@ -305,9 +305,9 @@ void tst_MainWindow::a_stored_speed_reaches_slider_and_game_data()
     QTest::addRow("inside the range") << QByteArray("25") << 25;
     QTest::addRow("too slow") << QByteArray("9") << 10;
     QTest::addRow("too fast") << QByteArray("31") << 30;
-    QTest::addRow("none at all") << QByteArray("0") << 10;
-    QTest::addRow("backwards") << QByteArray("-2147483648") << 10;
-    QTest::addRow("beyond all measure") << QByteArray("2147483647") << 30;
+    QTest::addRow("zero") << QByteArray("0") << 10;
+    QTest::addRow("the lowest") << QByteArray("-2147483648") << 10;
+    QTest::addRow("the highest") << QByteArray("2147483647") << 30;
 }
 
 void tst_MainWindow::a_stored_speed_reaches_slider_and_game()
@@ -321,7 +321,7 @@ void tst_MainWindow::a_stored_speed_reaches_slider_and_game()
     QCOMPARE(running.setting(u"BallSpeed"_s), QString::number(speed));
 }
 
-void tst_MainWindow::a_speed_that_is_no_number_is_the_lowest()
+void tst_MainWindow::an_invalid_speed_reads_as_the_lowest()
 {
     RunningWindow running("[General]\nBallSpeed=fast\n");
     QTest::ignoreMessage(QtDebugMsg, R"(Setting "BallSpeed" is not a number: "fast")");
@@ -329,7 +329,7 @@ void tst_MainWindow::a_speed_that_is_no_number_is_the_lowest()
     QCOMPARE(int(running.window->game().ballSpeed), 10);
 }
 
-void tst_MainWindow::every_change_of_the_speed_is_stored_and_played()
+void tst_MainWindow::every_change_of_the_speed_is_stored_and_takes_effect()
 {
     RunningWindow running;
     running.open();
@@ -369,7 +369,7 @@ void tst_MainWindow::a_sensitivity_for_one_side_leaves_the_other_its_default()
     QCOMPARE(valueOf(*running.window, u"sensRSlider"_s), 512);
 }
 
-void tst_MainWindow::only_what_is_meant_to_last_is_stored()
+void tst_MainWindow::only_persistent_settings_are_stored()
 {
     RunningWindow running;
     running.host.zones = 3;
@@ -397,7 +397,7 @@ void tst_MainWindow::the_reset_button_begins_a_new_match()
     running.open();
     running.waitForStatus();
     Pong &game = running.game();
-    for (int times = 0; times < 2; ++times) { // the button is pressed, then up again
+    for (int times = 0; times < 2; ++times) { // first checks the button, then unchecks it
         game.leftScore = 7;
         game.rightScore = 3;
         game.servePhase = ServeRight;

@@ -16,14 +16,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The keys that work the widgets of a window.
+/// The keys that operate the widgets of a window.
 constexpr auto workingKeys = std::to_array({Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter,
     Qt::Key_Select, Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp,
     Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End, Qt::Key_F4, Qt::Key_B, Qt::Key_Escape});
 
 } // namespace
 
-/// Where the keyboard focus is in the operator's window, with real keys, clicks and wheels.
+/// The keyboard focus in the operator's window, with real keys, clicks and wheel events.
 class tst_RestingFocus : public QObject
 {
     Q_OBJECT
@@ -31,26 +31,25 @@ class tst_RestingFocus : public QObject
 private slots:
     void init();
     void cleanup() { m_running.reset(); }
-    void at_the_start_no_key_works_a_widget();
-    void after_a_click_no_key_works_a_widget_data();
-    void after_a_click_no_key_works_a_widget();
-    void a_click_on_the_widget_with_the_focus_takes_it_away();
-    void a_choice_from_a_list_leaves_no_focus_on_it();
-    void a_disabled_widget_hands_its_focus_to_no_other_data();
-    void a_disabled_widget_hands_its_focus_to_no_other();
+    void at_the_start_no_key_operates_a_widget();
+    void after_a_click_no_key_operates_a_widget_data();
+    void after_a_click_no_key_operates_a_widget();
+    void a_click_on_the_focused_widget_takes_its_focus();
+    void a_list_does_not_keep_the_focus_after_a_choice();
+    void a_disabled_widget_passes_its_focus_to_no_other_data();
+    void a_disabled_widget_passes_its_focus_to_no_other();
     void tab_begins_at_the_output_button_and_reaches_everything();
-    void a_key_reaches_the_widget_to_which_tab_went();
-    void the_window_that_comes_back_gives_no_widget_the_focus();
-    void a_learnt_key_plays_from_where_the_focus_rests();
-    void the_wheel_over_a_closed_list_chooses_nothing_data();
-    void the_wheel_over_a_closed_list_chooses_nothing();
+    void a_key_reaches_the_widget_focused_by_tab();
+    void no_widget_gets_the_focus_when_the_window_is_shown_again();
+    void a_learnt_key_works_while_the_focus_rests();
+    void the_wheel_over_a_closed_list_selects_nothing_data();
+    void the_wheel_over_a_closed_list_selects_nothing();
     void the_wheel_in_an_open_list_scrolls_it();
 
 private:
     QWindow *handle() const { return m_running->widget()->windowHandle(); }
     void press(Qt::Key key) const { QTest::keyClick(handle(), key); }
-    /// Presses the left button on a widget, where a radio button or a box takes it, and releases
-    /// it.
+    /// Clicks a widget at a position where radio buttons and check boxes accept it.
     void click(const QWidget *widget) const
     {
         QTest::mouseClick(handle(), Qt::LeftButton, {},
@@ -99,7 +98,7 @@ QStringList tst_RestingFocus::state() const
     return all;
 }
 
-void tst_RestingFocus::at_the_start_no_key_works_a_widget()
+void tst_RestingFocus::at_the_start_no_key_operates_a_widget()
 {
     QCOMPARE(QApplication::focusWidget(), restingPlace());
     const QStringList before = state();
@@ -109,7 +108,7 @@ void tst_RestingFocus::at_the_start_no_key_works_a_widget()
     }
 }
 
-void tst_RestingFocus::after_a_click_no_key_works_a_widget_data()
+void tst_RestingFocus::after_a_click_no_key_operates_a_widget_data()
 {
     QTest::addColumn<QString>("name");
     for (const char *name :
@@ -119,17 +118,17 @@ void tst_RestingFocus::after_a_click_no_key_works_a_widget_data()
         QTest::addRow("%s", name) << QString::fromLatin1(name);
 }
 
-void tst_RestingFocus::after_a_click_no_key_works_a_widget()
+void tst_RestingFocus::after_a_click_no_key_operates_a_widget()
 {
     QFETCH(QString, name);
-    press(Qt::Key_Tab); // so that the focus was elsewhere
+    press(Qt::Key_Tab); // moves the focus elsewhere first
     QVERIFY(QApplication::focusWidget() != restingPlace());
     QWidget *widget = m_running->find(name);
     QVERIFY(widget->isVisible() && widget->isEnabled());
     click(widget);
     QCOMPARE(QApplication::focusWidget(), restingPlace());
     if (name.startsWith("learn"_L1))
-        click(widget); // or a key would be learnt, as it should
+        click(widget); // ends learning, which would accept the next key
     const QStringList before = state();
     for (const Qt::Key key : workingKeys) {
         press(key);
@@ -137,7 +136,7 @@ void tst_RestingFocus::after_a_click_no_key_works_a_widget()
     }
 }
 
-void tst_RestingFocus::a_click_on_the_widget_with_the_focus_takes_it_away()
+void tst_RestingFocus::a_click_on_the_focused_widget_takes_its_focus()
 {
     auto *output = m_running->find<QPushButton>(u"enableButton"_s);
     press(Qt::Key_Tab);
@@ -149,7 +148,7 @@ void tst_RestingFocus::a_click_on_the_widget_with_the_focus_takes_it_away()
     QVERIFY(output->isChecked());
 }
 
-void tst_RestingFocus::a_choice_from_a_list_leaves_no_focus_on_it()
+void tst_RestingFocus::a_list_does_not_keep_the_focus_after_a_choice()
 {
     auto *zones = m_running->find<QComboBox>(u"zoneComboBox"_s);
     click(zones);
@@ -166,14 +165,14 @@ void tst_RestingFocus::a_choice_from_a_list_leaves_no_focus_on_it()
     QCOMPARE(zones->currentIndex(), 2);
 }
 
-void tst_RestingFocus::a_disabled_widget_hands_its_focus_to_no_other_data()
+void tst_RestingFocus::a_disabled_widget_passes_its_focus_to_no_other_data()
 {
     QTest::addColumn<bool>("active");
     QTest::addRow("in the active window") << true;
     QTest::addRow("in a window that is not active") << false;
 }
 
-void tst_RestingFocus::a_disabled_widget_hands_its_focus_to_no_other()
+void tst_RestingFocus::a_disabled_widget_passes_its_focus_to_no_other()
 {
     QFETCH(bool, active);
     press(Qt::Key_Tab);
@@ -207,7 +206,7 @@ void tst_RestingFocus::tab_begins_at_the_output_button_and_reaches_everything()
     QCOMPARE(QApplication::focusWidget()->objectName(), u"enableButton"_s);
     do {
         missing.remove(QApplication::focusWidget());
-        // Of the radio buttons of a side Tab reaches one, from which the arrow keys go on.
+        // Tab reaches one of a side's radio buttons, the arrow keys the others.
         sidesWithRadio += qobject_cast<QRadioButton *>(QApplication::focusWidget()) ? 1 : 0;
         press(Qt::Key_Tab);
     } while (QApplication::focusWidget()->objectName() != u"enableButton"_s);
@@ -215,7 +214,7 @@ void tst_RestingFocus::tab_begins_at_the_output_button_and_reaches_everything()
     QCOMPARE(sidesWithRadio, 2);
 }
 
-void tst_RestingFocus::a_key_reaches_the_widget_to_which_tab_went()
+void tst_RestingFocus::a_key_reaches_the_widget_focused_by_tab()
 {
     press(Qt::Key_Tab);
     press(Qt::Key_Space);
@@ -227,7 +226,7 @@ void tst_RestingFocus::a_key_reaches_the_widget_to_which_tab_went()
     QCOMPARE(m_running->find<QSlider>(u"speedSlider"_s)->value(), 21);
 }
 
-void tst_RestingFocus::the_window_that_comes_back_gives_no_widget_the_focus()
+void tst_RestingFocus::no_widget_gets_the_focus_when_the_window_is_shown_again()
 {
     QWidget other;
     other.show();
@@ -239,27 +238,27 @@ void tst_RestingFocus::the_window_that_comes_back_gives_no_widget_the_focus()
     QCOMPARE(QApplication::focusWidget(), restingPlace());
 }
 
-void tst_RestingFocus::a_learnt_key_plays_from_where_the_focus_rests()
+void tst_RestingFocus::a_learnt_key_works_while_the_focus_rests()
 {
     QTest::keyPress(handle(), Qt::Key_W);
     QCOMPARE(m_running->step(1), 63);
     QTest::keyRelease(handle(), Qt::Key_W);
     QCOMPARE(m_running->step(1), 0);
-    // A list that opens takes the keys with it.
+    // An open list takes the keyboard focus.
     QTest::keyPress(handle(), Qt::Key_W);
     click(m_running->find(u"zoneComboBox"_s));
     QVERIFY(QApplication::activePopupWidget());
     QCOMPARE(m_running->step(1), 0);
 }
 
-void tst_RestingFocus::the_wheel_over_a_closed_list_chooses_nothing_data()
+void tst_RestingFocus::the_wheel_over_a_closed_list_selects_nothing_data()
 {
     QTest::addColumn<QString>("name");
     for (const char *name : {"zoneComboBox", "midiLComboBox", "xboxRComboBox"})
         QTest::addRow("%s", name) << QString::fromLatin1(name);
 }
 
-void tst_RestingFocus::the_wheel_over_a_closed_list_chooses_nothing()
+void tst_RestingFocus::the_wheel_over_a_closed_list_selects_nothing()
 {
     QFETCH(QString, name);
     auto *list = m_running->find<QComboBox>(name);
@@ -277,7 +276,7 @@ void tst_RestingFocus::the_wheel_over_a_closed_list_chooses_nothing()
         }
         QCOMPARE(QApplication::focusWidget(), before);
     }
-    // The wheel does reach what is there.
+    // The wheel event does arrive.
     auto *slider = m_running->find<QSlider>(u"speedSlider"_s);
     wheel(handle(), slider->mapTo(m_running->widget(), slider->rect().center()), 1);
     QVERIFY(slider->value() > 20);

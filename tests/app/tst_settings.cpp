@@ -45,7 +45,7 @@ QByteArray contentOf(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// The lines of the settings file: each system has an order and a line end of its own.
+/// The lines of the settings file, sorted: order and line ends differ between systems.
 QStringList sortedLines()
 {
     QStringList lines =
@@ -76,30 +76,30 @@ private slots:
     void the_keys_their_types_and_defaults_are_those_of_the_file();
     void the_halves_of_a_pair_are_the_left_and_the_right_side();
     void without_a_file_every_setting_has_its_default();
-    void an_empty_file_is_no_error();
-    void a_folder_in_place_of_the_file_is_no_error();
+    void an_empty_file_is_not_an_error();
+    void a_folder_in_place_of_the_file_is_not_an_error();
     void a_file_for_one_side_leaves_the_other_its_default();
-    void what_is_written_stands_at_the_top_level_of_the_file();
-    void what_is_written_is_read_back();
+    void values_are_written_at_the_top_level_of_the_file();
+    void written_values_are_read_back();
     void a_write_leaves_the_other_keys_alone();
-    void what_is_there_already_is_not_written_again();
+    void unchanged_values_are_not_written_again();
     void another_working_directory_has_another_file();
-    void a_damaged_file_is_kept_and_what_is_whole_in_it_read_data();
-    void a_damaged_file_is_kept_and_what_is_whole_in_it_read();
+    void a_damaged_file_is_kept_and_its_intact_values_are_read_data();
+    void a_damaged_file_is_kept_and_its_intact_values_are_read();
     void typed_values_are_read_as_text();
     void everything_but_typed_values_stays_in_the_file();
-    void lines_with_at_signs_and_backslashes_are_no_damage();
-    void a_file_that_cannot_be_copied_stays_as_it_is_data();
-    void a_file_that_cannot_be_copied_stays_as_it_is();
-    void a_later_damage_replaces_the_kept_file();
-    void a_whole_file_is_not_copied();
+    void lines_with_at_signs_and_backslashes_are_not_damage();
+    void a_file_that_cannot_be_copied_is_unchanged_data();
+    void a_file_that_cannot_be_copied_is_unchanged();
+    void later_damage_replaces_the_kept_file();
+    void an_intact_file_is_not_copied();
     void values_that_are_not_numbers_read_as_0_and_are_logged_data();
     void values_that_are_not_numbers_read_as_0_and_are_logged();
     void numbers_are_read_as_qt_converts_them_data();
     void numbers_are_read_as_qt_converts_them();
-    void a_negative_number_is_no_key();
-    void a_mode_is_read_as_it_stands_data();
-    void a_mode_is_read_as_it_stands();
+    void a_negative_number_is_not_a_key();
+    void a_mode_is_read_verbatim_data();
+    void a_mode_is_read_verbatim();
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -204,7 +204,7 @@ void tst_Settings::without_a_file_every_setting_has_its_default()
     QCOMPARE(files(), QStringList());
 }
 
-void tst_Settings::an_empty_file_is_no_error()
+void tst_Settings::an_empty_file_is_not_an_error()
 {
     write(fileName, "");
     const auto store = settings::open();
@@ -212,7 +212,7 @@ void tst_Settings::an_empty_file_is_no_error()
     QCOMPARE(files(), QStringList{fileName});
 }
 
-void tst_Settings::a_folder_in_place_of_the_file_is_no_error()
+void tst_Settings::a_folder_in_place_of_the_file_is_not_an_error()
 {
     QVERIFY(QDir().mkdir(fileName));
     const auto store = settings::open();
@@ -229,7 +229,7 @@ void tst_Settings::a_file_for_one_side_leaves_the_other_its_default()
     QCOMPARE(settings::read(*store, settings::sensitivity[Side::Right]), 512);
 }
 
-void tst_Settings::what_is_written_stands_at_the_top_level_of_the_file()
+void tst_Settings::values_are_written_at_the_top_level_of_the_file()
 {
     {
         const auto store = settings::open();
@@ -243,7 +243,7 @@ void tst_Settings::what_is_written_stands_at_the_top_level_of_the_file()
             u"BallSpeed=25"_s, u"CC_10=176"_s, u"ControlModeRight=MIDI"_s, u"[General]"_s}));
 }
 
-void tst_Settings::what_is_written_is_read_back()
+void tst_Settings::written_values_are_read_back()
 {
     const uint largestKey = 0xffffffff;
     {
@@ -267,11 +267,11 @@ void tst_Settings::a_write_leaves_the_other_keys_alone()
         (QStringList{u"Foreign=kept"_s, u"SensL=300"_s, u"SensR=600"_s, u"[General]"_s}));
 }
 
-void tst_Settings::what_is_there_already_is_not_written_again()
+void tst_Settings::unchanged_values_are_not_written_again()
 {
     write(fileName, "[General]\nBallSpeed=25\nControlModeLeft=MIDI\n");
     const auto store = settings::open();
-    QVERIFY(QFile::remove(fileName)); // it comes back with the next write
+    QVERIFY(QFile::remove(fileName)); // the next write would recreate it
     settings::write(*store, settings::ballSpeed, 25);
     settings::write(*store, settings::controlMode[Side::Left], "MIDI"_L1);
     store->sync();
@@ -292,7 +292,7 @@ void tst_Settings::another_working_directory_has_another_file()
     QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 25);
 }
 
-void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read_data()
+void tst_Settings::a_damaged_file_is_kept_and_its_intact_values_are_read_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
@@ -300,7 +300,7 @@ void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read_data()
     QTest::addRow("rubbish in front") << QByteArray("\xff\xfe rubbish\n[General]\nBallSpeed=25\n");
 }
 
-void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read()
+void tst_Settings::a_damaged_file_is_kept_and_its_intact_values_are_read()
 {
     QFETCH(QByteArray, content);
     write(fileName, content);
@@ -313,7 +313,7 @@ void tst_Settings::a_damaged_file_is_kept_and_what_is_whole_in_it_read()
         settings::write(*store, settings::sensitivity[Side::Left], 300);
     }
     QCOMPARE(contentOf(copyName), content);
-    const auto store = settings::open(); // whole again, so nothing is logged
+    const auto store = settings::open(); // repaired, so nothing is logged
     QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
     QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 300);
     QCOMPARE(contentOf(copyName), content);
@@ -340,7 +340,7 @@ void tst_Settings::typed_values_are_read_as_text()
     QCOMPARE(contentOf(copyName), content);
     QVERIFY(QFile::remove(copyName));
     QCOMPARE(settings::read(*settings::open(), settings::sensitivity[Side::Left]), 300);
-    QCOMPARE(files(), QStringList{fileName}); // no damage any more
+    QCOMPARE(files(), QStringList{fileName}); // no longer damaged
 }
 
 void tst_Settings::everything_but_typed_values_stays_in_the_file()
@@ -352,7 +352,7 @@ void tst_Settings::everything_but_typed_values_stays_in_the_file()
     QCOMPARE(contentOf(fileName), before + "@@Invalid()" + after + "@@Rect(1 2 3 4)\r\n");
 }
 
-void tst_Settings::lines_with_at_signs_and_backslashes_are_no_damage()
+void tst_Settings::lines_with_at_signs_and_backslashes_are_not_damage()
 {
     const QByteArray content = "[General]\nMail=me@example.org\nName=@home\nPath=C:\\\\show\n"
                                "[Other]\nNote=\"(@)\"\nSigned=@@Invalid()\n";
@@ -365,7 +365,7 @@ void tst_Settings::lines_with_at_signs_and_backslashes_are_no_damage()
         QVERIFY2(sortedLines().contains(line), qPrintable(line));
 }
 
-void tst_Settings::a_file_that_cannot_be_copied_stays_as_it_is_data()
+void tst_Settings::a_file_that_cannot_be_copied_is_unchanged_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
@@ -373,7 +373,7 @@ void tst_Settings::a_file_that_cannot_be_copied_stays_as_it_is_data()
         << QByteArray("[General]\nBallSpeed=25\n[Other]\nWindow=@Rect(1 2 3 4)\n");
 }
 
-void tst_Settings::a_file_that_cannot_be_copied_stays_as_it_is()
+void tst_Settings::a_file_that_cannot_be_copied_is_unchanged()
 {
     QFETCH(QByteArray, content);
     write(fileName, content);
@@ -394,7 +394,7 @@ void tst_Settings::a_file_that_cannot_be_copied_stays_as_it_is()
     QVERIFY(QDir().rmdir(copyName)); // empty, as it was
 }
 
-void tst_Settings::a_later_damage_replaces_the_kept_file()
+void tst_Settings::later_damage_replaces_the_kept_file()
 {
     write(copyName, "older");
     write(fileName, "newer");
@@ -404,7 +404,7 @@ void tst_Settings::a_later_damage_replaces_the_kept_file()
     QCOMPARE(contentOf(copyName), QByteArray("newer"));
 }
 
-void tst_Settings::a_whole_file_is_not_copied()
+void tst_Settings::an_intact_file_is_not_copied()
 {
     write(fileName, "; a remark\n[General]\nBallSpeed=25\n");
     settings::open();
@@ -445,7 +445,7 @@ void tst_Settings::numbers_are_read_as_qt_converts_them_data()
     QTest::addRow("beyond 32 bits") << QByteArray("99999999999") << 1215752191 << 1215752191U;
     QTest::addRow("the largest key") << QByteArray("4294967295") << -1 << 4294967295U;
     QTest::addRow("in quotes") << QByteArray("\"25\"") << 25 << 25U;
-    QTest::addRow("behind an escape") << QByteArray("\\x32\\x35") << 25 << 25U;
+    QTest::addRow("escaped") << QByteArray("\\x32\\x35") << 25 << 25U;
 }
 
 void tst_Settings::numbers_are_read_as_qt_converts_them()
@@ -461,7 +461,7 @@ void tst_Settings::numbers_are_read_as_qt_converts_them()
     QCOMPARE(log.takeAll(), QStringList());
 }
 
-void tst_Settings::a_negative_number_is_no_key()
+void tst_Settings::a_negative_number_is_not_a_key()
 {
     write(fileName, "[General]\nKeyboardUpL=-1\nXMoveL=-1\n");
     const auto store = settings::open();
@@ -470,7 +470,7 @@ void tst_Settings::a_negative_number_is_no_key()
     QCOMPARE(settings::read(*store, settings::xMove[Side::Left]), -1);
 }
 
-void tst_Settings::a_mode_is_read_as_it_stands_data()
+void tst_Settings::a_mode_is_read_verbatim_data()
 {
     QTest::addColumn<QByteArray>("written");
     QTest::addColumn<QString>("mode");
@@ -480,7 +480,7 @@ void tst_Settings::a_mode_is_read_as_it_stands_data()
     QTest::addRow("a list") << QByteArray("MIDI, XBOX") << QString();
 }
 
-void tst_Settings::a_mode_is_read_as_it_stands()
+void tst_Settings::a_mode_is_read_verbatim()
 {
     QFETCH(QByteArray, written);
     QFETCH(QString, mode);

@@ -1,5 +1,5 @@
-// For systems on which a process can limit the size of the files that it writes, which is as good
-// as a full disk.
+// For systems where a process can limit the size of the files that it writes, to simulate a full
+// disk.
 
 #include "debuglines.h"
 #include "settings.h"
@@ -36,7 +36,7 @@ QStringList files()
     return QDir().entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
 
-/// While it lives, no file has room for more than so many bytes.
+/// Limits the size of files for its lifetime, in bytes.
 class Room
 {
 public:
@@ -63,11 +63,11 @@ class tst_SettingsOnDisk : public QObject
 private slots:
     void init();
     void cleanup();
-    void without_room_for_a_copy_a_damaged_file_stays_as_it_is_data();
-    void without_room_for_a_copy_a_damaged_file_stays_as_it_is();
-    void with_room_for_the_copy_alone_the_file_stays_as_it_is();
-    void without_room_for_a_change_the_file_stays_as_it_is();
-    void a_change_that_had_no_room_is_written_when_there_is_some();
+    void without_room_for_a_copy_a_damaged_file_is_unchanged_data();
+    void without_room_for_a_copy_a_damaged_file_is_unchanged();
+    void with_room_for_only_the_copy_the_file_is_unchanged();
+    void without_room_for_a_change_the_file_is_unchanged();
+    void a_change_without_room_is_written_once_there_is_room();
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -87,14 +87,14 @@ void tst_SettingsOnDisk::cleanup()
     m_folder.reset();
 }
 
-void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_stays_as_it_is_data()
+void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_is_unchanged_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
     QTest::addRow("a typed value") << QByteArray("[General]\nBallSpeed=25\nSensL=@Invalid()\n");
 }
 
-void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_stays_as_it_is()
+void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_is_unchanged()
 {
     QFETCH(QByteArray, content);
     write(content);
@@ -115,7 +115,7 @@ void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_stays_as_it_is()
     QCOMPARE(files(), QStringList{fileName});
 }
 
-void tst_SettingsOnDisk::with_room_for_the_copy_alone_the_file_stays_as_it_is()
+void tst_SettingsOnDisk::with_room_for_only_the_copy_the_file_is_unchanged()
 {
     const QByteArray content = "[General]\nBallSpeed=25\nSensL=@Invalid()\n";
     write(content);
@@ -128,7 +128,7 @@ void tst_SettingsOnDisk::with_room_for_the_copy_alone_the_file_stays_as_it_is()
     QCOMPARE(contentOf(u".pong.damaged"_s), content);
 }
 
-void tst_SettingsOnDisk::without_room_for_a_change_the_file_stays_as_it_is()
+void tst_SettingsOnDisk::without_room_for_a_change_the_file_is_unchanged()
 {
     const QByteArray content = "[General]\nBallSpeed=25\nSensR=600\n";
     write(content);
@@ -143,7 +143,7 @@ void tst_SettingsOnDisk::without_room_for_a_change_the_file_stays_as_it_is()
     QCOMPARE(files(), QStringList{fileName});
 }
 
-void tst_SettingsOnDisk::a_change_that_had_no_room_is_written_when_there_is_some()
+void tst_SettingsOnDisk::a_change_without_room_is_written_once_there_is_room()
 {
     write("[General]\nBallSpeed=25\n");
     const auto store = settings::open();

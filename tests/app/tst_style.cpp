@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// Systems other than Windows lack its style. Here every style of that name is another's looks.
+/// Provides the Windows style's name on other systems; it looks like Fusion.
 class VistaStylePlugin : public QStylePlugin
 {
     Q_OBJECT
@@ -23,10 +23,10 @@ class tst_Style : public QObject
     Q_OBJECT
 
 private slots:
-    void the_window_gives_the_program_the_style_of_windows();
+    void the_window_sets_the_windows_style();
 };
 
-void tst_Style::the_window_gives_the_program_the_style_of_windows()
+void tst_Style::the_window_sets_the_windows_style()
 {
     QVERIFY(QStyleFactory::keys().contains(u"windowsvista"_s, Qt::CaseInsensitive));
     QVERIFY(QApplication::style()->name() != "windowsvista"_L1);

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Answers the next message box as a person does, and keeps what it said.
+/// Answers the next message box like a user, and records its texts.
 class Reader : public QObject
 {
 public:
@@ -24,7 +24,7 @@ public:
         m_timer.start(10);
     }
 
-    /// Runs while the box is shown, before it is answered.
+    /// Called while the box is shown, before it is answered.
     std::function<void()> meanwhile;
     int boxes = 0;
     QString title;
@@ -69,42 +69,42 @@ public:
 
 } // namespace
 
-/// How the window ends, by itself and for others.
+/// The end of the window, and the order in which it releases everything.
 class tst_Teardown : public QObject
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void a_missing_library_is_told_and_closes_the_window_data();
-    void a_missing_library_is_told_and_closes_the_window();
+    void a_missing_library_is_reported_and_closes_the_window_data();
+    void a_missing_library_is_reported_and_closes_the_window();
     void the_box_about_a_missing_library_waits_for_the_first_load();
-    void no_box_opens_in_a_window_that_is_closed_data();
-    void no_box_opens_in_a_window_that_is_closed();
-    void nothing_is_loaded_in_a_window_that_is_closed();
-    void no_status_is_shown_after_the_library_was_missed();
+    void no_box_opens_in_a_closed_window_data();
+    void no_box_opens_in_a_closed_window();
+    void nothing_is_loaded_in_a_closed_window();
+    void no_status_is_shown_once_the_library_is_reported_missing();
     void a_missing_library_ends_the_program();
-    void the_game_has_a_tenth_of_a_second_to_leave_the_laser_dark_data();
-    void the_game_has_a_tenth_of_a_second_to_leave_the_laser_dark();
+    void the_game_has_a_tenth_of_a_second_to_blank_the_laser_data();
+    void the_game_has_a_tenth_of_a_second_to_blank_the_laser();
     void the_last_frames_of_a_shown_game_are_empty();
-    void the_session_is_closed_before_the_library_is_given_back();
+    void the_session_is_closed_before_the_library_is_unloaded();
     void the_settings_are_saved_first();
-    void no_status_is_shown_while_the_window_goes();
+    void no_status_is_shown_while_the_window_closes();
     void a_control_is_not_learnt_while_the_window_closes();
     void no_midi_message_arrives_once_the_devices_are_closed();
     void the_devices_are_closed_after_the_tenth_of_a_second();
-    void a_window_may_go_before_its_first_load();
-    void nothing_works_any_more_in_a_window_that_goes();
-    void the_next_window_finds_everything_free();
+    void a_window_may_be_destroyed_before_its_first_load();
+    void no_control_works_in_a_window_being_destroyed();
+    void the_next_window_can_use_every_device();
 };
 
 void tst_Teardown::initTestCase()
 {
-    // The test goes on when a window closes.
+    // The test continues after a window closes.
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
-void tst_Teardown::a_missing_library_is_told_and_closes_the_window_data()
+void tst_Teardown::a_missing_library_is_reported_and_closes_the_window_data()
 {
     QTest::addColumn<bool>("installed");
     QTest::addColumn<QByteArray>("missing");
@@ -112,7 +112,7 @@ void tst_Teardown::a_missing_library_is_told_and_closes_the_window_data()
     QTest::addRow("a library that lacks a function") << true << QByteArray("ldbGetZoneCount");
 }
 
-void tst_Teardown::a_missing_library_is_told_and_closes_the_window()
+void tst_Teardown::a_missing_library_is_reported_and_closes_the_window()
 {
     QFETCH(bool, installed);
     QFETCH(QByteArray, missing);
@@ -130,7 +130,7 @@ void tst_Teardown::a_missing_library_is_told_and_closes_the_window()
     QCOMPARE(reader.text, u"BEYOND DLL was not Found, the program will exit"_s);
     QCOMPARE(reader.icon, QMessageBox::Critical);
     QCOMPARE(reader.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    QVERIFY(reader.okIsDefault); // being the only one
+    QVERIFY(reader.okIsDefault); // as the only button
     QVERIFY(!reader.parent);
     QVERIFY(openMeanwhile);
 }
@@ -142,7 +142,7 @@ void tst_Teardown::the_box_about_a_missing_library_waits_for_the_first_load()
     running.window = std::make_unique<MainWindow>();
     running.window->show();
     bool loadedBefore = true;
-    // Comes in the midst of the first load, which processes events.
+    // Arrives in the middle of the first load, which processes events.
     QTimer::singleShot(0, running.window.get(), [&] {
         loadedBefore = !running.find(u"enableButton"_s)->styleSheet().isEmpty();
         emit const_cast<BadBey *>(running.game().binding())->reqExit();
@@ -162,14 +162,14 @@ void tst_Teardown::the_box_about_a_missing_library_waits_for_the_first_load()
     QTRY_VERIFY(!running.window->isVisible());
 }
 
-void tst_Teardown::no_box_opens_in_a_window_that_is_closed_data()
+void tst_Teardown::no_box_opens_in_a_closed_window_data()
 {
     QTest::addColumn<bool>("destroyed");
     QTest::addRow("closed") << false;
     QTest::addRow("being destroyed") << true;
 }
 
-void tst_Teardown::no_box_opens_in_a_window_that_is_closed()
+void tst_Teardown::no_box_opens_in_a_closed_window()
 {
     QFETCH(bool, destroyed);
     RunningWindow running;
@@ -192,7 +192,7 @@ void tst_Teardown::no_box_opens_in_a_window_that_is_closed()
     QCOMPARE(reader.boxes, 0);
 }
 
-void tst_Teardown::nothing_is_loaded_in_a_window_that_is_closed()
+void tst_Teardown::nothing_is_loaded_in_a_closed_window()
 {
     RunningWindow running;
     running.window = std::make_unique<MainWindow>();
@@ -203,7 +203,7 @@ void tst_Teardown::nothing_is_loaded_in_a_window_that_is_closed()
     QVERIFY(running.find(u"enableButton"_s)->styleSheet().isEmpty());
 }
 
-void tst_Teardown::no_status_is_shown_after_the_library_was_missed()
+void tst_Teardown::no_status_is_shown_once_the_library_is_reported_missing()
 {
     RunningWindow running;
     running.host.installed = false;
@@ -242,14 +242,14 @@ void tst_Teardown::a_missing_library_ends_the_program()
     QCOMPARE(reader.boxes, 1);
 }
 
-void tst_Teardown::the_game_has_a_tenth_of_a_second_to_leave_the_laser_dark_data()
+void tst_Teardown::the_game_has_a_tenth_of_a_second_to_blank_the_laser_data()
 {
     QTest::addColumn<int>("ready");
     QTest::addRow("the host runs") << 1;
     QTest::addRow("the host is not running") << 0;
 }
 
-void tst_Teardown::the_game_has_a_tenth_of_a_second_to_leave_the_laser_dark()
+void tst_Teardown::the_game_has_a_tenth_of_a_second_to_blank_the_laser()
 {
     QFETCH(int, ready);
     RunningWindow running;
@@ -279,8 +279,8 @@ void tst_Teardown::the_last_frames_of_a_shown_game_are_empty()
     QVERIFY(!running.host.takeFrames().constLast().points.isEmpty());
     running.close();
     const QList<FakeHost::Frame> frames = running.host.takeFrames();
-    // The game goes on ticking while the window says farewell, and no more than the frame that
-    // was in the making when it began to is lit.
+    // The game keeps ticking during the window's grace period; at most the frame that was being
+    // composed when it began is lit.
     qsizetype lit = 0;
     while (lit < frames.size() && !frames[lit].points.isEmpty())
         ++lit;
@@ -292,7 +292,7 @@ void tst_Teardown::the_last_frames_of_a_shown_game_are_empty()
     }
 }
 
-void tst_Teardown::the_session_is_closed_before_the_library_is_given_back()
+void tst_Teardown::the_session_is_closed_before_the_library_is_unloaded()
 {
     RunningWindow running;
     running.open();
@@ -318,7 +318,7 @@ void tst_Teardown::the_settings_are_saved_first()
     QTest::keyClick(running.find(u"sensRSlider"_s), Qt::Key_Right);
     QTest::keyClick(running.find(u"xboxLComboBox"_s), Qt::Key_Down);
     QTRY_VERIFY(running.pads.pads[0].reads > 30);
-    // As soon as the window says farewell the file is written and no pad is read any more.
+    // When the grace period begins, the file is already written and pads are no longer read.
     QByteArray file;
     int reads = -1;
     QTimer::singleShot(0, this, [&] {
@@ -331,7 +331,7 @@ void tst_Teardown::the_settings_are_saved_first()
     QCOMPARE(int(running.pads.pads[0].reads), reads);
 }
 
-void tst_Teardown::no_status_is_shown_while_the_window_goes()
+void tst_Teardown::no_status_is_shown_while_the_window_closes()
 {
     RunningWindow running;
     running.open();
@@ -381,7 +381,7 @@ void tst_Teardown::no_midi_message_arrives_once_the_devices_are_closed()
     QCOMPARE(sendBoth(0x4007B0), 2);
     const QList<int> still = {game.leftStep, game.rightStep};
 
-    // A device may send what it has left when it is stopped.
+    // A device may send remaining messages when it is stopped.
     QList<int> steps;
     running.midi.onCall = [&](const QString &call) {
         if (call != "midiInStop 0"_L1)
@@ -395,7 +395,7 @@ void tst_Teardown::no_midi_message_arrives_once_the_devices_are_closed()
 
 void tst_Teardown::the_devices_are_closed_after_the_tenth_of_a_second()
 {
-    // Nothing is left to write when the window is disabled, shortly before the farewell begins.
+    // Everything is written when the window is disabled, shortly before the grace period begins.
     RunningWindow running("[General]\nControlModeLeft=MIDI\nSensL=512\nSensR=512\n");
     running.midi.inputs.append({.name = u"Fader"_s});
     running.open();
@@ -412,7 +412,7 @@ void tst_Teardown::the_devices_are_closed_after_the_tenth_of_a_second()
     QVERIFY2(stopped >= 100, qPrintable(QString::number(stopped)));
 }
 
-void tst_Teardown::a_window_may_go_before_its_first_load()
+void tst_Teardown::a_window_may_be_destroyed_before_its_first_load()
 {
     RunningWindow running;
     running.window = std::make_unique<MainWindow>();
@@ -423,7 +423,7 @@ void tst_Teardown::a_window_may_go_before_its_first_load()
     QVERIFY(running.midi.takeCalls().isEmpty());
 }
 
-void tst_Teardown::nothing_works_any_more_in_a_window_that_goes()
+void tst_Teardown::no_control_works_in_a_window_being_destroyed()
 {
     RunningWindow running("[General]\nControlModeLeft=KEYBOARD\n");
     running.open();
@@ -445,7 +445,7 @@ void tst_Teardown::nothing_works_any_more_in_a_window_that_goes()
     QVERIFY(!running.host.outputOn);
 }
 
-void tst_Teardown::the_next_window_finds_everything_free()
+void tst_Teardown::the_next_window_can_use_every_device()
 {
     RunningWindow running("[General]\nControlModeLeft=MIDI\n");
     running.midi.inputs.append({.name = u"Fader"_s});

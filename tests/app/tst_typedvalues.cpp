@@ -13,10 +13,10 @@ class tst_TypedValues : public QObject
     Q_OBJECT
 
 private slots:
-    void an_at_sign_that_makes_a_type_is_doubled_data();
-    void an_at_sign_that_makes_a_type_is_doubled();
-    void other_text_stays_byte_for_byte_data();
-    void other_text_stays_byte_for_byte();
+    void an_at_sign_that_begins_a_type_is_doubled_data();
+    void an_at_sign_that_begins_a_type_is_doubled();
+    void other_text_is_unchanged_byte_for_byte_data();
+    void other_text_is_unchanged_byte_for_byte();
 };
 
 namespace {
@@ -44,7 +44,7 @@ bool isText(int type)
 
 } // namespace
 
-void tst_TypedValues::an_at_sign_that_makes_a_type_is_doubled_data()
+void tst_TypedValues::an_at_sign_that_begins_a_type_is_doubled_data()
 {
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<QByteArray>("after");
@@ -79,7 +79,7 @@ void tst_TypedValues::an_at_sign_that_makes_a_type_is_doubled_data()
         "[x]\na=@@Size(1 2)\n[y]\nb=1\n[x]\nc=@@Size(1 2)\n");
 }
 
-void tst_TypedValues::an_at_sign_that_makes_a_type_is_doubled()
+void tst_TypedValues::an_at_sign_that_begins_a_type_is_doubled()
 {
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, after);
@@ -92,7 +92,7 @@ void tst_TypedValues::an_at_sign_that_makes_a_type_is_doubled()
     QVERIFY(std::all_of(typesAfter.begin(), typesAfter.end(), isText));
 }
 
-void tst_TypedValues::other_text_stays_byte_for_byte_data()
+void tst_TypedValues::other_text_is_unchanged_byte_for_byte_data()
 {
     QTest::addColumn<QByteArray>("text");
     const auto add = [](const char *name, const QByteArray &text) {
@@ -117,7 +117,7 @@ void tst_TypedValues::other_text_stays_byte_for_byte_data()
     add("an escape without digits at the end", "a=\\x");
 }
 
-void tst_TypedValues::other_text_stays_byte_for_byte()
+void tst_TypedValues::other_text_is_unchanged_byte_for_byte()
 {
     QFETCH(QByteArray, text);
     const QList<int> types = typesIn(text);

@@ -6,10 +6,9 @@
 
 #include <QTest>
 
-// What the tests of the drawing have in common: a model of the strokes in whole numbers, which
-// uses none of the code under test.
+// Shared by the drawing tests: an integer model of the strokes, independent of the code under test.
 
-/// The colour of all strokes whose colour does not matter.
+/// The colour of strokes whose colour does not matter.
 inline constexpr int color = 0x123456;
 
 /// A point of that colour.
@@ -18,7 +17,7 @@ inline FramePoint at(qint32 x, qint32 y, qint32 flags = 0)
     return {x, y, 0, color, flags};
 }
 
-/// What one line adds to an empty list.
+/// The points that one line adds to an empty list.
 inline QList<FramePoint> drawnLine(StrokeSize size, Point centre, int steps, int mode = LineSingle)
 {
     BadBey bey;
@@ -26,13 +25,13 @@ inline QList<FramePoint> drawnLine(StrokeSize size, Point centre, int steps, int
     return bey.points;
 }
 
-/// Blanked travel to a place.
+/// Blanked travel to a position.
 inline FramePoint travel(qint32 x, qint32 y)
 {
     return {x, y, 0, 0, 3};
 }
 
-/// The points of lines that are drawn one after the other, as they lie in a frame.
+/// The points of consecutive lines, as in a frame.
 class StrokeModel
 {
 public:
@@ -41,7 +40,7 @@ public:
     {
     }
 
-    /// A line from one place to another. Both of its ends are points, so a corner is two points.
+    /// A line between two positions, including both ends, so a corner is two points.
     StrokeModel &line(Point from, Point to, int steps)
     {
         const auto between = [steps](qint64 a, qint64 b, qint64 i) {
@@ -54,7 +53,7 @@ public:
         return *this;
     }
 
-    /// The stroke between its blanked travels.
+    /// The stroke with the blanked travel before and after it.
     QList<FramePoint> finished() const
     {
         if (m_points.isEmpty())

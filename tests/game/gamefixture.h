@@ -4,7 +4,7 @@
 #include "fakehost.h"
 #include "pong.h"
 
-// What the tests of the game's ticks and host checks have in common.
+// Shared by the tests of the game's ticks and host checks.
 
 inline const QString noHost = QStringLiteral("Beyond not started or Incorrect Beyond Version");
 
@@ -16,7 +16,7 @@ inline QString sent(int zone, int count)
         .arg(count);
 }
 
-/// A game that is still on the test's thread: ticks and host checks are called by hand.
+/// A game on the test's thread, whose ticks and host checks the test calls directly.
 struct Game
 {
     explicit Game(bool connected = true)
@@ -36,8 +36,8 @@ struct Game
             pong.UpdatePongDisplay();
     }
 
-    /// Ticks until a frame has gone out, because the count of ticks between frames belongs to the
-    /// process. The match, which waits for a serve, is none the worse.
+    /// Ticks until a frame is sent, because the process-wide divider may be at any count. The match
+    /// waits for a serve, so it does not change.
     void tickToFrame()
     {
         const int before = host.framesSent;

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// While this flag is set the processor traps after every instruction.
+/// The trap flag: while set, the processor traps after every instruction.
 constexpr unsigned trapFlag = 0x100;
 
 int left = 0;
@@ -18,7 +18,7 @@ void onInstruction(int /*signal*/, siginfo_t * /*info*/, void *context)
 {
     if (--left > 0)
         return;
-    // The flags of what was interrupted; those of this handler are others.
+    // The flags of the interrupted code, not of this handler.
     static_cast<ucontext_t *>(context)->uc_mcontext.gregs[REG_EFL] &= ~greg_t{trapFlag};
     (*interrupt)();
 }

@@ -2,10 +2,10 @@
 
 #include <functional>
 
-/// Runs `work` and, in its midst, `interruption`: after that many machine instructions of it, on
-/// the same thread. Returns whether it came to that; work that is shorter runs to its end alone.
+/// Runs `work`, interrupted by `interruption` after the given number of machine instructions, on
+/// the same thread. Returns whether it was interrupted; shorter work just runs to its end.
 ///
-/// With a counter that goes through all of them a test sees every way in which another thread could
-/// have come between two accesses to shared memory, whatever the machine has else to do.
+/// By trying every instruction, a test covers all ways in which another thread could interleave its
+/// accesses to shared memory, regardless of scheduling.
 bool runInterrupted(
     const std::function<void()> &work, int instructions, const std::function<void()> &interruption);

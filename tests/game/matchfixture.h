@@ -7,7 +7,7 @@
 #include <array>
 #include <bit>
 
-// What the tests of the rules have in common. Sides are 0 left, 1 right.
+// Shared by the tests of the rules. Sides are 0 left, 1 right.
 
 inline constexpr std::array sideNames = {"left", "right"};
 
@@ -22,7 +22,7 @@ inline Point &paddleOf(Match &match, int side)
     return side == 0 ? match.leftPaddle : match.rightPaddle;
 }
 
-/// A match whose ball flies.
+/// A match with the ball in play.
 inline Match inPlay(Point ball, float vx, float vy)
 {
     Match match;
@@ -35,7 +35,7 @@ inline Match inPlay(Point ball, float vx, float vy)
     return match;
 }
 
-/// Two floats that are the same to the bit; QCOMPARE lets neighbours pass.
+/// Compares two floats bit by bit; QCOMPARE accepts nearby values.
 #define COMPARE_BITS(actual, expected)                                           \
     QVERIFY2(std::bit_cast<quint32>(actual) == std::bit_cast<quint32>(expected), \
         qPrintable(                                                              \

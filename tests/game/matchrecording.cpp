@@ -13,7 +13,7 @@ namespace {
 constexpr quint64 fnvBasis = 0xcbf29ce484222325;
 constexpr quint64 fnvPrime = 0x100000001b3;
 
-/// The 64-bit FNV-1a hash of the records as the host gets them.
+/// The 64-bit FNV-1a hash of the records that the host receives.
 quint64 hashOf(const QList<LdbPoint> &points)
 {
     quint64 hash = fnvBasis;
@@ -33,7 +33,7 @@ QByteArray hexOf(float value)
     return hexOf(std::bit_cast<quint32>(value), 8);
 }
 
-/// The parts of a match's state that are written down, each as it is written.
+/// The recorded parts of a match's state, as text.
 using State = std::array<QByteArray, 8>;
 
 State stateOf(const Match &match)
@@ -51,7 +51,7 @@ State stateOf(const Match &match)
     };
 }
 
-/// A game that is ticked by hand, and what is written about it.
+/// A game that is ticked by hand, and its recording.
 class Recorder
 {
 public:
@@ -61,7 +61,7 @@ public:
         tickToFrame();
     }
 
-    /// Plays one line of a script. False when it cannot be read.
+    /// Plays one line of a script. Returns false if it is malformed.
     bool play(const QByteArray &line)
     {
         const QByteArrayList words = line.simplified().split(' ');
@@ -82,7 +82,7 @@ public:
         return true;
     }
 
-    /// What the ticks since the last take have led to, a line each.
+    /// The states after the ticks since the last call, one line each.
     QByteArray takeStates() { return std::exchange(m_states, {}); }
 
 private:
@@ -104,8 +104,8 @@ private:
         return true;
     }
 
-    /// Ticks until a frame has gone out, because the count of ticks between frames belongs to the
-    /// process; then the match is as new.
+    /// Ticks until a frame is sent, because the process-wide divider may be at any count; then
+    /// resets the match.
     void tickToFrame()
     {
         m_pong.gameShown = true;

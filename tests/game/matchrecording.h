@@ -3,19 +3,19 @@
 #include <QByteArray>
 #include <QByteArrayList>
 
-// Recorded matches: the inputs of a match and, after every tick, what became of it. The format is
-// described in tests/matches/README.md.
+// Recorded matches: the inputs of a match and its state after every tick. The format is described
+// in tests/matches/README.md.
 
 /// The result of recording a match.
 struct Recording
 {
-    QByteArray text; ///< the inputs, and after every tick the state
-    QByteArray error; ///< why the inputs could not be read, with the line; empty when they could
+    QByteArray text; ///< the inputs, and the state after every tick
+    QByteArray error; ///< the malformed line and the reason; empty on success
 };
 
-/// Plays the inputs of a script, or of a recorded match, whose states are skipped, and writes them
-/// down together with the states. One at a time: it becomes the host of this process.
+/// Plays the inputs of a script, or of a recorded match, whose states are ignored, and records them
+/// with the resulting states. One at a time per process, because it installs the fake host.
 Recording recordMatch(const QByteArray &script);
 
-/// Where two recordings first differ: the tick, the line and both texts. Empty when they do not.
+/// The first difference of two recordings: the tick, the line and both texts. Empty if equal.
 QByteArray firstDifference(const QByteArray &expected, const QByteArray &actual);

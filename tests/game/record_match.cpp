@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-// record_match IN > OUT: plays the inputs of IN and writes them with the states that they lead to.
+// record_match IN > OUT: plays the inputs of IN and writes them with the resulting states.
 int main(int argc, char **argv)
 {
     const QCoreApplication app(argc, argv);

@@ -12,14 +12,14 @@
 inline constexpr int tickMs = 3;
 inline constexpr int checkMs = 1000;
 
-/// Watches the timers that nobody owns fire on the test's thread.
+/// Records when parentless timers fire on the test's thread.
 class TimerWatch : public QObject
 {
 public:
     TimerWatch() { qApp->installEventFilter(this); }
 
     int timeouts(int interval) const { return m_timeouts.value(interval); }
-    /// The timers of an interval that have fired.
+    /// The timers of an interval that fired.
     QSet<QTimer *> timers(int interval) const { return m_timers.value(interval); }
     QList<int> intervals() const { return m_timeouts.keys(); }
 

@@ -63,7 +63,7 @@ void tst_Allocations::a_warm_tick_allocates_nothing()
     pong.setZone(zone);
     pong.ballVy = 40.0F;
     auto tick = [&pong, n = 0]() mutable {
-        // Both players reach every ball, at many offsets: a point would write its debug lines.
+        // Both players reach every ball, at many offsets, because a scored point would be logged.
         const qint32 offset = ++n % 9000 - 4500;
         const qint32 y = std::clamp(pong.ballPos.y + offset, -27000, 27000);
         pong.leftPaddle.y = y;

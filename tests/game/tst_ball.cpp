@@ -24,8 +24,8 @@ private slots:
     void a_served_ball_has_the_full_speed_straight_across_data();
     void a_served_ball_has_the_full_speed_straight_across();
     void a_held_ball_follows_its_paddle();
-    void a_flying_ball_is_cut_to_whole_units_toward_zero_data();
-    void a_flying_ball_is_cut_to_whole_units_toward_zero();
+    void a_flying_ball_is_truncated_to_whole_units_toward_zero_data();
+    void a_flying_ball_is_truncated_to_whole_units_toward_zero();
     void a_border_turns_the_ball_without_moving_it_data();
     void a_border_turns_the_ball_without_moving_it();
     void a_paddle_reaches_5000_units_each_way_data();
@@ -34,7 +34,7 @@ private slots:
     void an_end_begins_at_31200();
     void a_miss_gives_the_point_to_the_other_side_and_the_serve_to_this_one_data();
     void a_miss_gives_the_point_to_the_other_side_and_the_serve_to_this_one();
-    void at_speed_nought_the_ball_stays();
+    void at_speed_zero_the_ball_does_not_move();
     void no_speed_step_or_velocity_breaks_the_match_data();
     void no_speed_step_or_velocity_breaks_the_match();
 };
@@ -43,7 +43,7 @@ void tst_Ball::a_served_ball_has_the_full_speed_straight_across_data()
 {
     QTest::addColumn<qint32>("speed");
     QTest::addColumn<float>("expected");
-    // 53/10 of the speed, less what single precision rounds away.
+    // 53/10 of the speed, rounded to single precision.
     QTest::addRow("1") << 1 << 0x1.533334p+2F;
     QTest::addRow("7") << 7 << 0x1.28ccccp+5F;
     QTest::addRow("10") << 10 << 53.0F;
@@ -87,7 +87,7 @@ void tst_Ball::a_held_ball_follows_its_paddle()
     }
 }
 
-void tst_Ball::a_flying_ball_is_cut_to_whole_units_toward_zero_data()
+void tst_Ball::a_flying_ball_is_truncated_to_whole_units_toward_zero_data()
 {
     QTest::addColumn<qint32>("from");
     QTest::addColumn<float>("velocity");
@@ -102,10 +102,10 @@ void tst_Ball::a_flying_ball_is_cut_to_whole_units_toward_zero_data()
     QTest::addRow("less than a unit up") << 10 << 0.9F << 10;
     QTest::addRow("less than a unit down") << 10 << -0.1F << 9;
     QTest::addRow("single precision rounds up") << 30000 << 0.9993F << 30001;
-    QTest::addRow("no number") << 1234 << noNumber << 1234;
+    QTest::addRow("NaN") << 1234 << noNumber << 1234;
 }
 
-void tst_Ball::a_flying_ball_is_cut_to_whole_units_toward_zero()
+void tst_Ball::a_flying_ball_is_truncated_to_whole_units_toward_zero()
 {
     QFETCH(qint32, from);
     QFETCH(float, velocity);
@@ -223,7 +223,7 @@ void tst_Ball::a_miss_gives_the_point_to_the_other_side_and_the_serve_to_this_on
     QCOMPARE(int(match.leftScore), side == 0 ? 3 : 4);
     QCOMPARE(int(match.rightScore), side == 0 ? 6 : 5);
     QCOMPARE(int(match.servePhase), side);
-    // The ball stays beyond the paddle, turned, until the next step takes it to the server.
+    // The ball stays beyond the paddle, turned, until the next step moves it to the server.
     QCOMPARE(match.ballPos, (Point{toward * 31256, 9033}));
     QCOMPARE(match.ballVx, static_cast<float>(-toward * 106));
     QCOMPARE(match.ballVy, 33.5F);
@@ -232,7 +232,7 @@ void tst_Ball::a_miss_gives_the_point_to_the_other_side_and_the_serve_to_this_on
     QCOMPARE(match.leftScore + match.rightScore, 9);
 }
 
-void tst_Ball::at_speed_nought_the_ball_stays()
+void tst_Ball::at_speed_zero_the_ball_does_not_move()
 {
     for (const int side : {0, 1}) {
         Match match;
@@ -280,7 +280,7 @@ void tst_Ball::no_speed_step_or_velocity_breaks_the_match()
                 QVERIFY(match.leftScore >= 0 && match.leftScore <= 10);
                 QVERIFY(match.rightScore >= 0 && match.rightScore <= 10);
             }
-            // However it went, a reset brings the match back.
+            // In any case a reset restores the match.
             match.resetMatch();
             match.ballSpeed = 20;
             match.moveBall();

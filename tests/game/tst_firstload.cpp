@@ -22,19 +22,19 @@ class tst_FirstLoad : public QObject
     Q_OBJECT
 
 private slots:
-    void the_first_load_comes_100_ms_after_construction();
-    void the_game_moves_to_a_thread_of_its_own_with_its_binding();
-    void its_timers_stay_behind_at_3_and_1000_ms();
+    void the_first_load_runs_100_ms_after_construction();
+    void the_game_and_its_binding_move_to_their_own_thread();
+    void its_3_and_1000_ms_timers_stay_on_the_gui_thread();
     void the_game_thread_inherits_its_priority();
     void the_host_is_connected_between_the_start_of_the_thread_and_of_the_host_check();
-    void the_first_load_tells_the_state_of_the_host_data();
-    void the_first_load_tells_the_state_of_the_host();
+    void the_first_load_reports_the_state_of_the_host_data();
+    void the_first_load_reports_the_state_of_the_host();
     void a_found_host_is_signalled_when_frames_already_reach_it();
 };
 
-void tst_FirstLoad::the_first_load_comes_100_ms_after_construction()
+void tst_FirstLoad::the_first_load_runs_100_ms_after_construction()
 {
-    // Timers fire in the order in which they are due, however late.
+    // However late, timers fire in the order in which they are due.
     FakeHost host;
     std::unique_ptr<Pong> pong;
     int wasLoaded[2] = {-1, -1};
@@ -46,7 +46,7 @@ void tst_FirstLoad::the_first_load_comes_100_ms_after_construction()
     QCOMPARE(wasLoaded[1], 1);
 }
 
-void tst_FirstLoad::the_game_moves_to_a_thread_of_its_own_with_its_binding()
+void tst_FirstLoad::the_game_and_its_binding_move_to_their_own_thread()
 {
     FakeHost host;
     Pong pong;
@@ -55,7 +55,7 @@ void tst_FirstLoad::the_game_moves_to_a_thread_of_its_own_with_its_binding()
     QCOMPARE(pong.binding()->thread(), pong.thread());
 }
 
-void tst_FirstLoad::its_timers_stay_behind_at_3_and_1000_ms()
+void tst_FirstLoad::its_3_and_1000_ms_timers_stay_on_the_gui_thread()
 {
     FakeHost host;
     const TimerWatch watch;
@@ -87,8 +87,8 @@ void tst_FirstLoad::the_host_is_connected_between_the_start_of_the_thread_and_of
     const TimerWatch watch;
     std::unique_ptr<Pong> pong;
     QStringList found;
-    // The first call to the host takes longer than the time between two checks. Timers fire in the
-    // order in which they are due, however late.
+    // The first call to the host takes longer than the interval of the host checks. However late,
+    // timers fire in the order in which they are due.
     host.onReady = [&] {
         if (QThread::currentThread() != thread() || !found.isEmpty())
             return;
@@ -104,7 +104,7 @@ void tst_FirstLoad::the_host_is_connected_between_the_start_of_the_thread_and_of
     QTRY_COMPARE(found, (QStringList{u"thread runs"_s, u"ticks"_s, u"no checks"_s}));
 }
 
-void tst_FirstLoad::the_first_load_tells_the_state_of_the_host_data()
+void tst_FirstLoad::the_first_load_reports_the_state_of_the_host_data()
 {
     QTest::addColumn<int>("ready");
     QTest::addColumn<int>("build");
@@ -114,7 +114,7 @@ void tst_FirstLoad::the_first_load_tells_the_state_of_the_host_data()
     QTest::addRow("not ready") << 0 << 1700 << QStringList{noHost, u"status 0"_s};
 }
 
-void tst_FirstLoad::the_first_load_tells_the_state_of_the_host()
+void tst_FirstLoad::the_first_load_reports_the_state_of_the_host()
 {
     QFETCH(int, ready);
     QFETCH(int, build);

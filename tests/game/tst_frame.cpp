@@ -34,7 +34,7 @@ QList<FramePoint> frameOf(const Match &match)
     return bey.points;
 }
 
-/// The points of what a drawing function adds.
+/// The points that a drawing function adds.
 template <class Draw>
 QList<FramePoint> drawn(Draw draw)
 {
@@ -48,7 +48,7 @@ QList<FramePoint> stroke(int strokeColor, Point from, Point to, int steps)
     return StrokeModel(strokeColor).line(from, to, steps).finished();
 }
 
-/// A picture cut into its strokes: each begins and ends with blanked travel.
+/// A picture split into its strokes: each begins and ends with blanked travel.
 QList<QList<FramePoint>> strokesOf(const QList<FramePoint> &points)
 {
     QList<QList<FramePoint>> strokes;
@@ -63,7 +63,7 @@ QList<QList<FramePoint>> strokesOf(const QList<FramePoint> &points)
     return strokes;
 }
 
-/// Paddles and borders, which every frame but the winner display ends with.
+/// Paddles and borders, the last part of every frame except the winner display.
 QList<FramePoint> field(qint32 leftY, qint32 rightY)
 {
     return stroke(white, {-32000, leftY - 5000}, {-32000, leftY + 5000}, 20)
@@ -83,17 +83,17 @@ private slots:
     void a_frame_in_play_is_ball_paddles_and_borders();
     void a_pending_point_shows_the_scores_and_a_dash_for_the_ball_data();
     void a_pending_point_shows_the_scores_and_a_dash_for_the_ball();
-    void ten_points_show_the_winner_alone_data();
-    void ten_points_show_the_winner_alone();
+    void ten_points_show_only_the_winner_data();
+    void ten_points_show_only_the_winner();
     void a_picture_drawn_again_is_the_same_data();
     void a_picture_drawn_again_is_the_same();
     void a_picture_drawn_again_leaves_the_stroke_of_its_last_line_data();
     void a_picture_drawn_again_leaves_the_stroke_of_its_last_line();
-    void a_frame_goes_after_what_is_in_the_list();
-    void a_frame_that_outgrows_the_list_drops_it_data();
-    void a_frame_that_outgrows_the_list_drops_it();
-    void whatever_the_match_says_every_point_is_one_that_the_host_takes_data();
-    void whatever_the_match_says_every_point_is_one_that_the_host_takes();
+    void a_frame_is_appended_to_the_list();
+    void a_frame_that_exceeds_the_limit_clears_the_list_data();
+    void a_frame_that_exceeds_the_limit_clears_the_list();
+    void every_point_is_in_the_hosts_range_whatever_the_match_data();
+    void every_point_is_in_the_hosts_range_whatever_the_match();
 };
 
 void tst_Frame::a_frame_in_play_has_175_points()
@@ -139,14 +139,14 @@ void tst_Frame::a_pending_point_shows_the_scores_and_a_dash_for_the_ball()
     const auto scores = drawn([left, right](BadBey &bey) {
         addDigit(bey, left, 25, {-10666, 10666}, scoreCyan, 5, 80);
         addDigit(bey, right, 25, {10666, 10666}, scoreCyan, 6, 80);
-        // 5333 is odd: its ends are cut from 2666.5.
+        // 5333 is odd: its ends are truncated from 2666.5.
         addLine(bey, {5333, 0}, {0, 10666}, scoreCyan, 7, 12, 0);
     });
     QCOMPARE(scores[scores.size() - 2], (FramePoint{2666, 10666, 0, scoreCyan, 1}));
     QCOMPARE(frameOf(match), scores + field(-300, 400));
 }
 
-void tst_Frame::ten_points_show_the_winner_alone_data()
+void tst_Frame::ten_points_show_only_the_winner_data()
 {
     QTest::addColumn<int>("left");
     QTest::addColumn<int>("right");
@@ -159,7 +159,7 @@ void tst_Frame::ten_points_show_the_winner_alone_data()
     QTest::addRow("9-10 without a pending point") << 9 << 10 << false << 2;
 }
 
-void tst_Frame::ten_points_show_the_winner_alone()
+void tst_Frame::ten_points_show_only_the_winner()
 {
     QFETCH(int, left);
     QFETCH(int, right);
@@ -200,19 +200,19 @@ void tst_Frame::a_picture_drawn_again_leaves_the_stroke_of_its_last_line_data()
 void tst_Frame::a_picture_drawn_again_leaves_the_stroke_of_its_last_line()
 {
     QFETCH(Match, match);
-    // The lines share one stroke, which the next line may go on with: after every picture it holds
-    // the stroke that the picture ends with.
+    // The lines share one stroke buffer, which a following line may continue: after every picture
+    // it contains the picture's last stroke.
     QList<FramePoint> expected = strokesOf(frameOf(match)).constLast();
     expected.removeLast();
     expected += {at(7, 8, 1), travel(7, 8)};
     for (int times = 0; times < 3; ++times) {
         frameOf(match);
         QCOMPARE(drawnLine({0, 0}, {7, 8}, -1, LineEnd), expected);
-        drawnLine({0, 0}, {0, 0}, 0, LineBegin); // forgets it
+        drawnLine({0, 0}, {0, 0}, 0, LineBegin); // clears it
     }
 }
 
-void tst_Frame::a_frame_goes_after_what_is_in_the_list()
+void tst_Frame::a_frame_is_appended_to_the_list()
 {
     BadBey bey;
     bey.points = {at(1, 2)};
@@ -221,7 +221,7 @@ void tst_Frame::a_frame_goes_after_what_is_in_the_list()
     QCOMPARE(bey.points.first(), at(1, 2));
 }
 
-void tst_Frame::a_frame_that_outgrows_the_list_drops_it_data()
+void tst_Frame::a_frame_that_exceeds_the_limit_clears_the_list_data()
 {
     QTest::addColumn<Match>("match");
     QTest::addColumn<int>("before");
@@ -231,7 +231,7 @@ void tst_Frame::a_frame_that_outgrows_the_list_drops_it_data()
     }
 }
 
-void tst_Frame::a_frame_that_outgrows_the_list_drops_it()
+void tst_Frame::a_frame_that_exceeds_the_limit_clears_the_list()
 {
     QFETCH(Match, match);
     QFETCH(int, before);
@@ -247,7 +247,7 @@ void tst_Frame::a_frame_that_outgrows_the_list_drops_it()
     QCOMPARE(bey.points, expected);
 }
 
-void tst_Frame::whatever_the_match_says_every_point_is_one_that_the_host_takes_data()
+void tst_Frame::every_point_is_in_the_hosts_range_whatever_the_match_data()
 {
     QTest::addColumn<Match>("match");
     for (const qint32 score : {0, 10, 11, -1, highest, lowest}) {
@@ -264,7 +264,7 @@ void tst_Frame::whatever_the_match_says_every_point_is_one_that_the_host_takes_d
     QTest::addRow("everything outside") << outside;
 }
 
-void tst_Frame::whatever_the_match_says_every_point_is_one_that_the_host_takes()
+void tst_Frame::every_point_is_in_the_hosts_range_whatever_the_match()
 {
     QFETCH(Match, match);
     const auto points = frameOf(match);

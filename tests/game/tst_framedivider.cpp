@@ -2,8 +2,8 @@
 
 #include <QTest>
 
-/// The count of ticks between frames belongs to the process, and its beginning can be seen only in
-/// a process of its own: one test function, and every tick of the process is in it.
+/// The frame divider is shared by the process, so its initial count can be tested only in a
+/// separate process with a single test function that runs every tick.
 class tst_FrameDivider : public QObject
 {
     Q_OBJECT

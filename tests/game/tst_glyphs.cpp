@@ -9,7 +9,7 @@
 
 namespace {
 
-/// One stroke of a glyph: where it starts, and where each of its lines goes and in how many steps.
+/// One stroke of a glyph: its start, and the end and steps of each of its lines.
 struct Outline
 {
     struct Leg
@@ -21,7 +21,7 @@ struct Outline
     QList<Leg> legs;
 };
 
-/// The points of outlines in units of `unit` about an origin.
+/// The points of outlines given in multiples of `unit` around an origin.
 QList<FramePoint> modelOf(const QList<Outline> &outlines, Point origin, int unit)
 {
     const auto placed = [origin, unit](Point corner) {
@@ -126,8 +126,8 @@ private slots:
     void a_digit_has_its_strokes_in_order();
     void a_digit_in_play_has_its_number_of_points_data();
     void a_digit_in_play_has_its_number_of_points();
-    void what_is_no_digit_draws_nothing_data();
-    void what_is_no_digit_draws_nothing();
+    void values_that_are_not_digits_draw_nothing_data();
+    void values_that_are_not_digits_draw_nothing();
     void the_captions_have_their_strokes_in_order_data();
     void the_captions_have_their_strokes_in_order();
     void the_captions_span_their_words();
@@ -174,7 +174,7 @@ void tst_Glyphs::a_digit_in_play_has_its_number_of_points()
     QTEST(int(bey.points.size()), "count");
 }
 
-void tst_Glyphs::what_is_no_digit_draws_nothing_data()
+void tst_Glyphs::values_that_are_not_digits_draw_nothing_data()
 {
     QTest::addColumn<int>("digit");
     QTest::addRow("10") << 10;
@@ -184,7 +184,7 @@ void tst_Glyphs::what_is_no_digit_draws_nothing_data()
     QTest::addRow("the highest") << std::numeric_limits<int>::max();
 }
 
-void tst_Glyphs::what_is_no_digit_draws_nothing()
+void tst_Glyphs::values_that_are_not_digits_draw_nothing()
 {
     QFETCH(int, digit);
     BadBey bey;

@@ -19,8 +19,8 @@ void addHitColumns()
 }
 
 /// One hit on either side. `vx` is the velocity toward the paddle and `vxAfter` the one away from
-/// it. The velocities after a hit were worked out apart from this program, every operation rounded
-/// to single precision.
+/// it. The expected velocities were calculated independently of this program, with every operation
+/// rounded to single precision.
 void addHits(const char *name, qint32 speed, qint32 paddleY, qint32 y, float vx, float vy,
     qint32 yAfter, float vxAfter, float vyAfter)
 {
@@ -96,7 +96,7 @@ void tst_Hits::a_hit_rescales_the_velocity_in_two_stages_data()
 void tst_Hits::a_hit_leaves_a_quarter_of_the_speed_across_data()
 {
     addHitColumns();
-    // At speed 20 a quarter is 26.5, but only what is below 26 is raised to it.
+    // At speed 20 a quarter is 26.5, but only values below 26 are raised to it.
     addHits("far below", 20, 0, 4880, 26.0F, 120.0F, 5000, 26.5F, 0x1.a752dep+6F);
     addHits("almost straight up", 20, 0, -300, 20.0F, 300.0F, 0, 26.5F, 0x1.a7e208p+6F);
     addHits("25.93", 20, 0, -102, 25.75F, 102.0F, 0, 26.5F, 0x1.9aea16p+6F);

@@ -11,17 +11,17 @@ class tst_HostCheck : public QObject
     Q_OBJECT
 
 private slots:
-    void a_check_that_finds_the_host_as_it_was_says_nothing();
+    void a_check_that_finds_the_host_unchanged_reports_nothing();
     void a_host_is_found_from_build_1614_on_data();
     void a_host_is_found_from_build_1614_on();
-    void a_lost_host_is_told_once_data();
-    void a_lost_host_is_told_once();
-    void a_host_that_is_back_has_its_output_off();
+    void a_lost_host_is_reported_once_data();
+    void a_lost_host_is_reported_once();
+    void a_host_that_returns_has_its_output_off();
     void the_loss_of_the_host_is_signalled_before_the_frames_stop();
     void a_found_host_is_signalled_when_frames_already_reach_it();
 };
 
-void tst_HostCheck::a_check_that_finds_the_host_as_it_was_says_nothing()
+void tst_HostCheck::a_check_that_finds_the_host_unchanged_reports_nothing()
 {
     Game game;
     game.pong.checkHost();
@@ -63,7 +63,7 @@ void tst_HostCheck::a_host_is_found_from_build_1614_on()
     QCOMPARE(game.host.framesSent > 0, !lines.isEmpty());
 }
 
-void tst_HostCheck::a_lost_host_is_told_once_data()
+void tst_HostCheck::a_lost_host_is_reported_once_data()
 {
     QTest::addColumn<int>("ready");
     QTest::addColumn<int>("build");
@@ -72,7 +72,7 @@ void tst_HostCheck::a_lost_host_is_told_once_data()
     QTest::addRow("replaced by an older one") << 1 << 1613;
 }
 
-void tst_HostCheck::a_lost_host_is_told_once()
+void tst_HostCheck::a_lost_host_is_reported_once()
 {
     QFETCH(int, ready);
     QFETCH(int, build);
@@ -89,7 +89,7 @@ void tst_HostCheck::a_lost_host_is_told_once()
     QCOMPARE(game.lines.takeAll(), (QStringList{u"1800"_s, u"status 2"_s}));
 }
 
-void tst_HostCheck::a_host_that_is_back_has_its_output_off()
+void tst_HostCheck::a_host_that_returns_has_its_output_off()
 {
     Game game;
     game.pong.enableOutput(true);

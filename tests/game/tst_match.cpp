@@ -10,7 +10,7 @@ namespace {
 constexpr auto lowest = std::numeric_limits<qint32>::min();
 constexpr auto highest = std::numeric_limits<qint32>::max();
 
-/// What a start press or a reset can change.
+/// The state that a start press or a reset can change.
 struct Standing
 {
     qint32 phase;
@@ -60,13 +60,13 @@ private slots:
     void a_paddle_moves_by_its_step_and_stops_at_27000_data();
     void a_paddle_moves_by_its_step_and_stops_at_27000();
     void a_paddle_input_stays_in_force();
-    void a_start_press_does_what_the_standing_allows_data();
-    void a_start_press_does_what_the_standing_allows();
-    void a_press_on_another_side_changes_nothing();
+    void the_effect_of_a_start_press_depends_on_the_score_and_serve_data();
+    void the_effect_of_a_start_press_depends_on_the_score_and_serve();
+    void a_press_on_an_invalid_side_changes_nothing();
     void a_launched_ball_flies_off_the_paddle();
     void a_reset_in_play_holds_the_ball_on_the_left_paddle_at_once();
-    void a_reset_starts_anew_from_any_standing_data();
-    void a_reset_starts_anew_from_any_standing();
+    void a_reset_starts_a_new_match_from_any_state_data();
+    void a_reset_starts_a_new_match_from_any_state();
     void ten_points_end_a_match_data();
     void ten_points_end_a_match();
     void a_won_match_leads_to_a_new_one_in_two_presses();
@@ -93,8 +93,8 @@ void tst_Match::each_side_has_its_own_paddle_input()
     Match match;
     match.setPaddleInput(0, 63);
     match.setPaddleInput(1, -64);
-    for (const int nobody : {-1, 2, lowest, highest})
-        match.setPaddleInput(nobody, 1000);
+    for (const int noSide : {-1, 2, lowest, highest})
+        match.setPaddleInput(noSide, 1000);
     QCOMPARE(int(match.leftStep), 63);
     QCOMPARE(int(match.rightStep), -64);
 }
@@ -144,7 +144,7 @@ void tst_Match::a_paddle_input_stays_in_force()
     QCOMPARE(match.rightPaddle.y, -700);
 }
 
-void tst_Match::a_start_press_does_what_the_standing_allows_data()
+void tst_Match::the_effect_of_a_start_press_depends_on_the_score_and_serve_data()
 {
     QTest::addColumn<Standing>("before");
     QTest::addColumn<bool>("shown");
@@ -183,7 +183,7 @@ void tst_Match::a_start_press_does_what_the_standing_allows_data()
     }
 }
 
-void tst_Match::a_start_press_does_what_the_standing_allows()
+void tst_Match::the_effect_of_a_start_press_depends_on_the_score_and_serve()
 {
     QFETCH(Standing, before);
     QFETCH(bool, shown);
@@ -194,14 +194,14 @@ void tst_Match::a_start_press_does_what_the_standing_allows()
     QCOMPARE(match.ballPos, (Point{0, 0}));
 }
 
-void tst_Match::a_press_on_another_side_changes_nothing()
+void tst_Match::a_press_on_an_invalid_side_changes_nothing()
 {
     const Standing standings[] = {{0, 0, 0, true}, {1, 4, 2, true}, {0, 10, 2, true},
         {0, 0, 0, false}, {1, 4, 2, false}, {2, 4, 2, false}};
     for (const Standing &standing : standings) {
-        for (const int nobody : {-1, 2, lowest, highest}) {
+        for (const int noSide : {-1, 2, lowest, highest}) {
             Match match = matchWith(standing, true);
-            match.requestStart(nobody);
+            match.requestStart(noSide);
             QCOMPARE(standingOf(match), standing);
         }
     }
@@ -234,7 +234,7 @@ void tst_Match::a_reset_in_play_holds_the_ball_on_the_left_paddle_at_once()
     QCOMPARE(standingOf(match), (Standing{ServeLeft, 0, 0, true}));
 }
 
-void tst_Match::a_reset_starts_anew_from_any_standing_data()
+void tst_Match::a_reset_starts_a_new_match_from_any_state_data()
 {
     QTest::addColumn<Standing>("before");
     QTest::addRow("new") << Standing{0, 0, 0, true};
@@ -244,7 +244,7 @@ void tst_Match::a_reset_starts_anew_from_any_standing_data()
     QTest::addRow("won") << Standing{1, 10, 9, true};
 }
 
-void tst_Match::a_reset_starts_anew_from_any_standing()
+void tst_Match::a_reset_starts_a_new_match_from_any_state()
 {
     QFETCH(Standing, before);
     for (const bool shown : {true, false}) {

@@ -20,15 +20,15 @@ class tst_Numbers : public QObject
     Q_OBJECT
 
 private slots:
-    void a_number_is_cut_toward_zero_and_held_in_range_data();
-    void a_number_is_cut_toward_zero_and_held_in_range();
-    void what_is_no_number_becomes_the_other_value();
+    void a_number_is_truncated_toward_zero_and_clamped_data();
+    void a_number_is_truncated_toward_zero_and_clamped();
+    void nan_becomes_the_other_value();
     void the_hypotenuse_is_rounded_to_single_precision_data();
     void the_hypotenuse_is_rounded_to_single_precision();
-    void the_hypotenuse_with_no_number_is_none_unless_a_side_is_infinite();
+    void the_hypotenuse_of_nan_is_nan_unless_a_side_is_infinite();
 };
 
-void tst_Numbers::a_number_is_cut_toward_zero_and_held_in_range_data()
+void tst_Numbers::a_number_is_truncated_toward_zero_and_clamped_data()
 {
     QTest::addColumn<double>("value");
     QTest::addColumn<qint32>("expected");
@@ -48,7 +48,7 @@ void tst_Numbers::a_number_is_cut_toward_zero_and_held_in_range_data()
     QTest::addRow("negative infinite") << -double(infinity) << lowest;
 }
 
-void tst_Numbers::a_number_is_cut_toward_zero_and_held_in_range()
+void tst_Numbers::a_number_is_truncated_toward_zero_and_clamped()
 {
     QFETCH(double, value);
     QFETCH(qint32, expected);
@@ -56,7 +56,7 @@ void tst_Numbers::a_number_is_cut_toward_zero_and_held_in_range()
     QCOMPARE(truncated(static_cast<float>(value)), expected);
 }
 
-void tst_Numbers::what_is_no_number_becomes_the_other_value()
+void tst_Numbers::nan_becomes_the_other_value()
 {
     QCOMPARE(truncated(noNumber), 0);
     QCOMPARE(truncated(noNumber, -31200), -31200);
@@ -89,12 +89,12 @@ void tst_Numbers::the_hypotenuse_is_rounded_to_single_precision()
     QFETCH(float, a);
     QFETCH(float, b);
     QFETCH(float, expected);
-    // Not QCOMPARE, which lets neighbouring floats pass as equal.
+    // Not QCOMPARE, which accepts nearby floats.
     QVERIFY2(hypotenuse(a, b) == expected, qPrintable(QString::number(hypotenuse(a, b), 'g', 9)));
     QVERIFY(hypotenuse(b, a) == expected);
 }
 
-void tst_Numbers::the_hypotenuse_with_no_number_is_none_unless_a_side_is_infinite()
+void tst_Numbers::the_hypotenuse_of_nan_is_nan_unless_a_side_is_infinite()
 {
     QVERIFY(std::isnan(hypotenuse(noNumber, 1.0F)));
     QVERIFY(std::isnan(hypotenuse(1.0F, noNumber)));

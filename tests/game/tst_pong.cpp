@@ -20,7 +20,7 @@ namespace {
 const QString load = u"LoadLibrary BEYONDIOx64.dll"_s;
 const QString dark = u"ldbSendFrame 2 0 0 SingleZone 0 points null 100 -1"_s;
 
-/// Lets the game thread finish what has been posted to it, without posting ticks meanwhile.
+/// Lets the game thread finish its posted work, without posting ticks meanwhile.
 void settle(Pong &pong)
 {
     QMetaObject::invokeMethod(
@@ -52,12 +52,12 @@ class tst_Pong : public QObject
 private slots:
     void ticks_and_host_checks_run_on_the_game_thread();
     void a_host_that_starts_later_is_found();
-    void without_the_library_the_game_asks_for_exit_once_and_tells_no_state();
+    void without_the_library_the_game_asks_for_exit_once_and_reports_no_state();
     void ticks_do_not_pile_up_behind_a_host_call();
 
-    void the_last_frame_is_empty_and_then_session_and_library_are_closed();
-    void a_game_that_ends_while_a_host_call_stalls_ends_dark();
-    void a_game_that_never_loaded_gives_the_library_back();
+    void the_last_frame_is_empty_before_session_and_library_are_closed();
+    void a_game_destroyed_during_a_stalled_host_call_blanks_the_laser();
+    void a_game_that_never_loaded_unloads_the_library();
     void a_game_without_a_host_ends_without_a_frame();
     void nothing_of_the_game_outlives_it();
 };
@@ -91,7 +91,7 @@ void tst_Pong::a_host_that_starts_later_is_found()
     QTRY_VERIFY(host.framesSent > 0);
 }
 
-void tst_Pong::without_the_library_the_game_asks_for_exit_once_and_tells_no_state()
+void tst_Pong::without_the_library_the_game_asks_for_exit_once_and_reports_no_state()
 {
     FakeHost host;
     host.installed = false;
@@ -118,19 +118,19 @@ void tst_Pong::ticks_do_not_pile_up_behind_a_host_call()
     Stall stall(host);
     const TimerWatch watch;
     Pong pong; // hidden, so every tick sends a frame
-    connect(&pong, &Pong::killThread, [&] { stall.open(); }); // should the test end early
+    connect(&pong, &Pong::killThread, [&] { stall.open(); }); // in case the test fails early
     QTRY_VERIFY(stall.entered.available() == 1);
     const int before = watch.timeouts(tickMs);
     QTRY_VERIFY(watch.timeouts(tickMs) >= before + 50);
     QCOMPARE(host.framesSent.load(), 1);
     stall.open();
     settle(pong);
-    // The one that stalled and the one that waited.
+    // The tick that stalled and the one that was queued.
     QCOMPARE(host.framesSent.load(), 2);
     QTRY_VERIFY(host.framesSent > 10);
 }
 
-void tst_Pong::the_last_frame_is_empty_and_then_session_and_library_are_closed()
+void tst_Pong::the_last_frame_is_empty_before_session_and_library_are_closed()
 {
     FakeHost host;
     auto pong = std::make_unique<Pong>();
@@ -145,14 +145,14 @@ void tst_Pong::the_last_frame_is_empty_and_then_session_and_library_are_closed()
     QVERIFY(!host.loaded);
 }
 
-void tst_Pong::a_game_that_ends_while_a_host_call_stalls_ends_dark()
+void tst_Pong::a_game_destroyed_during_a_stalled_host_call_blanks_the_laser()
 {
     FakeHost host;
     Stall stall(host);
     auto pong = std::make_unique<Pong>();
     pong->gameShown = true;
     QTRY_VERIFY(stall.entered.available() == 1);
-    // Told to end, the game thread is still in its call; only then does the call come back.
+    // The host call returns only after the game thread was asked to end.
     connect(pong.get(), &Pong::killThread, [&] { stall.open(); });
     pong.reset();
     const auto frames = host.takeFrames();
@@ -161,7 +161,7 @@ void tst_Pong::a_game_that_ends_while_a_host_call_stalls_ends_dark()
     QCOMPARE(calls.last(3), (QStringList{dark, u"ldbDestroy"_s, u"FreeLibrary"_s}));
 }
 
-void tst_Pong::a_game_that_never_loaded_gives_the_library_back()
+void tst_Pong::a_game_that_never_loaded_unloads_the_library()
 {
     FakeHost host;
     {

@@ -28,11 +28,11 @@ private slots:
     void initTestCase();
     void a_recorded_match_replays_to_the_bit_data();
     void a_recorded_match_replays_to_the_bit();
-    void a_recording_does_not_depend_on_what_was_played_before();
-    void a_changed_digit_is_named_with_its_tick();
+    void a_recording_does_not_depend_on_earlier_play();
+    void a_changed_digit_is_reported_with_its_tick();
     void a_script_becomes_a_recording();
-    void a_line_that_cannot_be_read_is_named_data();
-    void a_line_that_cannot_be_read_is_named();
+    void a_malformed_line_is_reported_data();
+    void a_malformed_line_is_reported();
 };
 
 void tst_Replay::initTestCase()
@@ -59,7 +59,7 @@ void tst_Replay::a_recorded_match_replays_to_the_bit()
     QVERIFY2(difference.isEmpty(), difference.constData());
 }
 
-void tst_Replay::a_recording_does_not_depend_on_what_was_played_before()
+void tst_Replay::a_recording_does_not_depend_on_earlier_play()
 {
     const QByteArray script = "show\ntick 10\n";
     const QByteArray first = recordMatch(script).text;
@@ -69,7 +69,7 @@ void tst_Replay::a_recording_does_not_depend_on_what_was_played_before()
     }
 }
 
-void tst_Replay::a_changed_digit_is_named_with_its_tick()
+void tst_Replay::a_changed_digit_is_reported_with_its_tick()
 {
     const QByteArray recorded = recordMatch("show\ntick 5\n").text;
     QByteArray changed = recorded;
@@ -109,7 +109,7 @@ void tst_Replay::a_script_becomes_a_recording()
     QCOMPARE(recordMatch(recording.text).text, recording.text);
 }
 
-void tst_Replay::a_line_that_cannot_be_read_is_named_data()
+void tst_Replay::a_malformed_line_is_reported_data()
 {
     QTest::addColumn<QByteArray>("line");
     for (const char *line : {"speed", "speed fast", "speed 20 30", "tick 0", "tick -1", "start",
@@ -117,7 +117,7 @@ void tst_Replay::a_line_that_cannot_be_read_is_named_data()
         QTest::newRow(line) << QByteArray(line);
 }
 
-void tst_Replay::a_line_that_cannot_be_read_is_named()
+void tst_Replay::a_malformed_line_is_reported()
 {
     QFETCH(QByteArray, line);
     QCOMPARE(

@@ -29,22 +29,22 @@ private slots:
     void a_circle_runs_counter_clockwise_from_its_rightmost_point();
     void a_circle_closes_at_its_rightmost_point_data();
     void a_circle_closes_at_its_rightmost_point();
-    void a_circle_of_no_steps_draws_nothing();
+    void a_circle_of_zero_steps_draws_nothing();
     void a_circle_of_negative_steps_is_its_closing_point_data();
     void a_circle_of_negative_steps_is_its_closing_point();
-    void points_out_of_range_are_left_out_of_a_circle();
+    void points_out_of_range_are_omitted_from_a_circle();
     void a_circle_wholly_out_of_range_adds_nothing();
-    void a_circle_leaves_the_begun_line_alone();
+    void a_circle_does_not_affect_a_begun_line();
 
     void a_rectangle_is_one_clockwise_stroke_data();
     void a_rectangle_is_one_clockwise_stroke();
-    void a_rectangle_about_a_half_is_cut_toward_zero();
+    void a_rectangle_at_half_units_is_truncated_toward_zero();
     void a_rectangle_of_fewer_than_four_steps_draws_nothing();
 };
 
 void tst_Shapes::a_circle_runs_counter_clockwise_from_its_rightmost_point()
 {
-    // Eight steps of a radius of 1000: 707.1 is cut toward zero about the origin.
+    // Eight steps at radius 1000: 707.1 is truncated toward zero around the origin.
     QCOMPARE(drawnCircle(1000, {0, 0}, 8),
         (QList{travel(1000, 0), at(1000, 0, 1), at(707, 707), at(0, 1000), at(-707, 707),
             at(-1000, 0), at(-707, -707), at(0, -1000), at(707, -707), at(1000, 0, 1),
@@ -83,7 +83,7 @@ void tst_Shapes::a_circle_closes_at_its_rightmost_point()
     }
 }
 
-void tst_Shapes::a_circle_of_no_steps_draws_nothing()
+void tst_Shapes::a_circle_of_zero_steps_draws_nothing()
 {
     QCOMPARE(drawnCircle(800, {0, 0}, 0), QList<FramePoint>());
 }
@@ -102,10 +102,10 @@ void tst_Shapes::a_circle_of_negative_steps_is_its_closing_point()
     QCOMPARE(drawnCircle(800, {3, 4}, steps), (QList{travel(803, 4), at(803, 4), travel(803, 4)}));
 }
 
-void tst_Shapes::points_out_of_range_are_left_out_of_a_circle()
+void tst_Shapes::points_out_of_range_are_omitted_from_a_circle()
 {
-    // Of the four corners of a diamond the right one, with which it begins and ends, is beyond. The
-    // lowest lies a hair to the left: the full turn has ten digits only.
+    // The right corner of the diamond, where it begins and ends, is out of range. The lowest is
+    // slightly to the left, because the constant of the full turn has only ten digits.
     const auto points = drawnCircle(1000, {32000, 0}, 4);
     QCOMPARE(points,
         (QList{travel(32000, 1000), at(32000, 1000, 1), at(31000, 0), at(31999, -1000, 1),
@@ -118,7 +118,7 @@ void tst_Shapes::a_circle_wholly_out_of_range_adds_nothing()
         QCOMPARE(drawnCircle(800, centre, 20), QList<FramePoint>());
 }
 
-void tst_Shapes::a_circle_leaves_the_begun_line_alone()
+void tst_Shapes::a_circle_does_not_affect_a_begun_line()
 {
     drawnLine({10, 0}, {5, 0}, 1, LineBegin);
     drawnCircle(800, {0, 0}, 20);
@@ -155,9 +155,9 @@ void tst_Shapes::a_rectangle_is_one_clockwise_stroke()
     QCOMPARE(bey.points.size(), 4 * (side + 1) + 2);
 }
 
-void tst_Shapes::a_rectangle_about_a_half_is_cut_toward_zero()
+void tst_Shapes::a_rectangle_at_half_units_is_truncated_toward_zero()
 {
-    // The edges of a 5 by 5 rectangle about (0, 0) lie at 2.5 units, their centres at 2.
+    // The edges of a 5 by 5 rectangle around (0, 0) are at 2.5 units, their centres at 2.
     BadBey bey;
     addRect(bey, {5, 5}, {0, 0}, color, LeftScoreObject, 4);
     QCOMPARE(bey.points,

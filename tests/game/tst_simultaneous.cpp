@@ -31,7 +31,7 @@ QByteArray told(const Standing &standing)
         .toUtf8();
 }
 
-/// A ball that the left paddle misses with its next step.
+/// A match whose ball the left paddle misses at the next step.
 Match beforeMiss(qint32 rightScore)
 {
     Match match = inPlay({-31190, 9000}, -106.0F, 0.0F);
@@ -42,8 +42,8 @@ Match beforeMiss(qint32 rightScore)
 
 } // namespace
 
-/// The step of the ball and a start press come from different threads: whatever happens within
-/// either, the match is as if one had come after the other.
+/// The ball's step and a start press come from different threads: wherever one interrupts the
+/// other, the result is as if one had followed the other.
 class tst_Simultaneous : public QObject
 {
     Q_OBJECT

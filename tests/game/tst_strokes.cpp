@@ -14,7 +14,7 @@ constexpr auto highest = std::numeric_limits<qint32>::max();
 constexpr auto infinity = std::numeric_limits<float>::infinity();
 constexpr auto noNumber = std::numeric_limits<float>::quiet_NaN();
 
-/// Leaves the begun stroke of an earlier test behind.
+/// Discards the begun stroke of an earlier test.
 void forgetStroke()
 {
     drawnLine({0, 0}, {0, 0}, 0, LineBegin);
@@ -29,33 +29,33 @@ class tst_Strokes : public QObject
 private slots:
     void init() { forgetStroke(); }
 
-    void a_stroke_lies_between_blanked_travels();
-    void the_object_changes_no_point();
+    void a_stroke_is_enclosed_by_blanked_travels();
+    void the_object_index_changes_no_point();
     void an_empty_stroke_adds_nothing();
     void a_list_of_8192_points_is_kept_and_a_longer_one_dropped_data();
     void a_list_of_8192_points_is_kept_and_a_longer_one_dropped();
-    void drawing_goes_on_after_a_drop();
+    void drawing_continues_after_a_drop();
 
     void a_line_has_both_ends_and_even_steps_data();
     void a_line_has_both_ends_and_even_steps();
-    void a_line_is_cut_to_whole_units_toward_zero();
-    void a_line_of_no_steps_draws_nothing_data();
-    void a_line_of_no_steps_draws_nothing();
-    void no_steps_still_forget_what_was_begun_data();
-    void no_steps_still_forget_what_was_begun();
+    void a_line_is_truncated_to_whole_units_toward_zero();
+    void a_line_of_zero_steps_draws_nothing_data();
+    void a_line_of_zero_steps_draws_nothing();
+    void zero_steps_still_discard_the_begun_stroke_data();
+    void zero_steps_still_discard_the_begun_stroke();
     void a_line_of_negative_steps_is_its_end_point_data();
     void a_line_of_negative_steps_is_its_end_point();
     void lines_join_into_one_stroke_with_every_corner_marked();
     void the_stroke_is_shared_by_all_lines();
-    void a_single_line_forgets_what_was_begun();
-    void points_out_of_range_are_left_out_of_a_line_data();
-    void points_out_of_range_are_left_out_of_a_line();
-    void the_range_ends_where_the_cut_number_does();
+    void a_single_line_discards_the_begun_stroke();
+    void points_out_of_range_are_omitted_from_a_line_data();
+    void points_out_of_range_are_omitted_from_a_line();
+    void the_range_applies_to_the_truncated_value();
     void a_line_wholly_out_of_range_adds_nothing_data();
     void a_line_wholly_out_of_range_adds_nothing();
 };
 
-void tst_Strokes::a_stroke_lies_between_blanked_travels()
+void tst_Strokes::a_stroke_is_enclosed_by_blanked_travels()
 {
     BadBey bey;
     bey.points = {at(1, 2)};
@@ -67,7 +67,7 @@ void tst_Strokes::a_stroke_lies_between_blanked_travels()
     QCOMPARE(bey.points, (QList{travel(3, 4), at(3, 4), travel(3, 4)}));
 }
 
-void tst_Strokes::the_object_changes_no_point()
+void tst_Strokes::the_object_index_changes_no_point()
 {
     for (const int object : {0, 8, -1, lowest, highest}) {
         BadBey bey;
@@ -112,7 +112,7 @@ void tst_Strokes::a_list_of_8192_points_is_kept_and_a_longer_one_dropped()
     QCOMPARE(bey.points.size(), after);
 }
 
-void tst_Strokes::drawing_goes_on_after_a_drop()
+void tst_Strokes::drawing_continues_after_a_drop()
 {
     BadBey bey;
     bey.points.fill(at(0, 0), 8192);
@@ -134,7 +134,7 @@ void tst_Strokes::a_line_has_both_ends_and_even_steps_data()
     QTest::addRow("diagonal") << Point{-100, -900} << Point{200, 5000} << 13;
     QTest::addRow("one step") << Point{-6, 4} << Point{6, 8} << 1;
     QTest::addRow("more steps than units") << Point{-2, 0} << Point{2, 0} << 9;
-    QTest::addRow("of no length") << Point{5, 6} << Point{5, 6} << 3;
+    QTest::addRow("of zero length") << Point{5, 6} << Point{5, 6} << 3;
 }
 
 void tst_Strokes::a_line_has_both_ends_and_even_steps()
@@ -148,9 +148,9 @@ void tst_Strokes::a_line_has_both_ends_and_even_steps()
     QCOMPARE(points, StrokeModel(color).line(from, to, steps).finished());
 }
 
-void tst_Strokes::a_line_is_cut_to_whole_units_toward_zero()
+void tst_Strokes::a_line_is_truncated_to_whole_units_toward_zero()
 {
-    // A width of 5 begins and ends on halves: -2.5, -1.25, 0, 1.25, 2.5 about the centre.
+    // A width of 5 begins and ends at halves: -2.5, -1.25, 0, 1.25, 2.5 around the centre.
     QCOMPARE(drawnLine({5, 0}, {0, 0}, 4),
         (QList{travel(-2, 0), at(-2, 0, 1), at(-1, 0), at(0, 0), at(1, 0), at(2, 0, 1),
             travel(2, 0)}));
@@ -159,7 +159,7 @@ void tst_Strokes::a_line_is_cut_to_whole_units_toward_zero()
             travel(-7, 1)}));
 }
 
-void tst_Strokes::a_line_of_no_steps_draws_nothing_data()
+void tst_Strokes::a_line_of_zero_steps_draws_nothing_data()
 {
     QTest::addColumn<int>("mode");
     QTest::addRow("single") << int(LineSingle);
@@ -168,13 +168,13 @@ void tst_Strokes::a_line_of_no_steps_draws_nothing_data()
     QTest::addRow("end") << int(LineEnd);
 }
 
-void tst_Strokes::a_line_of_no_steps_draws_nothing()
+void tst_Strokes::a_line_of_zero_steps_draws_nothing()
 {
     QFETCH(int, mode);
     QCOMPARE(drawnLine({100, 100}, {0, 0}, 0, mode), QList<FramePoint>());
 }
 
-void tst_Strokes::no_steps_still_forget_what_was_begun_data()
+void tst_Strokes::zero_steps_still_discard_the_begun_stroke_data()
 {
     QTest::addColumn<int>("mode");
     QTest::addColumn<bool>("forgotten");
@@ -184,7 +184,7 @@ void tst_Strokes::no_steps_still_forget_what_was_begun_data()
     QTest::addRow("end") << int(LineEnd) << false;
 }
 
-void tst_Strokes::no_steps_still_forget_what_was_begun()
+void tst_Strokes::zero_steps_still_discard_the_begun_stroke()
 {
     QFETCH(int, mode);
     QFETCH(bool, forgotten);
@@ -223,8 +223,8 @@ void tst_Strokes::lines_join_into_one_stroke_with_every_corner_marked()
 
 void tst_Strokes::the_stroke_is_shared_by_all_lines()
 {
-    // Begun in one list and ended in another, it goes whole into the second. Ended again, it
-    // comes once more: only a single or a beginning line forgets it.
+    // A stroke begun in one list and ended in another is appended completely to the second. Ending
+    // again appends it again: only a single or a beginning line discards it.
     QVERIFY(drawnLine({10, 0}, {5, 0}, 1, LineBegin).isEmpty());
     const auto stroke = drawnLine({0, 10}, {10, 5}, 1, LineEnd);
     QCOMPARE(stroke,
@@ -232,19 +232,19 @@ void tst_Strokes::the_stroke_is_shared_by_all_lines()
     QCOMPARE(drawnLine({0, 10}, {10, 15}, -1, LineEnd).size(), stroke.size() + 1);
 }
 
-void tst_Strokes::a_single_line_forgets_what_was_begun()
+void tst_Strokes::a_single_line_discards_the_begun_stroke()
 {
     drawnLine({10, 0}, {5, 0}, 1, LineBegin);
     QCOMPARE(drawnLine({2, 0}, {1, 0}, 1),
         (QList{travel(0, 0), at(0, 0, 1), at(2, 0, 1), travel(2, 0)}));
 }
 
-void tst_Strokes::points_out_of_range_are_left_out_of_a_line_data()
+void tst_Strokes::points_out_of_range_are_omitted_from_a_line_data()
 {
     QTest::addColumn<float>("length");
     QTest::addColumn<Point>("centre");
     QTest::addColumn<QList<FramePoint>>("kept");
-    // Five points about the centre: -2000, -1000, 0, 1000, 2000 on both axes.
+    // Five points around the centre: -2000, -1000, 0, 1000, 2000 on both axes.
     QTest::addRow("right") << 4000.0F << Point{32000, 0}
                            << QList{at(30000, -2000, 1), at(31000, -1000), at(32000, 0, 1)};
     QTest::addRow("left") << 4000.0F << Point{-32000, 0}
@@ -258,7 +258,7 @@ void tst_Strokes::points_out_of_range_are_left_out_of_a_line_data()
                                << QList{at(-30000, -30000, 1), at(0, 0), at(30000, 30000, 1)};
 }
 
-void tst_Strokes::points_out_of_range_are_left_out_of_a_line()
+void tst_Strokes::points_out_of_range_are_omitted_from_a_line()
 {
     QFETCH(float, length);
     QFETCH(Point, centre);
@@ -268,9 +268,9 @@ void tst_Strokes::points_out_of_range_are_left_out_of_a_line()
     QCOMPARE(drawnLine({length, length}, centre, 4), expected);
 }
 
-void tst_Strokes::the_range_ends_where_the_cut_number_does()
+void tst_Strokes::the_range_applies_to_the_truncated_value()
 {
-    // A line of no width at the very edge; halves are cut off before the comparison.
+    // A line of zero or one unit at the edge of the range; halves are truncated first.
     const auto kept = [](Point centre, float width) {
         return !drawnLine({width, 0}, centre, -1).isEmpty();
     };
@@ -295,7 +295,7 @@ void tst_Strokes::a_line_wholly_out_of_range_adds_nothing_data()
     QTest::addRow("at the highest number") << Point{highest, highest} << 100.0F;
     QTest::addRow("at the lowest number") << Point{lowest, lowest} << 100.0F;
     QTest::addRow("infinite") << Point{0, 0} << infinity;
-    QTest::addRow("no number") << Point{0, 0} << noNumber;
+    QTest::addRow("NaN") << Point{0, 0} << noNumber;
 }
 
 void tst_Strokes::a_line_wholly_out_of_range_adds_nothing()

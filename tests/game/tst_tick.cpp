@@ -18,24 +18,24 @@ class tst_Tick : public QObject
     Q_OBJECT
 
 private slots:
-    void the_signals_and_slots_are_in_their_order();
+    void the_signals_and_slots_are_in_order();
     void a_new_game_has_loaded_the_library_and_waits_for_its_first_load();
     void a_shown_game_sends_a_frame_on_every_third_tick();
     void the_match_moves_on_every_tick();
     void the_paddles_move_before_the_ball();
     void a_frame_in_play_has_175_points_and_one_that_waits_shows_the_scores();
-    void a_point_writes_who_scored_and_the_score_data();
-    void a_point_writes_who_scored_and_the_score();
-    void a_hidden_game_sends_an_empty_frame_on_every_tick_and_stands_still();
+    void a_point_logs_the_scorer_and_the_score_data();
+    void a_point_logs_the_scorer_and_the_score();
+    void a_hidden_game_sends_an_empty_frame_on_every_tick_and_does_not_move();
     void a_hidden_game_sends_the_points_that_are_in_the_list();
-    void no_zone_sends_nothing_and_the_match_goes_on();
+    void without_a_zone_nothing_is_sent_and_the_match_continues();
     void without_a_host_a_tick_does_nothing();
     void a_lost_host_freezes_the_match_until_it_is_back();
     void output_zones_and_zone_reach_the_host();
-    void without_the_library_nothing_is_asked_of_the_host();
+    void without_the_library_the_host_is_never_called();
 };
 
-void tst_Tick::the_signals_and_slots_are_in_their_order()
+void tst_Tick::the_signals_and_slots_are_in_order()
 {
     QByteArrayList signatures;
     const QMetaObject &meta = Pong::staticMetaObject;
@@ -96,7 +96,7 @@ void tst_Tick::a_frame_in_play_has_175_points_and_one_that_waits_shows_the_score
     Game game;
     game.tickToFrame();
     game.tick(3);
-    // Two noughts, the dash and the field.
+    // Two zeros, the dash and the field.
     QCOMPARE(game.host.takeCalls(), QStringList{sent(0, 2 * 86 + 15 + 152)});
     game.pong.requestStart(0);
     game.tick(3);
@@ -108,7 +108,7 @@ void tst_Tick::a_frame_in_play_has_175_points_and_one_that_waits_shows_the_score
     QCOMPARE(frames.last().points[1].x, -31200.0F + 3 * 106 + 800);
 }
 
-void tst_Tick::a_point_writes_who_scored_and_the_score_data()
+void tst_Tick::a_point_logs_the_scorer_and_the_score_data()
 {
     QTest::addColumn<int>("loser");
     QTest::addColumn<QStringList>("expected");
@@ -116,7 +116,7 @@ void tst_Tick::a_point_writes_who_scored_and_the_score_data()
     QTest::addRow("right misses") << 1 << QStringList{u"Left scores"_s, u"Score LR = 4-5"_s};
 }
 
-void tst_Tick::a_point_writes_who_scored_and_the_score()
+void tst_Tick::a_point_logs_the_scorer_and_the_score()
 {
     QFETCH(int, loser);
     Game game;
@@ -131,7 +131,7 @@ void tst_Tick::a_point_writes_who_scored_and_the_score()
     QCOMPARE(game.lines.takeAll(), QStringList());
 }
 
-void tst_Tick::a_hidden_game_sends_an_empty_frame_on_every_tick_and_stands_still()
+void tst_Tick::a_hidden_game_sends_an_empty_frame_on_every_tick_and_does_not_move()
 {
     Game game;
     game.play();
@@ -146,7 +146,7 @@ void tst_Tick::a_hidden_game_sends_an_empty_frame_on_every_tick_and_stands_still
     }
     QCOMPARE(game.pong.ballPos, ball);
     QCOMPARE(game.pong.leftPaddle.y, 63);
-    // Shown again it goes on where it stopped: two more ticks to the frame.
+    // Shown again, it continues where it stopped: two more ticks to the frame.
     game.pong.gameShown = true;
     game.tick();
     QCOMPARE(game.host.takeCalls(), QStringList());
@@ -164,7 +164,7 @@ void tst_Tick::a_hidden_game_sends_the_points_that_are_in_the_list()
     QCOMPARE(game.host.takeCalls(), (QStringList{sent(0, 7), sent(0, 0)}));
 }
 
-void tst_Tick::no_zone_sends_nothing_and_the_match_goes_on()
+void tst_Tick::without_a_zone_nothing_is_sent_and_the_match_continues()
 {
     Game game;
     game.pong.setZone(-1);
@@ -227,7 +227,7 @@ void tst_Tick::output_zones_and_zone_reach_the_host()
             sent(4, 0)}));
 }
 
-void tst_Tick::without_the_library_nothing_is_asked_of_the_host()
+void tst_Tick::without_the_library_the_host_is_never_called()
 {
     FakeHost host;
     host.installed = false;

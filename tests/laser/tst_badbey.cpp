@@ -28,7 +28,7 @@ class tst_BadBey : public QObject
     Q_OBJECT
 
 private slots:
-    void a_new_binding_has_loaded_the_library_and_called_nothing_in_it();
+    void a_new_binding_loads_the_library_and_calls_nothing_in_it();
     void the_entry_points_are_resolved_in_the_order_of_the_table();
     void a_missing_library_asks_for_exit_at_every_connect();
     void a_library_that_lacks_one_entry_point_is_freed_and_counts_as_missing_data();
@@ -37,25 +37,25 @@ private slots:
     void connecting_opens_the_session_with_output_off();
     void a_host_that_is_not_exactly_ready_is_not_connected_data();
     void a_host_that_is_not_exactly_ready_is_not_connected();
-    void connecting_again_destroys_the_first_session_first();
+    void reconnecting_destroys_the_old_session_first();
     void a_reconnect_that_finds_no_host_has_closed_the_session();
     void an_old_host_is_connected_with_output_off_and_its_build_returned();
     void the_host_is_ready_from_build_1614_on_data();
     void the_host_is_ready_from_build_1614_on();
-    void the_version_is_not_asked_of_a_host_that_is_not_ready();
-    void the_output_switch_passes_the_answer_of_the_host_back();
+    void a_host_that_is_not_ready_is_not_asked_for_its_version();
+    void the_output_switch_returns_the_hosts_answer();
     void a_frame_is_converted_point_by_point();
     void an_empty_frame_is_sent_too();
     void no_zone_sends_nothing_and_empties_the_list();
-    void a_lit_zone_that_is_left_gets_nothing_more_data();
-    void a_lit_zone_that_is_left_gets_nothing_more();
-    void a_frame_is_cut_at_8192_points();
+    void a_deselected_lit_zone_receives_nothing_more_data();
+    void a_deselected_lit_zone_receives_nothing_more();
+    void a_frame_is_truncated_at_8192_points();
     void the_list_keeps_its_storage();
     void closing_the_session_destroys_it_once();
     void destruction_closes_the_session_before_the_library();
 };
 
-void tst_BadBey::a_new_binding_has_loaded_the_library_and_called_nothing_in_it()
+void tst_BadBey::a_new_binding_loads_the_library_and_calls_nothing_in_it()
 {
     FakeHost host;
     const BadBey bey;
@@ -196,7 +196,7 @@ void tst_BadBey::a_host_that_is_not_exactly_ready_is_not_connected()
     QCOMPARE(host.takeCalls(), QStringList{u"ldbBeyondExeReady"_s});
 }
 
-void tst_BadBey::connecting_again_destroys_the_first_session_first()
+void tst_BadBey::reconnecting_destroys_the_old_session_first()
 {
     FakeHost host;
     BadBey bey;
@@ -255,7 +255,7 @@ void tst_BadBey::the_host_is_ready_from_build_1614_on()
     QTEST(bey.IsBeyondReady(), "ready");
 }
 
-void tst_BadBey::the_version_is_not_asked_of_a_host_that_is_not_ready()
+void tst_BadBey::a_host_that_is_not_ready_is_not_asked_for_its_version()
 {
     FakeHost host;
     host.ready = 0;
@@ -265,7 +265,7 @@ void tst_BadBey::the_version_is_not_asked_of_a_host_that_is_not_ready()
     QCOMPARE(host.takeCalls(), QStringList{u"ldbBeyondExeReady"_s});
 }
 
-void tst_BadBey::the_output_switch_passes_the_answer_of_the_host_back()
+void tst_BadBey::the_output_switch_returns_the_hosts_answer()
 {
     FakeHost host;
     host.outputAnswer = 42;
@@ -324,14 +324,14 @@ void tst_BadBey::no_zone_sends_nothing_and_empties_the_list()
     QVERIFY(bey.points.isEmpty());
 }
 
-void tst_BadBey::a_lit_zone_that_is_left_gets_nothing_more_data()
+void tst_BadBey::a_deselected_lit_zone_receives_nothing_more_data()
 {
     QTest::addColumn<int>("nextZone");
     QTest::addRow("for another zone") << 3;
     QTest::addRow("for no zone") << -1;
 }
 
-void tst_BadBey::a_lit_zone_that_is_left_gets_nothing_more()
+void tst_BadBey::a_deselected_lit_zone_receives_nothing_more()
 {
     QFETCH(int, nextZone);
     FakeHost host;
@@ -349,7 +349,7 @@ void tst_BadBey::a_lit_zone_that_is_left_gets_nothing_more()
     }
 }
 
-void tst_BadBey::a_frame_is_cut_at_8192_points()
+void tst_BadBey::a_frame_is_truncated_at_8192_points()
 {
     FakeHost host;
     BadBey bey;

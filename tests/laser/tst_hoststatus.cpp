@@ -18,7 +18,7 @@ const QString notStartedLook = u"color:#D30;font-weight:bold;"_s;
 const QString notStartedText = u"BEYOND Not Started - Please Start BEYOND build 1614 or above"_s;
 const std::array governed = {u"showButton"_s, u"enableButton"_s, u"resetButton"_s};
 
-/// Writes down what happens to the buttons: "showButton clicked", "showButton disabled".
+/// Records the buttons' events: "showButton clicked", "showButton disabled".
 class ButtonRecord : public QObject
 {
 public:
@@ -52,28 +52,28 @@ class tst_HostStatus : public QObject
 private slots:
     void init();
     void cleanup();
-    void until_the_host_was_looked_for_the_label_says_not_started();
+    void the_label_says_not_started_until_the_host_is_checked();
     void a_started_host_is_shown_with_its_build_and_enables_the_controls();
     void the_host_counts_as_started_from_build_1614_on_data();
     void the_host_counts_as_started_from_build_1614_on();
-    void a_host_that_is_lost_hides_the_game_and_switches_the_output_off();
-    void a_host_that_is_lost_leaves_alone_what_is_off_data();
-    void a_host_that_is_lost_leaves_alone_what_is_off();
+    void a_lost_host_hides_the_game_and_switches_the_output_off();
+    void a_lost_host_leaves_switched_off_controls_off_data();
+    void a_lost_host_leaves_switched_off_controls_off();
     void a_lost_host_is_asked_for_its_zones_before_anything_changes();
     void a_found_host_is_asked_for_its_zones_before_the_controls_are_enabled_in_order();
     void a_second_report_of_a_lost_host_changes_nothing();
-    void a_state_that_is_not_known_disables_the_controls_and_keeps_the_label_data();
-    void a_state_that_is_not_known_disables_the_controls_and_keeps_the_label();
+    void an_unknown_state_disables_the_controls_and_keeps_the_label_data();
+    void an_unknown_state_disables_the_controls_and_keeps_the_label();
     void a_second_report_of_a_started_host_leaves_the_buttons_as_they_are();
-    void a_host_that_comes_back_enables_the_controls_with_all_off();
+    void a_host_that_returns_enables_the_controls_with_all_off();
     void a_newer_host_is_shown_with_its_new_build();
-    void what_was_switched_on_before_the_first_report_goes_off_without_a_host();
-    void the_loss_of_the_host_is_noticed_by_itself();
+    void without_a_host_the_first_report_switches_everything_off();
+    void the_loss_of_the_host_is_noticed_automatically();
 
 private:
     void start();
-    /// What happens to the buttons while the host becomes ready or is lost, and, whenever it is
-    /// asked for its zones, the text of the status: "zones, BEYOND 1700 Started".
+    /// The buttons' events while the host becomes ready or is lost and, whenever the host is asked
+    /// for its zones, the text of the status: "zones, BEYOND 1700 Started".
     QStringList changesWhen(bool ready) const;
     void lookAt(const QString &text, const QString &look, bool enabled) const;
     QStringList outputCalls() { return m_running->host.takeCalls().filter(u"LaserOutput"_s); }
@@ -118,7 +118,7 @@ void tst_HostStatus::lookAt(const QString &text, const QString &look, bool enabl
         QVERIFY2(m_running->find(name)->isEnabled() == enabled, qPrintable(name));
 }
 
-void tst_HostStatus::until_the_host_was_looked_for_the_label_says_not_started()
+void tst_HostStatus::the_label_says_not_started_until_the_host_is_checked()
 {
     const MainWindow window;
     const auto *label = window.findChild<QLabel *>(u"statusLabel"_s);
@@ -160,7 +160,7 @@ void tst_HostStatus::the_host_counts_as_started_from_build_1614_on()
         lookAt(notStartedText, notStartedLook, false);
 }
 
-void tst_HostStatus::a_host_that_is_lost_hides_the_game_and_switches_the_output_off()
+void tst_HostStatus::a_lost_host_hides_the_game_and_switches_the_output_off()
 {
     start();
     m_running->click(u"showButton"_s);
@@ -184,7 +184,7 @@ void tst_HostStatus::a_host_that_is_lost_hides_the_game_and_switches_the_output_
     QVERIFY(!m_running->host.outputOn);
 }
 
-void tst_HostStatus::a_host_that_is_lost_leaves_alone_what_is_off_data()
+void tst_HostStatus::a_lost_host_leaves_switched_off_controls_off_data()
 {
     QTest::addColumn<QString>("on");
     QTest::addColumn<QStringList>("clicked");
@@ -194,7 +194,7 @@ void tst_HostStatus::a_host_that_is_lost_leaves_alone_what_is_off_data()
         << u"enableButton"_s << QStringList{u"enableButton clicked"_s};
 }
 
-void tst_HostStatus::a_host_that_is_lost_leaves_alone_what_is_off()
+void tst_HostStatus::a_lost_host_leaves_switched_off_controls_off()
 {
     QFETCH(QString, on);
     QFETCH(QStringList, clicked);
@@ -244,14 +244,14 @@ void tst_HostStatus::a_second_report_of_a_lost_host_changes_nothing()
     QCOMPARE(outputCalls(), QStringList());
 }
 
-void tst_HostStatus::a_state_that_is_not_known_disables_the_controls_and_keeps_the_label_data()
+void tst_HostStatus::an_unknown_state_disables_the_controls_and_keeps_the_label_data()
 {
     QTest::addColumn<int>("state");
     for (const int state : {1, 3, -1})
         QTest::addRow("%d", state) << state;
 }
 
-void tst_HostStatus::a_state_that_is_not_known_disables_the_controls_and_keeps_the_label()
+void tst_HostStatus::an_unknown_state_disables_the_controls_and_keeps_the_label()
 {
     QFETCH(int, state);
     start();
@@ -279,7 +279,7 @@ void tst_HostStatus::a_second_report_of_a_started_host_leaves_the_buttons_as_the
     QCOMPARE(m_running->find<QComboBox>(u"zoneComboBox"_s)->count(), 5);
 }
 
-void tst_HostStatus::a_host_that_comes_back_enables_the_controls_with_all_off()
+void tst_HostStatus::a_host_that_returns_enables_the_controls_with_all_off()
 {
     m_running->host.ready = 0;
     start();
@@ -311,7 +311,7 @@ void tst_HostStatus::a_newer_host_is_shown_with_its_new_build()
     lookAt(u"BEYOND 1801 Started"_s, startedLook, true);
 }
 
-void tst_HostStatus::what_was_switched_on_before_the_first_report_goes_off_without_a_host()
+void tst_HostStatus::without_a_host_the_first_report_switches_everything_off()
 {
     m_running->host.ready = 0;
     m_running->window = std::make_unique<MainWindow>();
@@ -324,7 +324,7 @@ void tst_HostStatus::what_was_switched_on_before_the_first_report_goes_off_witho
     QVERIFY(!m_running->host.outputOn);
 }
 
-void tst_HostStatus::the_loss_of_the_host_is_noticed_by_itself()
+void tst_HostStatus::the_loss_of_the_host_is_noticed_automatically()
 {
     start();
     m_running->host.ready = 0;

@@ -39,29 +39,29 @@ private slots:
     void cleanup();
     void the_first_load_switches_the_output_off_and_shows_both_buttons_idle();
     void the_output_button_switches_the_host_on_and_off();
-    void the_output_button_shows_its_state_whatever_the_host_answers();
-    void a_button_changes_its_look_after_what_it_switches();
+    void the_output_button_shows_its_own_state_whatever_the_host_answers();
+    void a_button_changes_its_look_after_switching();
     void the_game_button_shows_and_hides_the_game();
-    void whoever_keeps_the_computer_awake_is_told_exactly_while_the_game_is_shown();
+    void showing_and_hiding_the_game_is_signalled_exactly_once_each();
     void a_hidden_game_sends_empty_frames_on_every_tick();
     void the_zones_of_the_host_are_listed_and_the_first_one_selected();
-    void the_frames_go_to_the_zone_that_is_chosen();
-    void choosing_no_zone_ends_the_frames_at_once();
+    void frames_are_sent_to_the_chosen_zone();
+    void choosing_no_zone_stops_the_frames_at_once();
     void a_refresh_selects_the_first_zone_again();
     void a_refresh_follows_the_number_of_zones();
-    void a_host_without_zones_leaves_the_zone_as_it_was_data();
-    void a_host_without_zones_leaves_the_zone_as_it_was();
-    void an_absurd_number_of_zones_is_cut_and_told();
+    void a_host_without_zones_leaves_the_zone_unchanged_data();
+    void a_host_without_zones_leaves_the_zone_unchanged();
+    void an_absurd_number_of_zones_is_limited_and_logged();
     void a_thousand_zones_are_all_listed();
     void zones_that_appear_during_a_refresh_select_nothing();
-    void zones_that_are_gone_when_asked_again_are_listed_and_not_selected();
+    void zones_missing_from_the_second_answer_are_listed_but_not_selected();
 
 private:
     void start(int zones = 1);
     QComboBox &zoneList() const { return *m_running->find<QComboBox>(u"zoneComboBox"_s); }
     int zone() const { return m_running->game().binding()->zone; }
     void refresh() const { emit m_running->game().beyCoStatus(BeyondReady); }
-    /// Chooses an entry as an operator with a keyboard does.
+    /// Chooses an entry with the keyboard, like an operator.
     void choose(int index) const;
 
     std::unique_ptr<RunningWindow> m_running;
@@ -121,7 +121,7 @@ void tst_LaserControls::the_output_button_switches_the_host_on_and_off()
     QCOMPARE(button->styleSheet(), idleLook);
 }
 
-void tst_LaserControls::the_output_button_shows_its_state_whatever_the_host_answers()
+void tst_LaserControls::the_output_button_shows_its_own_state_whatever_the_host_answers()
 {
     m_running->host.outputAnswer = 0;
     start();
@@ -130,7 +130,7 @@ void tst_LaserControls::the_output_button_shows_its_state_whatever_the_host_answ
     QCOMPARE(m_running->find(u"enableButton"_s)->styleSheet(), activeLook);
 }
 
-void tst_LaserControls::a_button_changes_its_look_after_what_it_switches()
+void tst_LaserControls::a_button_changes_its_look_after_switching()
 {
     start();
     QStringList textsMeanwhile;
@@ -161,7 +161,7 @@ void tst_LaserControls::the_game_button_shows_and_hides_the_game()
     QCOMPARE(outputCalls(m_running->host), QStringList());
 }
 
-void tst_LaserControls::whoever_keeps_the_computer_awake_is_told_exactly_while_the_game_is_shown()
+void tst_LaserControls::showing_and_hiding_the_game_is_signalled_exactly_once_each()
 {
     start();
     QList<bool> told;
@@ -186,7 +186,7 @@ void tst_LaserControls::a_hidden_game_sends_empty_frames_on_every_tick()
     m_running->click(u"showButton"_s);
     m_running->tick(3);
     m_running->click(u"showButton"_s);
-    m_running->tick(1); // whatever was in the making is out
+    m_running->tick(1); // a frame in progress has been sent
     m_running->host.takeFrames();
     m_running->tick(3);
     const QList<FakeHost::Frame> frames = m_running->host.takeFrames();
@@ -209,14 +209,14 @@ void tst_LaserControls::the_zones_of_the_host_are_listed_and_the_first_one_selec
     }
 }
 
-void tst_LaserControls::the_frames_go_to_the_zone_that_is_chosen()
+void tst_LaserControls::frames_are_sent_to_the_chosen_zone()
 {
     start(3);
     m_running->click(u"showButton"_s);
     for (const int index : {3, 1, 2}) {
         choose(index);
         QCOMPARE(zone(), index - 1);
-        m_running->tick(3); // the picture that was in the making went with them
+        m_running->tick(3); // includes a frame that was in progress
         m_running->host.takeFrames();
         m_running->tick(3);
         const QList<FakeHost::Frame> frames = m_running->host.takeFrames();
@@ -228,14 +228,14 @@ void tst_LaserControls::the_frames_go_to_the_zone_that_is_chosen()
     }
 }
 
-void tst_LaserControls::choosing_no_zone_ends_the_frames_at_once()
+void tst_LaserControls::choosing_no_zone_stops_the_frames_at_once()
 {
     start(2);
     m_running->click(u"showButton"_s);
     m_running->tick(3);
     choose(0);
     QCOMPARE(zone(), -1);
-    m_running->tick(1); // a frame that was being sent is out
+    m_running->tick(1); // a frame in progress has been sent
     const QList<FakeHost::Frame> frames = m_running->host.takeFrames();
     QVERIFY(!frames.isEmpty());
     QCOMPARE(frames.last().zone, 0);
@@ -267,7 +267,7 @@ void tst_LaserControls::a_refresh_follows_the_number_of_zones()
     }
 }
 
-void tst_LaserControls::a_host_without_zones_leaves_the_zone_as_it_was_data()
+void tst_LaserControls::a_host_without_zones_leaves_the_zone_unchanged_data()
 {
     QTest::addColumn<int>("chosen");
     QTest::addColumn<int>("zones");
@@ -277,7 +277,7 @@ void tst_LaserControls::a_host_without_zones_leaves_the_zone_as_it_was_data()
     QTest::addRow("the lowest count") << 2 << std::numeric_limits<int>::min();
 }
 
-void tst_LaserControls::a_host_without_zones_leaves_the_zone_as_it_was()
+void tst_LaserControls::a_host_without_zones_leaves_the_zone_unchanged()
 {
     QFETCH(int, chosen);
     QFETCH(int, zones);
@@ -290,7 +290,7 @@ void tst_LaserControls::a_host_without_zones_leaves_the_zone_as_it_was()
     QCOMPARE(zone(), chosen - 1);
 }
 
-void tst_LaserControls::an_absurd_number_of_zones_is_cut_and_told()
+void tst_LaserControls::an_absurd_number_of_zones_is_limited_and_logged()
 {
     start();
     m_running->host.zones = std::numeric_limits<int>::max();
@@ -329,7 +329,7 @@ void tst_LaserControls::zones_that_appear_during_a_refresh_select_nothing()
     QCOMPARE(zone(), 1);
 }
 
-void tst_LaserControls::zones_that_are_gone_when_asked_again_are_listed_and_not_selected()
+void tst_LaserControls::zones_missing_from_the_second_answer_are_listed_but_not_selected()
 {
     start(3);
     choose(2);

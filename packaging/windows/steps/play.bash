@@ -1,6 +1,6 @@
 # Sourced by packaging/windows/try: the steps that start and play the installed program.
 
-# shortcut NAME [ARGUMENT]...: what a double click on a shortcut does.
+# shortcut NAME [ARGUMENT]...: opens a shortcut like a double click.
 shortcut() {
     local name=$1
     shift
@@ -25,7 +25,7 @@ step_missing_host() {
     close_message
 }
 
-# Windows programs without an error stream log to their debugger.
+# Windows programs without stderr log to their debugger.
 step_debugger() {
     say "The debug log reaches a debugger"
     after install
@@ -36,7 +36,7 @@ step_debugger() {
         || stage_fail "The debugger received nothing."
 }
 
-# start_rehearsal RECORDING: starts both programs; the game has the keyboard.
+# start_rehearsal RECORDING: starts both programs; the game gets the keyboard focus.
 start_rehearsal() {
     rm -f "$home/rallyvane.log" "$stage/$1.rec"
     ln -sf "$home/rallyvane.log" "$stage/rallyvane.log"
@@ -51,19 +51,19 @@ start_rehearsal() {
     sleep 0.3
 }
 
-# close_game: as alt+F4 does.
+# close_game: closes the game like Alt+F4.
 close_game() {
     xdotool key alt+F4
     await_end
 }
 
-# dump RECORDING: as text. The rehearsal host finds its libraries where the game's are.
+# dump RECORDING: prints it as text. The rehearsal host uses the game's libraries.
 dump() {
     WINEPATH=$(windows_path "$home") stage_dump "$(windows_path "$stage/$1.rec")" \
         wine "$home/rehearsal/rehearsalhost.exe" | tr -d '\r'
 }
 
-# frame_points RECORDING: the number of points of each frame.
+# frame_points RECORDING: prints the number of points of each frame.
 frame_points() {
     dump "$1" | awk '$1 == "frame" { print $4 }'
 }
@@ -73,13 +73,13 @@ lit_frames() {
     frame_points "$1" | awk '$1 > 0 { lit = 1 } END { exit !lit }'
 }
 
-# tick RECORDING: the median time in ms between two lit frames, which are three ticks apart, by three.
+# tick RECORDING: prints the median tick in ms: a third of the interval between lit frames.
 tick() {
     dump "$1" | awk '$1 == "frame" && $4 > 0 { if (last) print ($2 - last) / 3; last = $2 }' \
         | sort -n | awk '{ all[NR] = $1 } END { printf "%.2f", all[int((NR + 1) / 2)] }'
 }
 
-# A host that cannot start says why where the person sees it, and the game is not started alone.
+# If the host cannot start, the user sees the reason, and the game is not started.
 step_refusal() {
     say "A rehearsal whose host cannot start says so and starts no game"
     after install
@@ -106,7 +106,7 @@ step_keys() {
     echo "  median tick: $(tick keys) ms"
 }
 
-# devices_send LINE...: has the stand-ins for winmm and XInput play lines of their script.
+# devices_send LINE...: makes the fake winmm and XInput libraries play script lines.
 devices_send() {
     local line
     for line in "$@"; do

@@ -3,7 +3,7 @@
 uninstall_key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\LaserRallyvane'
 menu_entries=("Laser Rallyvane" "Rehearse without a laser")
 
-# registered NAME: the value in the registry, or nothing.
+# registered NAME: prints the value in the registry, if any.
 registered() {
     { wine reg query "$uninstall_key" /v "$1" 2>/dev/null || true; } | tr -d '\r' \
         | sed -n "s/^ *$1 *REG_[A-Z]* *//p"
@@ -16,7 +16,7 @@ expect_registered() {
     expect "The registered $1 is \"$value\" instead of \"$2\"." test "$value" = "$2"
 }
 
-# menu_folder: the start menu's folder of the program.
+# menu_folder: prints the program's folder in the start menu.
 menu_folder() {
     find "$drive" -type d -path '*/Start Menu/Programs/Laser Rallyvane'
 }
@@ -64,7 +64,7 @@ is_unregistered() {
     [ -z "$(registered DisplayName)" ]
 }
 
-# The uninstaller goes on in a copy of itself after it returns.
+# The uninstaller returns early and continues in a copy of itself.
 step_uninstall() {
     say "A quiet uninstall removes everything but settings and log"
     after install keys
