@@ -228,7 +228,7 @@ void tst_RehearsalHost::a_damaged_recording_is_named_with_its_byte()
     HostProcess reader({u"--open"_s, path, u"--dump"_s});
     QCOMPARE(reader.result(), 1);
     QCOMPARE(reader.errors(),
-        u"\"%1\": Damaged at byte 9: the record that begins there is cut short.\n"_s.arg(path));
+        u"\"%1\": Damaged at byte 9: the record that begins here is truncated.\n"_s.arg(path));
 }
 
 void tst_RehearsalHost::a_recording_is_used_without_a_display()

@@ -288,7 +288,7 @@ void tst_ShowLog::a_flickering_game_does_not_fill_the_memory()
         show.dark(3 + 2 * i);
     }
     QVERIFY(show.part(u"Events"_s).size() <= 10'001);
-    QCOMPARE(show.part(u"Events"_s).last(), u"The list is full; later events are not in it."_s);
+    QCOMPARE(show.part(u"Events"_s).last(), u"The list is full; later events are not shown."_s);
     QCOMPARE(show.part(u"Endings"_s).size(), 10'000);
     QVERIFY(show.part(u"Zones"_s).first().startsWith(u"zone 1: 40000 frames, 20000 lit"_s));
 }
