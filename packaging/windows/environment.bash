@@ -1,5 +1,5 @@
 # Sourced by the commands that build or run the Windows program, with the project's folder in
-# $project: where its Qt and its Wine are.
+# $project. Defines the locations of its Qt and its Wine.
 
 . "$project/tools/packages.bash"
 version=$(sed -n 's/^project(.* VERSION \([0-9.]*\).*/\1/p' "$project/CMakeLists.txt")
@@ -9,7 +9,7 @@ installer=$output/Rallyvane_v${version}_setup.exe
 archive=$output/Rallyvane_v${version}_portable.zip
 : "${installer}" "${archive}"
 
-# Where Qt is built if RALLYVANE_QT_WINDOWS is not set. It is complete once its toolchain file exists.
+# Qt is built here if RALLYVANE_QT_WINDOWS is not set. It is complete once its toolchain file exists.
 qt_cache=${XDG_CACHE_HOME:-$HOME/.cache}/rallyvane/qt-windows
 qt_is_ready() {
     [ -e "$1/lib/cmake/Qt6/qt.toolchain.cmake" ]
@@ -27,14 +27,14 @@ runtime_folders() {
     done
 }
 
-# windows_path PATH: the path as Windows programs write it.
+# windows_path PATH: the path in Windows notation.
 windows_path() {
     local path=Z:$1
     printf '%s' "${path//\//\\}"
 }
 
-# wine_begin: sets up a Wine of the project's own, whose programs find the libraries that they are
-# built with. It is created at first use, by one process if several begin at once.
+# wine_begin: sets up the project's own Wine prefix, in which programs find the libraries that they
+# are built with. Created at first use; a lock keeps concurrent callers from creating it twice.
 wine_begin() {
     export WINEPREFIX=${WINEPREFIX:-$project/build/wine} WINEARCH=win64
     export WINEDEBUG=${WINEDEBUG:--all} QT_FORCE_STDERR_LOGGING=1
@@ -57,11 +57,11 @@ wine_begin() {
     (
         flock 9
         [ ! -e "$WINEPREFIX/ready" ] || exit 0
-        # Without a display, or Wine would show that it is being set up.
+        # Without a display, so that Wine shows no setup window.
         unset DISPLAY
         wine wineboot --init
         wine reg add 'HKCU\Software\Wine' /v Version /d win10 /f
-        # Its server has no display, and programs that have one would share it.
+        # Programs with a display must not share this server, which has none.
         wineserver -k
         wineserver -w
         touch "$WINEPREFIX/ready"

@@ -1,5 +1,5 @@
-# Debian's MinGW-w64, in its variant with POSIX threads, which std::thread needs. A Qt built with
-# this file includes it, so that programs are built with the same compiler as their Qt.
+# Debian's MinGW-w64 in the variant with POSIX threads, which std::thread needs. A Qt built with this
+# file includes it, so that programs use the same compiler as their Qt.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)

@@ -1,5 +1,5 @@
-; The installer: for the user who runs it, without administrator rights, into a folder that stays
-; writable, because the program keeps settings, log and downloaded updates where it is started.
+; The installer. It installs for the current user without administrator rights, into a writable
+; folder, because the program keeps its settings, log and downloaded updates in its working folder.
 ; packaging/windows/build defines VERSION, STAGE (the files to install), OUTPUT (removals.nsh), FILE,
 ; ICON and TITLE (of the program's window).
 
@@ -47,7 +47,7 @@ VIAddVersionKey "LegalCopyright" "Vellaro"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
-; Sets $0 to 1 if the file cannot be written, which is so while its program runs.
+; Sets $0 to 1 if the file cannot be written, as while its program is running.
 !macro LookAtFile name
     ${If} ${FileExists} "$INSTDIR\${name}"
         ClearErrors
@@ -68,9 +68,8 @@ VIAddVersionKey "LegalCopyright" "Vellaro"
     !insertmacro LookAtFile "rehearsal\rehearsalhost.exe"
 !macroend
 
-; Closes a running program as its operator would, so that it blanks the laser and keeps its
-; settings, and waits for its end. If it does not end, the installer stops before it has changed
-; anything.
+; Closes a running program as its operator would, so that it blanks the laser and saves its settings,
+; and waits for it to exit. If it does not, the installer stops before changing anything.
 !macro DefineEndProgram prefix
 Function ${prefix}EndProgram
     !insertmacro LookForPrograms
@@ -116,7 +115,7 @@ FunctionEnd
 
 Section
     Call EndProgram
-    ; Removes files that only the older version had. Settings stay.
+    ; Remove files that only the older version had. Settings are kept.
     ${If} ${FileExists} "$INSTDIR\uninstall.exe"
         ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
     ${EndIf}
@@ -130,7 +129,7 @@ Section
         Abort
     ${EndIf}
 
-    ; A shortcut starts its program in the current output folder.
+    ; A shortcut's working folder is the current output folder.
     CreateDirectory "${MENU}"
     CreateShortcut "${MENU}\${PROGRAM}.lnk" "$INSTDIR\rallyvane.exe"
     CreateShortcut "${MENU}\Rehearse without a laser.lnk" "$INSTDIR\rehearse.exe"
@@ -156,7 +155,7 @@ Section Uninstall
     Delete "${MENU}\Rehearse without a laser.lnk"
     RMDir "${MENU}"
     DeleteRegKey HKCU "${UNINSTALL_KEY}"
-    ; This fails if the operator's own files are in it.
+    ; Fails if the folder still contains the operator's own files.
     SetOutPath "$TEMP"
     RMDir "$INSTDIR"
 SectionEnd

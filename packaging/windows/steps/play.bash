@@ -1,6 +1,6 @@
 # Sourced by packaging/windows/try: the steps that start and play the installed program.
 
-# shortcut NAME [ARGUMENT]...: what a double click on a shortcut does.
+# shortcut NAME [ARGUMENT]...: starts a shortcut, as a double click does.
 shortcut() {
     local name=$1
     shift
@@ -16,16 +16,16 @@ close_message() {
 }
 
 step_missing_host() {
-    say "Without a host's library the game says so and ends"
+    say "Without a host's library the game shows a message and exits"
     after install
     shortcut "Laser Rallyvane"
     stage_window "BEYOND DLL Not Found" >/dev/null
     picture missing-host
-    expect "The log is not in the program's folder." test -s "$home/rallyvane.log"
+    expect "There is no log in the program's folder." test -s "$home/rallyvane.log"
     close_message
 }
 
-# Windows programs without an error stream log to their debugger.
+# Windows programs without a standard error stream log to their debugger.
 step_debugger() {
     say "The debug log reaches a debugger"
     after install
@@ -36,7 +36,7 @@ step_debugger() {
         || stage_fail "The debugger received nothing."
 }
 
-# start_rehearsal RECORDING: starts both programs; the game has the keyboard.
+# start_rehearsal RECORDING: starts both programs and gives the game the keyboard focus.
 start_rehearsal() {
     rm -f "$home/rallyvane.log" "$stage/$1.rec"
     ln -sf "$home/rallyvane.log" "$stage/rallyvane.log"
@@ -46,18 +46,18 @@ start_rehearsal() {
     game=$(stage_window "Laser Rallyvane")
     stage_until 20 stage_logged "] 1700" || stage_fail "The game did not find the rehearsal host."
     xdotool windowmove --sync "$host" 0 480 windowmove --sync "$game" 0 0
-    # Wine gives keys to the window that was clicked last. There is no control in its corner.
+    # Wine sends keys to the window that was clicked last. There is no control in that corner.
     xdotool mousemove --window "$game" 2 2 click 1
     sleep 0.3
 }
 
-# close_game: as alt+F4 does.
+# close_game: closes the game with Alt+F4.
 close_game() {
     xdotool key alt+F4
     await_end
 }
 
-# dump RECORDING: as text. The rehearsal host finds its libraries where the game's are.
+# dump RECORDING: prints it as text. WINEPATH lets the rehearsal host find the game's libraries.
 dump() {
     WINEPATH=$(windows_path "$home") stage_dump "$(windows_path "$stage/$1.rec")" \
         wine "$home/rehearsal/rehearsalhost.exe" | tr -d '\r'
@@ -73,15 +73,16 @@ lit_frames() {
     frame_points "$1" | awk '$1 > 0 { lit = 1 } END { exit !lit }'
 }
 
-# tick RECORDING: the median time in ms between two lit frames, which are three ticks apart, by three.
+# tick RECORDING: the median tick in ms: a third of the interval between lit frames, which are three
+# ticks apart.
 tick() {
     dump "$1" | awk '$1 == "frame" && $4 > 0 { if (last) print ($2 - last) / 3; last = $2 }' \
         | sort -n | awk '{ all[NR] = $1 } END { printf "%.2f", all[int((NR + 1) / 2)] }'
 }
 
-# A host that cannot start says why where the person sees it, and the game is not started alone.
+# The reason is shown in a message box.
 step_refusal() {
-    say "A rehearsal whose host cannot start says so and starts no game"
+    say "If the host cannot start, the rehearsal says so and does not start the game"
     after install
     shortcut "Rehearse without a laser" --zones 99
     local box
@@ -106,7 +107,7 @@ step_keys() {
     echo "  median tick: $(tick keys) ms"
 }
 
-# devices_send LINE...: has the stand-ins for winmm and XInput play lines of their script.
+# devices_send LINE...: plays script lines on the stand-ins for winmm and XInput.
 devices_send() {
     local line
     for line in "$@"; do
@@ -146,7 +147,7 @@ learn_devices() {
 }
 
 step_devices() {
-    say "A MIDI device and a gamepad are learnt through the system's calls, and a point is played"
+    say "A MIDI device and a gamepad are learnt through the system's API, and a point is played"
     after install
     export RALLYVANE_SCRIPT=$stage/script
     rm -f "$home/.pong" "$RALLYVANE_SCRIPT.calls"
@@ -158,12 +159,12 @@ step_devices() {
     picture learnt-devices
     devices_send "midi 0 90 3C 7F" "midi 0 B0 7 7F" # leave the score display, paddle up
     sleep 1.6
-    devices_send "midi 0 B0 7 40" "midi 0 90 3C 7F" # hold it there, serve
+    devices_send "midi 0 B0 7 40" "midi 0 90 3C 7F" # stop the paddle, serve
     sleep 0.6
     picture devices
     stage_until 15 stage_logged "Score LR = 1-0" || stage_fail "No point was scored with devices."
-    expect "MIDI was not opened through the system." grep -qx "midiInOpen 0" "$RALLYVANE_SCRIPT.calls"
-    expect "The pads were not read through the system." \
+    expect "MIDI was not opened through winmm." grep -qx "midiInOpen 0" "$RALLYVANE_SCRIPT.calls"
+    expect "The pads were not read through XInput." \
         grep -qx "XInputGetState 0" "$RALLYVANE_SCRIPT.calls"
     close_game
     expect "MIDI was not closed." grep -qx "midiInClose" "$RALLYVANE_SCRIPT.calls"
