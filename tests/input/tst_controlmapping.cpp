@@ -71,19 +71,19 @@ private slots:
     void the_sensitivity_does_not_touch_midi();
     void a_start_message_starts_for_its_side_whatever_its_value_data();
     void a_start_message_starts_for_its_side_whatever_its_value();
-    void what_the_other_side_has_learnt_does_nothing_data();
-    void what_the_other_side_has_learnt_does_nothing();
+    void a_message_of_the_other_sides_binding_does_nothing_data();
+    void a_message_of_the_other_sides_binding_does_nothing();
     void with_14_bits_the_first_data_byte_of_the_status_steps_data();
     void with_14_bits_the_first_data_byte_of_the_status_steps();
     void a_message_of_both_bindings_moves_and_starts_data();
     void a_message_of_both_bindings_moves_and_starts();
-    void what_is_not_learnt_does_nothing();
+    void an_unlearnt_message_does_nothing();
     void no_message_reaches_another_side_or_binding();
-    void a_play_of_no_side_is_ignored();
+    void a_message_of_an_invalid_side_is_ignored();
     void a_message_is_handled_on_the_thread_of_the_window();
     void a_message_still_queued_does_not_move_a_paddle_that_left_its_device_data();
     void a_message_still_queued_does_not_move_a_paddle_that_left_its_device();
-    void another_device_stops_the_paddle_but_not_what_it_sends_itself();
+    void choosing_another_device_stops_the_paddle_but_not_its_own_messages();
 };
 
 void tst_ControlMapping::a_message_steps_the_paddle_of_its_side_data()
@@ -151,12 +151,12 @@ void tst_ControlMapping::a_start_message_starts_for_its_side_whatever_its_value(
     QCOMPARE(stage.step(side), 0);
 }
 
-void tst_ControlMapping::what_the_other_side_has_learnt_does_nothing_data()
+void tst_ControlMapping::a_message_of_the_other_sides_binding_does_nothing_data()
 {
     addSides();
 }
 
-void tst_ControlMapping::what_the_other_side_has_learnt_does_nothing()
+void tst_ControlMapping::a_message_of_the_other_sides_binding_does_nothing()
 {
     QFETCH(int, side);
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
@@ -228,7 +228,7 @@ void tst_ControlMapping::a_message_of_both_bindings_moves_and_starts()
     QCOMPARE(stage.takeStart(), std::optional(side));
 }
 
-void tst_ControlMapping::what_is_not_learnt_does_nothing()
+void tst_ControlMapping::an_unlearnt_message_does_nothing()
 {
     // A number without a status is what a damaged file may hold.
     PlayerStage stage({u"First"_s, u"Second"_s}, 0,
@@ -280,7 +280,7 @@ void tst_ControlMapping::no_message_reaches_another_side_or_binding()
     QCOMPARE(starts, 2 * 4 * 2);
 }
 
-void tst_ControlMapping::a_play_of_no_side_is_ignored()
+void tst_ControlMapping::a_message_of_an_invalid_side_is_ignored()
 {
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
@@ -351,7 +351,7 @@ void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left
     leaveWithAMessageQueued([&] { PlayerStage::click(player.keyboard); });
 }
 
-void tst_ControlMapping::another_device_stops_the_paddle_but_not_what_it_sends_itself()
+void tst_ControlMapping::choosing_another_device_stops_the_paddle_but_not_its_own_messages()
 {
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     stage.open();

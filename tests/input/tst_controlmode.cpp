@@ -61,8 +61,8 @@ class tst_ControlMode : public QObject
     Q_OBJECT
 
 private slots:
-    void a_mode_shows_and_enables_what_belongs_to_it_data();
-    void a_mode_shows_and_enables_what_belongs_to_it();
+    void a_mode_shows_and_enables_its_widgets_data();
+    void a_mode_shows_and_enables_its_widgets();
     void a_click_on_a_mode_writes_it_and_nothing_else_data();
     void a_click_on_a_mode_writes_it_and_nothing_else();
     void the_modes_are_written_at_the_start();
@@ -75,18 +75,18 @@ private slots:
     void a_mode_of_one_side_leaves_the_other_side_alone();
     void pending_events_are_processed_once_the_device_is_closed_data();
     void pending_events_are_processed_once_the_device_is_closed();
-    void a_mode_chosen_while_modes_are_applied_is_shown_whole_data();
-    void a_mode_chosen_while_modes_are_applied_is_shown_whole();
+    void a_mode_chosen_while_modes_are_applied_is_shown_completely_data();
+    void a_mode_chosen_while_modes_are_applied_is_shown_completely();
 };
 
-void tst_ControlMode::a_mode_shows_and_enables_what_belongs_to_it_data()
+void tst_ControlMode::a_mode_shows_and_enables_its_widgets_data()
 {
     QTest::addColumn<QString>("mode");
     for (const char *mode : {"MIDI", "XBOX", "KEYBOARD"})
         QTest::addRow("%s", mode) << QString::fromLatin1(mode);
 }
 
-void tst_ControlMode::a_mode_shows_and_enables_what_belongs_to_it()
+void tst_ControlMode::a_mode_shows_and_enables_its_widgets()
 {
     QFETCH(QString, mode);
     // From every mode before, and as stored.
@@ -263,7 +263,7 @@ void tst_ControlMode::pending_events_are_processed_once_the_device_is_closed()
     QCoreApplication::processEvents();
 }
 
-void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_whole_data()
+void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_completely_data()
 {
     QTest::addColumn<bool>("firstLoad");
     QTest::addColumn<int>("side");
@@ -285,7 +285,7 @@ void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_whole_data(
     }
 }
 
-void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_whole()
+void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_completely()
 {
     QFETCH(bool, firstLoad);
     QFETCH(int, side);

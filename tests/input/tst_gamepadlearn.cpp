@@ -27,13 +27,13 @@ private slots:
     void a_button_is_learnt_by_a_press_or_a_release();
     void a_paddle_does_not_follow_the_pad_from_which_move_is_learnt_data();
     void a_paddle_does_not_follow_the_pad_from_which_move_is_learnt();
-    void start_does_not_start_while_it_is_learnt_but_the_stick_moves();
-    void what_is_learnt_from_a_shared_pad_plays_for_nobody_data();
-    void what_is_learnt_from_a_shared_pad_plays_for_nobody();
+    void learning_start_blocks_start_but_not_the_stick();
+    void input_learnt_from_a_shared_pad_plays_for_neither_side_data();
+    void input_learnt_from_a_shared_pad_plays_for_neither_side();
     void a_move_learn_on_a_shared_pad_stops_both_paddles_data();
     void a_move_learn_on_a_shared_pad_stops_both_paddles();
-    void a_learner_who_comes_to_a_pad_stops_the_partner_there_data();
-    void a_learner_who_comes_to_a_pad_stops_the_partner_there();
+    void choosing_the_partners_pad_while_learning_stops_the_partner_data();
+    void choosing_the_partners_pad_while_learning_stops_the_partner();
     void a_move_learn_stops_no_partner_on_another_device_data();
     void a_move_learn_stops_no_partner_on_another_device();
     void a_pad_of_the_other_side_is_not_learnt_from();
@@ -152,7 +152,7 @@ void tst_GamepadLearn::a_paddle_does_not_follow_the_pad_from_which_move_is_learn
     QCOMPARE(stage.step(side), 39);
 }
 
-void tst_GamepadLearn::start_does_not_start_while_it_is_learnt_but_the_stick_moves()
+void tst_GamepadLearn::learning_start_blocks_start_but_not_the_stick()
 {
     PlayerStage stage({}, 2);
     openPads(stage);
@@ -169,12 +169,12 @@ void tst_GamepadLearn::start_does_not_start_while_it_is_learnt_but_the_stick_mov
     QCOMPARE(stage.settings().value(u"XStartL"_s), u"0"_s);
 }
 
-void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody_data()
+void tst_GamepadLearn::input_learnt_from_a_shared_pad_plays_for_neither_side_data()
 {
     addSides();
 }
 
-void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody()
+void tst_GamepadLearn::input_learnt_from_a_shared_pad_plays_for_neither_side()
 {
     QFETCH(int, side);
     PlayerStage stage({}, 1);
@@ -226,12 +226,12 @@ void tst_GamepadLearn::a_move_learn_on_a_shared_pad_stops_both_paddles()
     QCOMPARE(stage.step(1), 0);
 }
 
-void tst_GamepadLearn::a_learner_who_comes_to_a_pad_stops_the_partner_there_data()
+void tst_GamepadLearn::choosing_the_partners_pad_while_learning_stops_the_partner_data()
 {
     addSides();
 }
 
-void tst_GamepadLearn::a_learner_who_comes_to_a_pad_stops_the_partner_there()
+void tst_GamepadLearn::choosing_the_partners_pad_while_learning_stops_the_partner()
 {
     QFETCH(int, side);
     PlayerStage stage({}, 2);

@@ -19,18 +19,18 @@ private slots:
     void the_sensitivity_sets_the_step();
     void releasing_one_direction_stops_the_paddle_though_the_other_is_held();
     void repeats_of_a_held_key_change_nothing();
-    void start_requests_once_until_it_was_left_alone_data();
-    void start_requests_once_until_it_was_left_alone();
-    void start_has_to_be_left_alone_for_100_ms_data();
-    void start_has_to_be_left_alone_for_100_ms();
-    void every_press_of_start_makes_the_pause_begin_anew_data();
-    void every_press_of_start_makes_the_pause_begin_anew();
-    void the_pause_of_one_side_is_not_that_of_the_other();
+    void start_requests_once_until_its_pause_is_over_data();
+    void start_requests_once_until_its_pause_is_over();
+    void the_pause_of_start_lasts_100_ms_data();
+    void the_pause_of_start_lasts_100_ms();
+    void every_press_of_start_restarts_its_pause_data();
+    void every_press_of_start_restarts_its_pause();
+    void each_side_has_its_own_pause();
     void a_key_bound_to_start_and_up_only_starts();
     void a_key_bound_to_up_and_down_goes_up();
     void a_key_of_the_left_never_reaches_the_right();
-    void only_a_player_on_the_keyboard_hears_it_data();
-    void only_a_player_on_the_keyboard_hears_it();
+    void keys_act_only_for_a_player_on_the_keyboard_data();
+    void keys_act_only_for_a_player_on_the_keyboard();
 
 private:
     void start(const PlayerStage::Settings &others = {})
@@ -140,12 +140,12 @@ void tst_Keyboard::repeats_of_a_held_key_change_nothing()
     QCOMPARE(m_stage->step(0), 0);
 }
 
-void tst_Keyboard::start_requests_once_until_it_was_left_alone_data()
+void tst_Keyboard::start_requests_once_until_its_pause_is_over_data()
 {
     addSides();
 }
 
-void tst_Keyboard::start_requests_once_until_it_was_left_alone()
+void tst_Keyboard::start_requests_once_until_its_pause_is_over()
 {
     QFETCH(int, side);
     start();
@@ -164,12 +164,12 @@ void tst_Keyboard::start_requests_once_until_it_was_left_alone()
     }
 }
 
-void tst_Keyboard::start_has_to_be_left_alone_for_100_ms_data()
+void tst_Keyboard::the_pause_of_start_lasts_100_ms_data()
 {
     addSides();
 }
 
-void tst_Keyboard::start_has_to_be_left_alone_for_100_ms()
+void tst_Keyboard::the_pause_of_start_lasts_100_ms()
 {
     QFETCH(int, side);
     start();
@@ -181,12 +181,12 @@ void tst_Keyboard::start_has_to_be_left_alone_for_100_ms()
     QVERIFY(pause->isActive());
 }
 
-void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew_data()
+void tst_Keyboard::every_press_of_start_restarts_its_pause_data()
 {
     addSides();
 }
 
-void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew()
+void tst_Keyboard::every_press_of_start_restarts_its_pause()
 {
     QFETCH(int, side);
     start();
@@ -204,7 +204,7 @@ void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew()
     }
 }
 
-void tst_Keyboard::the_pause_of_one_side_is_not_that_of_the_other()
+void tst_Keyboard::each_side_has_its_own_pause()
 {
     start();
     m_stage->send(QEvent::KeyPress, Qt::Key_D);
@@ -244,7 +244,7 @@ void tst_Keyboard::a_key_of_the_left_never_reaches_the_right()
     QCOMPARE(m_stage->takeStart(), 0);
 }
 
-void tst_Keyboard::only_a_player_on_the_keyboard_hears_it_data()
+void tst_Keyboard::keys_act_only_for_a_player_on_the_keyboard_data()
 {
     QTest::addColumn<int>("side");
     QTest::addColumn<QString>("mode");
@@ -254,7 +254,7 @@ void tst_Keyboard::only_a_player_on_the_keyboard_hears_it_data()
     }
 }
 
-void tst_Keyboard::only_a_player_on_the_keyboard_hears_it()
+void tst_Keyboard::keys_act_only_for_a_player_on_the_keyboard()
 {
     QFETCH(int, side);
     QFETCH(QString, mode);

@@ -47,12 +47,12 @@ private slots:
     void start_is_learnt_from_the_first_message();
     void messages_of_the_other_side_play_while_a_side_learns_data();
     void messages_of_the_other_side_play_while_a_side_learns();
-    void the_message_that_is_learnt_plays_nothing();
+    void a_message_being_learnt_does_not_play();
     void a_second_click_cancels_data();
     void a_second_click_cancels();
     void a_learn_cancels_every_other();
     void a_key_is_learnt_while_a_pad_learn_is_replaced();
-    void what_is_learnt_is_in_the_file();
+    void a_learnt_control_is_written_to_the_file();
     void the_status_is_stored_before_the_number_data();
     void the_status_is_stored_before_the_number();
 };
@@ -148,7 +148,7 @@ void tst_Learn::messages_of_the_other_side_play_while_a_side_learns()
     }
 }
 
-void tst_Learn::the_message_that_is_learnt_plays_nothing()
+void tst_Learn::a_message_being_learnt_does_not_play()
 {
     PlayerStage stage({u"First"_s, u"Second"_s}, 0,
         {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"CC_00"_s, u"176"_s}, {u"CC_01"_s, u"7"_s},
@@ -280,7 +280,7 @@ void tst_Learn::a_key_is_learnt_while_a_pad_learn_is_replaced()
     }
 }
 
-void tst_Learn::what_is_learnt_is_in_the_file()
+void tst_Learn::a_learnt_control_is_written_to_the_file()
 {
     PlayerStage stage({u"First"_s, u"Second"_s}, 1, bothOn(u"MIDI"_s));
     openDevices(stage);

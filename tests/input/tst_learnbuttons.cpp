@@ -88,9 +88,9 @@ private slots:
     void a_pad_control_counts_as_learnt_once_it_is_written_data();
     void a_pad_control_counts_as_learnt_once_it_is_written();
     void a_midi_control_counts_as_learnt_by_its_status_alone();
-    void a_tool_tip_tells_what_is_learnt_data();
-    void a_tool_tip_tells_what_is_learnt();
-    void a_tool_tip_follows_what_is_learnt();
+    void a_tool_tip_names_the_learnt_control_data();
+    void a_tool_tip_names_the_learnt_control();
+    void a_tool_tip_follows_a_new_binding();
     void a_learn_that_lost_its_device_stays_blue();
     void the_form_shows_no_text_of_its_own_after_the_start();
 };
@@ -264,7 +264,7 @@ void tst_LearnButtons::a_midi_control_counts_as_learnt_by_its_status_alone()
     QCOMPARE(stage.players[1].learnStart->styleSheet(), mauve);
 }
 
-void tst_LearnButtons::a_tool_tip_tells_what_is_learnt_data()
+void tst_LearnButtons::a_tool_tip_names_the_learnt_control_data()
 {
     QTest::addColumn<QString>("mode");
     QTest::addColumn<QStringList>("tips"); // of the visible buttons, start first
@@ -277,7 +277,7 @@ void tst_LearnButtons::a_tool_tip_tells_what_is_learnt_data()
                               << QStringList({u"key D"_s, u"key W"_s, u"key Down"_s});
 }
 
-void tst_LearnButtons::a_tool_tip_tells_what_is_learnt()
+void tst_LearnButtons::a_tool_tip_names_the_learnt_control()
 {
     QFETCH(QString, mode);
     QFETCH(QStringList, tips);
@@ -320,7 +320,7 @@ void tst_LearnButtons::a_tool_tip_tells_what_is_learnt()
     }
 }
 
-void tst_LearnButtons::a_tool_tip_follows_what_is_learnt()
+void tst_LearnButtons::a_tool_tip_follows_a_new_binding()
 {
     PlayerStage stage({u"First"_s}, 0, {{u"ControlModeLeft"_s, u"MIDI"_s}});
     stage.open();

@@ -63,7 +63,7 @@ private slots:
     void polls_run_on_the_worker_and_their_signals_arrive_in_the_gui_thread();
     void nothing_polls_before_it_is_started();
     void a_started_poller_polls_every_10_ms();
-    void a_stopped_poller_polls_no_more();
+    void a_stopped_poller_does_not_poll();
     void at_most_one_poll_waits_behind_a_stalled_one();
     void deleting_a_poller_waits_for_the_poll_under_way();
     void a_poller_deleted_before_its_thread_started_ends_at_once();
@@ -141,7 +141,7 @@ void tst_Polling::a_started_poller_polls_every_10_ms()
     }
 }
 
-void tst_Polling::a_stopped_poller_polls_no_more()
+void tst_Polling::a_stopped_poller_does_not_poll()
 {
     FakePads system(2);
     CXBOXController controller(1);

@@ -115,7 +115,7 @@ private slots:
     void a_list_too_long_for_the_rate_flickers();
     void light_fades_as_fast_as_persistence_says_data();
     void light_fades_as_fast_as_persistence_says();
-    void faded_light_is_black_and_asks_for_no_more_pictures();
+    void faded_light_is_black_and_needs_no_more_pictures();
     void light_that_fades_for_long_stays_exact();
     void a_corrupt_frame_is_drawn_in_part();
     void tones_rise_with_light();
@@ -332,7 +332,7 @@ void tst_Light::light_fades_as_fast_as_persistence_says()
     QVERIFY2(std::abs(left - std::exp(-1)) < 0.01, qPrintable(QString::number(left)));
 }
 
-void tst_Light::faded_light_is_black_and_asks_for_no_more_pictures()
+void tst_Light::faded_light_is_black_and_needs_no_more_pictures()
 {
     Watched watched;
     watched.look(strokeOf(left, right, 50));

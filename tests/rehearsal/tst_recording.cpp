@@ -79,25 +79,25 @@ class tst_Recording : public QObject
     Q_OBJECT
 
 private slots:
-    void what_was_recorded_is_read_to_the_bit();
+    void a_recording_is_lossless();
     void times_are_kept_in_microseconds();
     void any_frame_can_be_read_in_any_order();
-    void a_picture_that_stays_costs_a_few_bytes();
+    void an_unchanged_picture_takes_a_few_bytes();
     void a_recording_can_be_read_while_it_grows();
-    void what_is_no_recording_is_told_at_its_first_wrong_byte_data();
-    void what_is_no_recording_is_told_at_its_first_wrong_byte();
+    void a_file_that_is_not_a_recording_is_reported_with_its_first_wrong_byte_data();
+    void a_file_that_is_not_a_recording_is_reported_with_its_first_wrong_byte();
     void a_changed_byte_is_named_by_its_record();
     void a_cut_recording_keeps_what_comes_before();
     void bytes_after_the_end_are_named();
     void content_out_of_range_is_named_data();
     void content_out_of_range_is_named();
-    void a_missing_file_is_told();
+    void a_missing_file_is_reported();
     void a_recording_that_cannot_be_written_says_so();
-    void a_full_disk_is_told_at_the_end();
-    void a_dump_tells_every_point();
+    void a_full_disk_is_reported_at_the_end();
+    void a_dump_contains_every_point();
 };
 
-void tst_Recording::what_was_recorded_is_read_to_the_bit()
+void tst_Recording::a_recording_is_lossless()
 {
     for (quint32 seed = 1; seed <= 20; ++seed) {
         const Show show = anyShow(seed, 500);
@@ -147,7 +147,7 @@ void tst_Recording::any_frame_can_be_read_in_any_order()
     }
 }
 
-void tst_Recording::a_picture_that_stays_costs_a_few_bytes()
+void tst_Recording::an_unchanged_picture_takes_a_few_bytes()
 {
     constexpr int frames = 12'800;
     Show still;
@@ -180,7 +180,7 @@ void tst_Recording::a_recording_can_be_read_while_it_grows()
     QVERIFY(recording.isComplete());
 }
 
-void tst_Recording::what_is_no_recording_is_told_at_its_first_wrong_byte_data()
+void tst_Recording::a_file_that_is_not_a_recording_is_reported_with_its_first_wrong_byte_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<qsizetype>("byte");
@@ -191,7 +191,7 @@ void tst_Recording::what_is_no_recording_is_told_at_its_first_wrong_byte_data()
     QTest::addRow("another version") << QByteArray("RALLYREC\x02") << qsizetype(8);
 }
 
-void tst_Recording::what_is_no_recording_is_told_at_its_first_wrong_byte()
+void tst_Recording::a_file_that_is_not_a_recording_is_reported_with_its_first_wrong_byte()
 {
     QFETCH(QByteArray, bytes);
     Recording recording;
@@ -284,7 +284,7 @@ void tst_Recording::content_out_of_range_is_named()
     QCOMPARE(recording.size(), 0);
 }
 
-void tst_Recording::a_missing_file_is_told()
+void tst_Recording::a_missing_file_is_reported()
 {
     Recording recording;
     QVERIFY(!recording.open(u"/no/such/file"_s));
@@ -300,7 +300,7 @@ void tst_Recording::a_recording_that_cannot_be_written_says_so()
     QVERIFY(!recorder.isOpen());
 }
 
-void tst_Recording::a_full_disk_is_told_at_the_end()
+void tst_Recording::a_full_disk_is_reported_at_the_end()
 {
     if (!QFile::exists(u"/dev/full"_s))
         QSKIP("This system has no disk that is always full.");
@@ -310,7 +310,7 @@ void tst_Recording::a_full_disk_is_told_at_the_end()
     QVERIFY(!recorder.finish());
 }
 
-void tst_Recording::a_dump_tells_every_point()
+void tst_Recording::a_dump_contains_every_point()
 {
     Show show = {eventAt(0, Event::HostStarted), eventAt(1, Event::SessionOpened, 42),
         eventAt(2, Event::OutputEnabled),

@@ -52,17 +52,17 @@ private slots:
     void a_zone_repeats_a_lit_frame_for_ever();
     void a_point_is_lit_when_the_beam_is_on_data();
     void a_point_is_lit_when_the_beam_is_on();
-    void what_happens_is_listed_with_its_time();
+    void events_are_listed_with_their_times();
     void a_dark_frame_after_lit_ones_is_an_ending();
     void disabled_output_makes_every_zone_dark_at_once();
-    void an_ending_tells_for_how_long_a_zone_had_been_dark();
-    void an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark_data();
-    void an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark();
-    void a_zone_left_lit_is_told();
+    void an_ending_states_how_long_a_zone_had_been_dark();
+    void an_ending_that_leaves_a_zone_lit_states_when_it_went_dark_data();
+    void an_ending_that_leaves_a_zone_lit_states_when_it_went_dark();
+    void a_zone_left_lit_is_reported();
     void frames_that_stop_with_a_lit_one_are_an_ending();
     void a_pause_of_a_second_is_no_ending();
-    void zones_end_apart();
-    void zones_without_frames_are_left_out();
+    void zones_end_independently();
+    void zones_without_frames_are_omitted();
     void each_zone_has_its_figures();
     void a_flickering_game_does_not_fill_the_memory();
 };
@@ -115,7 +115,7 @@ void tst_ShowLog::a_point_is_lit_when_the_beam_is_on()
     QTEST(isLit(LdbPoint{x, 0, 0, color, 0, 0, std::uint8_t(flags), 0}), "lit");
 }
 
-void tst_ShowLog::what_happens_is_listed_with_its_time()
+void tst_ShowLog::events_are_listed_with_their_times()
 {
     Show show;
     show.happens(Event::SessionOpened, 10.5);
@@ -169,7 +169,7 @@ void tst_ShowLog::disabled_output_makes_every_zone_dark_at_once()
             u"9.000  output disabled: zone 8 dark 0.000 ms after"_s}));
 }
 
-void tst_ShowLog::an_ending_tells_for_how_long_a_zone_had_been_dark()
+void tst_ShowLog::an_ending_states_how_long_a_zone_had_been_dark()
 {
     Show show;
     show.happens(Event::OutputEnabled, 1);
@@ -180,7 +180,7 @@ void tst_ShowLog::an_ending_tells_for_how_long_a_zone_had_been_dark()
         u"105.250  session closed: zone 1 dark 100.250 ms before"_s);
 }
 
-void tst_ShowLog::an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark_data()
+void tst_ShowLog::an_ending_that_leaves_a_zone_lit_states_when_it_went_dark_data()
 {
     QTest::addColumn<int>("ending");
     QTest::addColumn<QString>("name");
@@ -188,7 +188,7 @@ void tst_ShowLog::an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark_data(
     QTest::addRow("game gone") << int(Event::GameGone) << u"game gone"_s;
 }
 
-void tst_ShowLog::an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark()
+void tst_ShowLog::an_ending_that_leaves_a_zone_lit_states_when_it_went_dark()
 {
     QFETCH(int, ending);
     QFETCH(QString, name);
@@ -204,7 +204,7 @@ void tst_ShowLog::an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark()
     QCOMPARE(show.verdict(), u"Every ending left every zone dark."_s);
 }
 
-void tst_ShowLog::a_zone_left_lit_is_told()
+void tst_ShowLog::a_zone_left_lit_is_reported()
 {
     Show show;
     show.happens(Event::OutputEnabled, 1);
@@ -244,7 +244,7 @@ void tst_ShowLog::a_pause_of_a_second_is_no_ending()
     QCOMPARE(show.part(u"Endings"_s).size(), 1);
 }
 
-void tst_ShowLog::zones_end_apart()
+void tst_ShowLog::zones_end_independently()
 {
     Show show;
     show.happens(Event::OutputEnabled, 1);
@@ -257,7 +257,7 @@ void tst_ShowLog::zones_end_apart()
         QStringList(u"2.000  zone 4, last lit frame: dark 3.000 ms after"_s));
 }
 
-void tst_ShowLog::zones_without_frames_are_left_out()
+void tst_ShowLog::zones_without_frames_are_omitted()
 {
     Show show;
     show.happens(Event::OutputEnabled, 1);

@@ -70,8 +70,8 @@ private slots:
     void cleanup();
 
     void a_published_update_is_found_downloaded_and_started_and_the_program_ends();
-    void a_program_that_is_up_to_date_goes_on();
-    void a_program_whose_update_was_declined_goes_on();
+    void a_program_that_is_up_to_date_keeps_running();
+    void a_program_whose_update_was_declined_keeps_running();
     void closing_the_window_during_a_download_ends_the_program_data();
     void closing_the_window_during_a_download_ends_the_program();
     void quitting_during_a_download_ends_the_program();
@@ -154,7 +154,7 @@ void tst_PublishedUpdate::a_published_update_is_found_downloaded_and_started_and
     QTRY_COMPARE(contents(u"installed"_s), "0 arguments\n" + path.toUtf8() + "\n");
 }
 
-void tst_PublishedUpdate::a_program_that_is_up_to_date_goes_on()
+void tst_PublishedUpdate::a_program_that_is_up_to_date_keeps_running()
 {
     const QByteArray separator(43, '=');
     server->answers[versionPath] = {
@@ -165,7 +165,7 @@ void tst_PublishedUpdate::a_program_that_is_up_to_date_goes_on()
     QCOMPARE(server->asked, QStringList{versionPath});
 }
 
-void tst_PublishedUpdate::a_program_whose_update_was_declined_goes_on()
+void tst_PublishedUpdate::a_program_whose_update_was_declined_keeps_running()
 {
     const MessageBoxes boxes({QMessageBox::No});
     QCOMPARE(run(u"Update declined"_s), 0);

@@ -60,12 +60,12 @@ private slots:
     void a_server_that_falls_silent_counts_as_no_website();
     void a_name_that_does_not_resolve_counts_as_no_website();
     void a_certificate_that_does_not_verify_counts_as_no_website();
-    void the_reserved_domain_is_not_asked_data();
-    void the_reserved_domain_is_not_asked();
+    void the_reserved_domain_is_not_contacted_data();
+    void the_reserved_domain_is_not_contacted();
     void the_limits_are_5_seconds_for_the_version_file_and_30_for_the_installer();
     void a_newer_version_is_offered_with_its_notes_data();
     void a_newer_version_is_offered_with_its_notes();
-    void later_notes_are_shown_behind_earlier_ones();
+    void later_notes_are_shown_after_earlier_ones();
     void every_text_is_translated_as_the_main_windows();
     void a_version_file_of_any_size_is_read_and_shown_within_a_second_data();
     void a_version_file_of_any_size_is_read_and_shown_within_a_second();
@@ -177,7 +177,7 @@ void tst_Update::a_certificate_that_does_not_verify_counts_as_no_website()
     QCOMPARE(impostor.asked, QStringList());
 }
 
-void tst_Update::the_reserved_domain_is_not_asked_data()
+void tst_Update::the_reserved_domain_is_not_contacted_data()
 {
     QTest::addColumn<QString>("host");
     QTest::newRow("in lower case") << u"updates.rallyvane.example"_s;
@@ -185,7 +185,7 @@ void tst_Update::the_reserved_domain_is_not_asked_data()
     QTest::newRow("with a port") << u"updates.rallyvane.example:8443"_s;
 }
 
-void tst_Update::the_reserved_domain_is_not_asked()
+void tst_Update::the_reserved_domain_is_not_contacted()
 {
     QFETCH(QString, host);
     const MessageBoxes boxes;
@@ -244,7 +244,7 @@ void tst_Update::a_newer_version_is_offered_with_its_notes()
     QCOMPARE(log->takeAll().first(), u"Update Requested - Actual Version = 101"_s);
 }
 
-void tst_Update::later_notes_are_shown_behind_earlier_ones()
+void tst_Update::later_notes_are_shown_after_earlier_ones()
 {
     const MessageBoxes boxes({QMessageBox::No, QMessageBox::No});
     for (const char *const news : {"- new\n", "- newer\n"}) {

@@ -31,8 +31,8 @@ private slots:
     void version_and_notes_are_read_from_between_the_separators();
     void a_file_without_a_separator_is_no_version_file_data();
     void a_file_without_a_separator_is_no_version_file();
-    void a_file_that_is_not_whole_is_unreadable_data();
-    void a_file_that_is_not_whole_is_unreadable();
+    void an_incomplete_file_is_unreadable_data();
+    void an_incomplete_file_is_unreadable();
     void the_version_is_rounded_to_hundredths_in_single_precision_data();
     void the_version_is_rounded_to_hundredths_in_single_precision();
     void a_version_that_is_not_a_finite_number_is_version_0_data();
@@ -105,7 +105,7 @@ void tst_VersionFile::a_file_without_a_separator_is_no_version_file()
     QCOMPARE(readVersionFile(bytes).state, VersionFile::NoVersionFile);
 }
 
-void tst_VersionFile::a_file_that_is_not_whole_is_unreadable_data()
+void tst_VersionFile::an_incomplete_file_is_unreadable_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("one separator") << separator() + "\nV1.02 \nnew\n";
@@ -116,7 +116,7 @@ void tst_VersionFile::a_file_that_is_not_whole_is_unreadable_data()
     QTest::newRow("no space up to the end") << separator() + "\nV1.02\nnew\n" + separator() + "\n";
 }
 
-void tst_VersionFile::a_file_that_is_not_whole_is_unreadable()
+void tst_VersionFile::an_incomplete_file_is_unreadable()
 {
     QFETCH(QByteArray, bytes);
     const VersionFile file = readVersionFile(bytes);
