@@ -13,7 +13,7 @@ namespace {
 
 constexpr int notASide = 2;
 
-/// Both players on MIDI, each with a fader and a pad of its own.
+/// Both players on MIDI, each with its own fader and pad.
 PlayerStage::Settings learntMidi()
 {
     return {
@@ -30,7 +30,7 @@ PlayerStage::Settings learntMidi()
     };
 }
 
-/// What a side has learnt there.
+/// The bindings of a side in those settings.
 constexpr int moveStatus(int side)
 {
     return 176 + side;
@@ -51,7 +51,7 @@ constexpr int startNumber(int side)
     return 60 + side;
 }
 
-/// Opens the window with a device for each player chosen.
+/// Opens the window and selects a device for each player.
 void openDevices(PlayerStage &stage)
 {
     stage.open();
@@ -191,7 +191,7 @@ void tst_ControlMapping::with_14_bits_the_first_data_byte_of_the_status_steps()
     }
     stage.sendMidi(side, moveStatus(1 - side), 64, 64);
     QCOMPARE(stage.step(side), 63);
-    // The other side's box is its own.
+    // The other side has its own check box.
     stage.sendMidi(1 - side, moveStatus(1 - side), 100, 99);
     QCOMPARE(stage.step(1 - side), 0);
 
@@ -230,7 +230,7 @@ void tst_ControlMapping::a_message_of_both_bindings_moves_and_starts()
 
 void tst_ControlMapping::an_unlearnt_message_does_nothing()
 {
-    // A number without a status is what a damaged file may hold.
+    // A damaged file may hold a number without a status.
     PlayerStage stage({u"First"_s, u"Second"_s}, 0,
         {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"ControlModeRight"_s, u"MIDI"_s},
             {u"CC_11"_s, u"7"_s}, {u"Start_11"_s, u"7"_s}});
@@ -285,7 +285,7 @@ void tst_ControlMapping::a_message_of_an_invalid_side_is_ignored()
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     for (const int play : {-1, 2, 3, std::numeric_limits<int>::max()}) {
-        // Nor does it end a learn: 2 is also the mark for "no side".
+        // Nor does it complete a learn, although 2 also means "no side".
         stage.receive(play, 0xB0, 7, 100);
         stage.receive(play, 0xB1, 8, 100);
         stage.receive(play, 0x90, 60, 100);
@@ -313,7 +313,7 @@ void tst_ControlMapping::a_message_is_handled_on_the_thread_of_the_window()
         Qt::DirectConnection);
     connect(&midiInLeft, &MidiDevIn::midiReceived, &onThisThread, note(handledOn));
     QCOMPARE(stage.midi.send(0, 0x6407B0), 1);
-    // The message is out and its thread has ended; the window has not worked since.
+    // The message has been emitted and its thread has ended, but no event has been processed since.
     QVERIFY(emittedOn && emittedOn != QThread::currentThread());
     QCOMPARE(stage.step(0), 0);
     QCoreApplication::processEvents();
@@ -344,7 +344,7 @@ void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left
     };
     leaveWithAMessageQueued([&] { player.midiList->setCurrentIndex(3); });
     player.midiList->setCurrentIndex(0);
-    stage.midi.openInputs.removeIf( // the one that was left open, to be opened again
+    stage.midi.openInputs.removeIf( // left open; removed so that it can be opened again
         [&](const FakeMidi::Input &input) { return input.device == side; });
     leaveWithAMessageQueued([&] { player.midiList->setCurrentIndex(0); });
     leaveWithAMessageQueued([&] { PlayerStage::click(player.xbox); });

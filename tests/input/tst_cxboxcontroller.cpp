@@ -11,7 +11,7 @@ namespace {
 
 using Pad = FakePads::Pad;
 
-/// A poller on its worker thread, and what it reports, in order: "ButtonA 1", "ThumbLX 3000".
+/// A poller on its worker thread, with its reports in order: "ButtonA 1", "ThumbLX 3000".
 class Polled
 {
 public:
@@ -36,7 +36,7 @@ public:
 
     bool hasWorker() const { return controller.QObject::thread() != QThread::currentThread(); }
 
-    /// Makes one poll on the worker and returns what it reports.
+    /// Polls once on the worker and returns the reports.
     QStringList poll()
     {
         m_reports.clear();
@@ -53,7 +53,7 @@ private:
         return QString::fromLatin1(QMetaEnum::fromType<Enum>().valueToKey(value));
     }
 
-    QStringList m_reports; ///< written by the worker, read while it waits
+    QStringList m_reports; ///< written by the worker, read while it is idle
 };
 
 } // namespace

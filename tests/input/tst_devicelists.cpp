@@ -116,7 +116,7 @@ void tst_DeviceLists::the_pad_lists_hold_the_unbroken_run_of_pads_data()
 {
     QTest::addColumn<QList<int>>("connected");
     QTest::addColumn<int>("listed");
-    QTest::addColumn<QList<int>>("probes"); // by user index, the fifth for all beyond
+    QTest::addColumn<QList<int>>("probes"); // by user index; the fifth for all higher ones
     QTest::addRow("none") << QList<int>() << 0 << QList<int>{1, 0, 0, 0, 0};
     QTest::addRow("the first") << QList<int>{0} << 1 << QList<int>{1, 1, 0, 0, 0};
     QTest::addRow("not the first") << QList<int>{1, 2, 3} << 0 << QList<int>{1, 0, 0, 0, 0};
@@ -339,7 +339,7 @@ void tst_DeviceLists::the_placeholder_without_a_device_is_harmless()
     stage.open();
     stage.players[size_t(1 - side)].midiList->setCurrentIndex(1);
     stage.midi.takeCalls();
-    // The list is there already, and would not say so again.
+    // The list is complete, so it would not signal again.
     if (side == 0)
         stage.window->midiLComboChanged(0);
     else
@@ -401,7 +401,7 @@ void tst_DeviceLists::a_device_that_vanishes_can_be_deselected()
     QCOMPARE(stage.midi.takeDeviceCalls(), QStringList({u"midiInStop 0"_s, u"midiInClose 0"_s}));
     QCOMPARE(midiIn(side).getDeviceIndex(), -1);
     QCOMPARE(stage.step(side), 0);
-    // The other device has the number of the one that is gone.
+    // The other device now has the number of the one that was removed.
     player.midiList->setCurrentIndex(1);
     QCOMPARE(midiIn(side).getDeviceName(), u"Second"_s);
     stage.sendMidi(0, 0xB0, 7, 0);
@@ -432,7 +432,7 @@ void tst_DeviceLists::the_pads_are_released_from_the_last_to_the_first()
             workers[pad] = QThread::currentThread();
     };
     stage.open();
-    QList<int> released; // each is waited for before the next
+    QList<int> released; // each is released before the next
     for (const int pad : {0, 1, 2}) {
         stage.players[0].xboxList->setCurrentIndex(pad + 1);
         stage.poll(size_t(pad));

@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Lets an object handle the calls that are queued for it, and nothing else. Returns how often
-/// memory was taken for that.
+/// Lets an object handle the calls queued for it, and nothing else. Returns the number of
+/// allocations that this took.
 long takenByQueuedCalls(QObject *object)
 {
     const long before = allocations();

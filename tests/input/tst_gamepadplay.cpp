@@ -242,7 +242,7 @@ void tst_GamepadPlay::both_pads_unplugged_in_a_rally_stop_and_come_back()
     openPads(stage, {1, 2});
     const Pong &game = stage.game();
     auto *show = stage.widget()->findChild<QPushButton *>(u"showButton"_s);
-    // The host's readiness selects its first zone.
+    // When the host is ready, its first zone is selected.
     QTRY_COMPARE(stage.widget()->findChild<QComboBox *>(u"zoneComboBox"_s)->currentIndex(), 1);
     PlayerStage::click(show);
     auto &pads = stage.pads.pads;
@@ -286,7 +286,7 @@ void tst_GamepadPlay::a_pad_is_handled_on_the_thread_of_the_window()
     openPads(stage, {1, 0});
     poll.pushAndPress();
     QVERIFY(poll.polledOn() && poll.polledOn() != QThread::currentThread());
-    // The poller has told it; the window has not worked since.
+    // The poller has emitted its signals, but no event has been processed since.
     QCOMPARE(stage.step(0), 0);
     QVERIFY(!stage.takeStart());
     QCoreApplication::processEvents();

@@ -37,8 +37,8 @@ private:
     {
         m_stage = std::make_unique<KeyboardStage>(others);
     }
-    /// Presses the start key of a side and leaves it alone until its pause is over. Returns the
-    /// timer of the pause.
+    /// Presses the start key of a side and waits until its pause is over. Returns the timer of the
+    /// pause.
     QTimer *pressAndLeaveAlone(int side) const;
 
     std::unique_ptr<KeyboardStage> m_stage;
@@ -54,7 +54,7 @@ QTimer *tst_Keyboard::pressAndLeaveAlone(int side) const
     const ExpiredTimers expired;
     m_stage->send(QEvent::KeyPress, keysOf[std::size_t(side)].start);
     m_stage->takeStart();
-    // The game's timers go on and on.
+    // The game's own timers never stop.
     const auto pause = [&] {
         return std::find_if(expired.timers.begin(), expired.timers.end(),
             [](const QTimer *timer) { return timer->isSingleShot(); });
@@ -196,7 +196,7 @@ void tst_Keyboard::every_press_of_start_restarts_its_pause()
     m_stage->send(QEvent::KeyPress, key);
     QCOMPARE(m_stage->takeStart(), side);
     for (const bool autoRepeat : {true, false, true}) {
-        pause->setInterval(1h); // which a pause that only goes on keeps
+        pause->setInterval(1h); // kept unless the pause is restarted
         m_stage->send(QEvent::KeyPress, key, autoRepeat);
         QVERIFY(pause->isActive());
         QCOMPARE(pause->interval(), 100);

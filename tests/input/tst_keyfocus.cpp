@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Writes down the keys that came through to the window, because nobody on their way used them.
+/// Records the keys that reach the window because no other object used them.
 class UnusedKeys : public QObject
 {
 public:
@@ -24,7 +24,7 @@ public:
 
 } // namespace
 
-/// Where keys go, and what becomes of those that are held when the window no longer gets them.
+/// Which widget receives a key, and what happens to held keys when the window loses the focus.
 class tst_KeyFocus : public QObject
 {
     Q_OBJECT
@@ -93,7 +93,7 @@ void tst_KeyFocus::a_used_key_is_not_passed_on()
     QFETCH(bool, autoRepeat);
     QFETCH(bool, used);
     start();
-    m_stage->players[0].learnUp->setFocus(); // a button, which has no use for letters
+    m_stage->players[0].learnUp->setFocus(); // a button, which ignores letters
     const UnusedKeys unused(m_stage->widget());
     m_stage->send(type, key, autoRepeat);
     QCOMPARE(unused.types, used ? QList<QEvent::Type>() : QList<QEvent::Type>{type});
@@ -162,7 +162,7 @@ void tst_KeyFocus::the_paddle_stops_when_a_list_pops_up()
     QVERIFY(QApplication::activePopupWidget());
     QCOMPARE(m_stage->step(0), 0);
     zones->hidePopup();
-    // The popup took the focus of the window system too, and gives it back in its own time.
+    // The popup also took the window system's focus, which returns asynchronously.
     QTRY_VERIFY(!QGuiApplication::focusWindow()
         || QGuiApplication::focusWindow() == m_stage->widget()->windowHandle());
     m_stage->widget()->activateWindow();

@@ -35,7 +35,7 @@ QPushButton *buttonOf(const PlayerStage &stage, const QString &control, int side
                                : player.learnStart;
 }
 
-/// The buttons that say that they are learning.
+/// The buttons that show that they are learning.
 QList<QPushButton *> learningButtons(const PlayerStage &stage)
 {
     QList<QPushButton *> learning;

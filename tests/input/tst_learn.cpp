@@ -6,14 +6,14 @@
 
 using namespace Qt::StringLiterals;
 
-/// A value in the store that tells when it is compared with one that is to replace it.
+/// A value in the store that records when it is compared with its replacement.
 struct OldValue
 {
     QString key;
     static inline QStringList replaced;
 };
 
-// The store writes whatever it holds.
+// Required because the store writes every value.
 QDataStream &operator<<(QDataStream &stream, const OldValue &value)
 {
     return stream << value.key;
@@ -26,7 +26,7 @@ QDataStream &operator>>(QDataStream &stream, OldValue &value)
 
 namespace {
 
-/// Opens the window with a MIDI device of their own for both players.
+/// Opens the window and gives each player their own MIDI device.
 void openDevices(PlayerStage &stage)
 {
     stage.open();
@@ -160,7 +160,7 @@ void tst_Learn::a_message_being_learnt_does_not_play()
     for (QPushButton *button : {player.learnMove, player.learnStart}) {
         PlayerStage::click(button);
         stage.sendMidi(0, 176, 7, 127);
-        // The learnt message is over; what held the paddle before it still does.
+        // The learnt message did not play; the paddle keeps its previous step.
         QCOMPARE(stage.step(0), 16);
         QVERIFY(!stage.takeStart());
     }
@@ -217,7 +217,8 @@ void tst_Learn::a_second_click_cancels()
 
 void tst_Learn::a_learn_cancels_every_other()
 {
-    // The left player on a pad, the right one on the keyboard: every kind of learn button.
+    // With the left player on a pad and the right one on the keyboard there is every kind of learn
+    // button.
     PlayerStage stage({u"First"_s}, 1,
         {{u"ControlModeLeft"_s, u"XBOX"_s}, {u"ControlModeRight"_s, u"KEYBOARD"_s}});
     stage.open();

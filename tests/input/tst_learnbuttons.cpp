@@ -18,7 +18,7 @@ const QString blue = u"QPushButton {background-color:#08F;} "
                      "QPushButton:hover {background-color:#0AF;} "
                      "QPushButton:pressed {background-color:#08D;}"_s;
 
-/// How a learn button looks; a hidden one looks of nothing.
+/// The look of a learn button; default-constructed for a hidden one.
 struct Look
 {
     QString text;
@@ -28,7 +28,7 @@ struct Look
     bool operator==(const Look &) const = default;
 };
 
-/// What QCOMPARE shows of a look.
+/// For messages of QCOMPARE.
 char *toString(const Look &look)
 {
     return QTest::toString(
@@ -42,7 +42,7 @@ Look lookOf(const QPushButton *button)
     return {button->text(), button->isEnabled(), button->styleSheet()};
 }
 
-/// Both players learnt everything, on every kind of device.
+/// Both players have learnt everything, on every kind of device.
 PlayerStage::Settings everything()
 {
     return {
@@ -187,7 +187,7 @@ void tst_LearnButtons::a_button_says_what_a_click_does()
         if (learning >= 0)
             PlayerStage::click(buttonsOf(player).at(learning));
         compare(player);
-        // What one player learns does not show on the other.
+        // A learn of one player does not show on the other's buttons.
         const PlayerStage::Player &other = stage.players[size_t(1 - player.side)];
         for (int i = 0; learning >= 0 && i < buttonsOf(other).size(); ++i)
             QCOMPARE(lookOf(buttonsOf(other).at(i)), idle[other.side][i]);
@@ -347,7 +347,7 @@ void tst_LearnButtons::a_learn_that_lost_its_device_stays_blue()
     player.midiList->setCurrentIndex(0);
     QCOMPARE(lookOf(player.learnMove), (Look{u"Learning Move..."_s, false, blue}));
     QCOMPARE(lookOf(player.learnStart), (Look{u"Click to learn Start"_s, false, grey}));
-    // With the device back it learns, as it says.
+    // Once the device is back, it learns as the button says.
     player.midiList->setCurrentIndex(1);
     QCOMPARE(lookOf(player.learnMove), (Look{u"Learning Move..."_s, true, blue}));
     stage.sendMidi(0, 0xB0, 7, 100);

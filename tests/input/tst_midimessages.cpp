@@ -19,7 +19,8 @@ struct Message
     bool operator==(const Message &) const = default;
 };
 
-/// What arrives in the GUI thread from both players' devices, and on what thread it left.
+/// Collects the messages of both players' devices in the GUI thread, with the thread that emitted
+/// them.
 class Receiver : public QObject
 {
 public:
@@ -37,7 +38,7 @@ public:
         }
     }
 
-    /// Delivers what is queued and returns all that has come since the last take.
+    /// Delivers queued messages and returns all those received since the last take.
     QList<Message> take()
     {
         QCoreApplication::sendPostedEvents(this);

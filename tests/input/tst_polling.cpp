@@ -24,13 +24,13 @@ void settle(const CXBOXController &controller)
     QTRY_VERIFY(threadOf(controller) != QThread::currentThread());
 }
 
-/// One more poll, after those that wait.
+/// Runs one more poll, after those already queued.
 void pollOnce(CXBOXController &controller)
 {
     QMetaObject::invokeMethod(&controller, "CheckStates", Qt::BlockingQueuedConnection);
 }
 
-/// Stalls the first read of the first pad until it is ended.
+/// Stalls the first read of the first pad until released.
 class Stall
 {
 public:
@@ -134,7 +134,7 @@ void tst_Polling::a_started_poller_polls_every_10_ms()
     for (int times = 1; times <= 3; ++times) {
         while (expired.timers.size() < times)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        pollOnce(controller); // after the one that the timer asked for
+        pollOnce(controller); // after the one that the timer queued
         QCOMPARE(int(system.pads[0].reads), 2 * times * readsPerPoll);
         QCOMPARE(expired.timers.last()->interval(), 10);
         QCOMPARE(expired.timers.last()->timerType(), Qt::PreciseTimer);

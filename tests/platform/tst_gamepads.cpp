@@ -146,7 +146,7 @@ void tst_Gamepads::triggers_reach_255_data()
 {
     QTest::addColumn<int>("pulled");
     QTest::addColumn<int>("trigger");
-    // A trigger's axis rests at one end.
+    // A trigger's axis is at its minimum when released.
     QTest::addRow("at rest") << -32768 << 0;
     QTest::addRow("slightest pull of 255 steps") << -32768 + 257 << 1;
     QTest::addRow("half") << 0 << 127;
@@ -159,7 +159,7 @@ void tst_Gamepads::triggers_reach_255()
     QFETCH(int, trigger);
     VirtualPad pad;
     QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
-    // SDL takes the first small movement of an axis for its rest.
+    // SDL treats the first small movement of an axis as its rest position.
     for (const auto axis : {SDL_CONTROLLER_AXIS_TRIGGERLEFT, SDL_CONTROLLER_AXIS_TRIGGERRIGHT})
         pad.move(axis, 16000);
     QTRY_VERIFY(padOf(0).bLeftTrigger > 0 && padOf(0).bRightTrigger > 0);
@@ -242,7 +242,7 @@ void tst_Gamepads::a_poller_reports_what_is_played_on_the_pad()
     CXBOXController other(2);
     QTRY_VERIFY(controller.isConnected());
     QVERIFY(!other.isConnected());
-    // Queued: they come from the threads of the pollers.
+    // Queued, because the signals come from the pollers' threads.
     QList<std::pair<CXBOXController::buttonList, bool>> buttons;
     connect(&controller, &CXBOXController::buttonXbox, this,
         [&](CXBOXController::buttonList button, bool pressed) {

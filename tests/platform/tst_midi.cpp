@@ -14,7 +14,7 @@ namespace {
 
 const QString faderName = u"Test fader"_s;
 
-/// Opens a player's device by its name and starts it; true when it receives what `sender` sends.
+/// Opens a player's device by name and starts it; true once it receives messages from `sender`.
 bool receives(MidiDevIn &device, MidiSender &sender, const QString &name)
 {
     return device.open(unsigned(inputNamed(name)), nullptr) == 0 && device.start() == 0
@@ -23,7 +23,7 @@ bool receives(MidiDevIn &device, MidiSender &sender, const QString &name)
 
 using Message = std::array<int, 4>;
 
-/// A second listener beside the program, or the only one that hears what the program sends.
+/// A MIDI listener independent of the program.
 class Listener
 {
 public:
@@ -217,7 +217,7 @@ void tst_Midi::a_device_that_vanishes_is_gone_from_the_list_and_can_be_closed()
 
 void tst_Midi::a_name_is_cut_between_its_characters()
 {
-    // 31 bytes are room for 15 of these and a half.
+    // 31 bytes hold 15 and a half of these characters.
     const QString name = u"é"_s.repeated(20);
     const MidiSender sender(*m_server, name);
     QVERIFY(sender.isReady());

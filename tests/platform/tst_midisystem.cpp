@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Whether a process runs that was started with this word.
+/// Whether a process with this word in its command line is running.
 bool runs(const QByteArray &word)
 {
     const QDir processes(u"/proc"_s);

@@ -152,7 +152,7 @@ void tst_Download::a_certificate_that_does_not_verify_fails_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("expired");
     QTest::addColumn<bool>("trusted");
-    QTest::newRow("vouched for by nobody we trust") << u"IP:127.0.0.1"_s << false << false;
+    QTest::newRow("from an untrusted issuer") << u"IP:127.0.0.1"_s << false << false;
     QTest::newRow("of another host") << u"DNS:updates.rallyvane.example"_s << false << true;
     QTest::newRow("expired") << u"IP:127.0.0.1"_s << true << true;
 }

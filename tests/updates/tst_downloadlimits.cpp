@@ -122,7 +122,7 @@ void tst_DownloadLimits::a_redirect_ends_the_silence()
 
 void tst_DownloadLimits::headers_end_the_silence()
 {
-    // In three pieces: half of the head, the other half, the body.
+    // In three pieces: half of the header, the other half, the body.
     QByteArray head = "HTTP/1.1 200 OK\r\nContent-Length: 50\r\nX-Padding: \r\n\r\n";
     head.insert(head.size() - 4, QByteArray(100 - head.size(), 'x'));
     HttpsServer server(loopback());
@@ -207,7 +207,7 @@ void tst_DownloadLimits::an_answer_that_came_before_the_program_ended_is_abandon
 {
     HttpsServer server(loopback());
     server.answers[u"/file"_s] = {response("body")};
-    // Like a message box that is up when the answer comes, and whose button ends the program.
+    // Like a message box that is shown when the answer arrives and whose button ends the program.
     connect(&server, &HttpsServer::requested, qApp, [] {
         QEventLoop box;
         QTimer::singleShot(300ms, &box, &QEventLoop::quit);

@@ -111,7 +111,7 @@ void tst_Publish::the_tree_has_the_files_that_the_program_requests()
     QCOMPARE(contents(published + "VersionNotes.txt"_L1),
         "Laser Rallyvane\n" + separator
             + "\nV1.02 - 2027-03-01\n- Updates.\n  Of all kinds.\n- Caf\xE9.\n" + separator + "\n");
-    // The version file tells of the installer, so it must not be there first.
+    // The version file announces the installer, so it must not be published first.
     QVERIFY2(outcome.output.indexOf("setup.exe"_L1) < outcome.output.indexOf("VersionNotes"_L1),
         qPrintable(outcome.output));
 }
@@ -214,7 +214,7 @@ void tst_Publish::a_missing_file_is_named()
 void tst_Publish::an_installer_larger_than_the_program_downloads_is_refused()
 {
     QFile setup(u"setup.exe"_s);
-    QVERIFY(setup.resize(largestInstaller + 1)); // takes no room on the disk
+    QVERIFY(setup.resize(largestInstaller + 1)); // sparse, takes no disk space
     const Outcome outcome = publish102();
     QCOMPARE(outcome.exitCode, 1);
     QVERIFY2(outcome.errors.contains("setup.exe is larger than the program downloads"_L1),
@@ -234,7 +234,7 @@ void tst_Publish::the_version_file_is_not_written_without_its_installer()
 
 void tst_Publish::an_installer_that_does_not_read_back_is_not_published()
 {
-    // Its name leads to the version file, which is written over it.
+    // Its name links to the version file, which then overwrites it.
     QVERIFY(QDir().mkpath(published));
     QVERIFY(QFile::link(u"VersionNotes.txt"_s, published + "Rallyvane_v1.02_setup.exe"_L1));
     const Outcome outcome = publish102();

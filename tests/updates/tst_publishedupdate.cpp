@@ -1,5 +1,5 @@
-// The whole way of an update: published by the tool, found by the program's window, downloaded and
-// started; and the ways in which the window ends the check.
+// A complete update: published by the tool, found by the program's window, downloaded and started;
+// and the ways in which the window ends the check.
 
 #include "fakehost.h"
 #include "fakemidi.h"
@@ -47,7 +47,7 @@ bool publish()
         == 0;
 }
 
-/// What a server answers that offers the files below `root`.
+/// The answers of a server that offers the files below `root`.
 QHash<QString, Answer> filesBelow(const QString &root)
 {
     QHash<QString, Answer> answers;
@@ -79,8 +79,8 @@ private slots:
     void a_missing_host_library_ends_the_program_after_an_answer_without_a_question();
 
 private:
-    /// Runs the program until its window is closed; that is done for it after `lastLine` was
-    /// logged. Returns its exit code.
+    /// Runs the program and closes its window once `lastLine` has been logged. Returns the exit
+    /// code.
     int run(const QString &lastLine = {});
 
     std::optional<QTemporaryDir> folder;
@@ -219,7 +219,7 @@ void tst_PublishedUpdate::
     a_missing_host_library_ends_the_program_after_an_answer_without_a_question()
 {
     host->installed = false;
-    // The answer comes while the box about the library is up.
+    // The answer arrives while the message box about the library is shown.
     server->answers[versionPath].pieces = 2;
     server->answers[versionPath].pause = std::chrono::milliseconds(500);
     MessageBoxes boxes({QMessageBox::Ok});

@@ -103,9 +103,9 @@ void tst_UpdateInstaller::an_installer_that_cannot_be_written_is_not_started()
 {
     QFETCH(QString, obstacle);
     if (obstacle == "sw_fw/"_L1) {
-        // Not even root may write there.
+        // Not even root can write there.
         if (!QFileInfo(u"/proc"_s).isDir())
-            QSKIP("there is no folder that nobody may write");
+            QSKIP("This system has no folder that is read-only for every user");
         QVERIFY(QFile::link(u"/proc"_s, u"sw_fw"_s));
     } else {
         QVERIFY(QDir().mkpath(QFileInfo(obstacle).path()));
@@ -135,7 +135,7 @@ void tst_UpdateInstaller::an_installer_that_cannot_be_started_is_reported()
             .title = u"Setup program cannot be executed"_s,
             .text = "Setup program cannot be executed at following path: "_L1 + path,
             .buttons = QMessageBox::Ok,
-            .defaultButton = true, // being the only one
+            .defaultButton = true, // the only button
             .parent = false,
             .markup = false,
         }));

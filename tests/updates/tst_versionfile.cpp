@@ -12,7 +12,7 @@ QByteArray separator()
     return {43, '='};
 }
 
-/// A version file in the form that is published.
+/// A version file in the published format.
 QByteArray versionFile(const QByteArray &versionLine, const QByteArray &notes)
 {
     return "Laser Rallyvane\r\n" + separator() + "\r\n" + versionLine + "\r\n\r\n" + notes
@@ -77,7 +77,7 @@ void tst_VersionFile::version_and_notes_are_read_from_between_the_separators_dat
         << versionFile("V1\xE9\xC3\xA9 ", "new") << u"1\u00E9\u00C3\u00A9"_s << u"new"_s;
     QTest::newRow("a zero byte") << versionFile("V1.02 ", QByteArray("a\0b", 3)) << u"1.02"_s
                                  << QString(u"a\0b"_s);
-    // The second separator is looked for from the first one's second character on.
+    // The search for the second separator starts at the second character of the first one.
     QTest::newRow("one line of 44 equals signs, and no other")
         << separator() + "=\nV1.02 \nnew" << u"1.02"_s << u"new"_s;
 }
@@ -132,7 +132,7 @@ void tst_VersionFile::the_version_is_rounded_to_hundredths_in_single_precision_d
     QTest::newRow("1.01") << u"1.01"_s << 101;
     QTest::newRow("1.02") << u"1.02"_s << 102;
     QTest::newRow("1.004") << u"1.004"_s << 100;
-    // In double precision the product would lie below the half.
+    // In double precision the product would be below one half.
     QTest::newRow("1.005") << u"1.005"_s << 101;
     QTest::newRow("1.015") << u"1.015"_s << 102;
     QTest::newRow("1") << u"1"_s << 100;
