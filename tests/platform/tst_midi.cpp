@@ -162,7 +162,7 @@ void tst_Midi::a_device_that_is_not_started_is_silent()
     midiInLeft.stop();
     QCoreApplication::processEvents();
     const MidiInbox inbox(midiInLeft);
-    // What the witness heard first has passed the device by the time it hears the last.
+    // When the witness hears the last message, the first ones have passed the device.
     const auto before = witness.heard().size();
     for (int i = 1; i <= 5; ++i) {
         QVERIFY(m_fader->send("B0 01 02"));

@@ -11,7 +11,7 @@ namespace {
 constexpr SharedTime ms = 1'000'000;
 constexpr SharedTime start = 3'600'000 * ms;
 
-/// Frames that all ask for the same, at even intervals up to `start`, and one more if wanted.
+/// Identical frames at even intervals up to `start`, and optionally one more.
 FrameHistory evenFrames(const std::vector<LdbPoint> &points, SharedTime interval, int count = 60)
 {
     FrameHistory history;
@@ -187,7 +187,7 @@ void tst_FrameDoctor::intervals_are_those_between_lit_frames()
 {
     FrameHistory history = evenFrames(lineOf(10), 9 * ms, 30);
     for (int i = 1; i <= 30; ++i)
-        history.add(start + i * 3 * ms, {}, 0); // hidden, at every tick
+        history.add(start + i * 3 * ms, {}, 0); // hidden: an empty frame at every tick
     history.add(start + 99 * ms, factsOf(lineOf(10)), 0);
     const Intervals intervals = history.litIntervals(start + 99 * ms);
     QCOMPARE(intervals.count, 29);
@@ -217,7 +217,7 @@ void tst_FrameDoctor::a_scan_rate_at_the_limit_is_not_reported()
 
 void tst_FrameDoctor::missed_frames_count_for_the_required_scan_rate()
 {
-    // Frames every 10 ms, of which every other one is missed, and those in pairs of 1 and 19 ms.
+    // Frames every 10 ms with every other one missed, and pairs of intervals of 1 and 19 ms.
     FrameHistory history;
     SharedTime now = start;
     for (int i = 0; i < 30; ++i) {

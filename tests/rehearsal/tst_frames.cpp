@@ -19,7 +19,7 @@ std::unique_ptr<SharedMemory> memoryWithZones(int zones)
     return memory;
 }
 
-/// A frame that says in every point which one it is.
+/// A frame with its number in every point.
 std::vector<LdbPoint> frameOf(int number, std::size_t points)
 {
     std::vector<LdbPoint> frame(points);
@@ -198,7 +198,7 @@ void tst_Frames::frame_numbers_may_wrap_around()
     Frame frame;
     for (int number = 1; number <= 4; ++number) {
         writeFrame(*memory, 0, frameOf(number, 1), now);
-        // Number 0 says that a frame is being written: none has it.
+        // No frame has number 0, which marks a frame being written.
         QVERIFY(reader.take(frame));
         QCOMPARE(numberOf(frame), number);
         QCOMPARE(frame.missed, 0U);
@@ -278,7 +278,7 @@ void tst_Frames::a_torn_frame_is_never_taken()
         QCOMPARE(frame.points.size(), std::size_t(number % 50 + 1));
         for (const LdbPoint &point : frame.points) {
             if (point.color != number || point.x != float(number) || point.y != float(-number))
-                QFAIL("The points are of two frames.");
+                QFAIL("The points are from two frames.");
         }
         last = number;
     }

@@ -20,7 +20,7 @@ struct Calls
     CallReader reader{memory->calls};
 
     void note(SharedTime at) { noteCall(*memory, {GameCall::EnableOutput, at, 42}); }
-    /// The time of the next call; -1 when there is none.
+    /// The time of the next call; -1 if there is none.
     SharedTime take()
     {
         const auto call = reader.take();
@@ -127,7 +127,7 @@ void tst_GameCalls::a_corrupt_count_ends_after_one_round()
         calls.note(i);
     while (calls.take() > 0) { }
     calls.memory->calls.newest.write(newest);
-    // Each number of the round is waited for once.
+    // Each number in the ring is waited for once.
     for (quint64 i = 0; i <= rememberedCalls; ++i)
         calls.take();
     noteCall(*calls.memory, {GameCall::CloseSession, now, 42});

@@ -18,7 +18,7 @@ namespace {
 
 constexpr SharedTime second = 1'000'000'000;
 
-// The library's functions, as the game finds them.
+// The library's functions, as the game resolves them.
 namespace library {
 #define DECLARE_POINTER(name, parameters, arguments) std::int32_t(*name) parameters = nullptr;
 LDB_ENTRY_POINTS(DECLARE_POINTER)
@@ -30,7 +30,7 @@ std::int32_t send(std::int32_t zone, std::int32_t count, const LdbPoint *points)
     return ldbSendFrame(2, zone, 0, "SingleZone", count, points, nullptr, 100, -1);
 }
 
-/// A host that lives in this test: its side of the memory.
+/// A host in this test: its side of the shared memory.
 class TestHost
 {
 public:
@@ -173,7 +173,7 @@ void tst_HostLibrary::a_host_that_comes_back_in_a_new_file_is_found()
     QCOMPARE(ldbBeyondExeReady(), 1);
     closeHost(host.memory());
     if (!QFile::remove(host.path()))
-        QSKIP("This system keeps a file that is in use.");
+        QSKIP("This system cannot remove a file that is in use.");
     QCOMPARE(ldbBeyondExeReady(), 0);
     MemoryFile file;
     QVERIFY(file.create(host.path()));
@@ -250,7 +250,7 @@ void tst_HostLibrary::session_and_output_calls_are_stored_with_their_times()
     ldbEnableLaserOutput();
     ldbDisableLaserOutput();
     ldbDestroy();
-    ldbDestroy(); // of a session that is closed already
+    ldbDestroy(); // the session is already closed
     SharedTime last = before;
     for (const GameCall expected : {GameCall::OpenSession, GameCall::EnableOutput,
              GameCall::DisableOutput, GameCall::CloseSession}) {
@@ -322,7 +322,7 @@ void tst_HostLibrary::invalid_arguments_touch_no_memory_data()
     QTest::addRow("8193 points") << 0 << 8193 << true;
     QTest::addRow("the lowest count") << 0 << lowest << true;
     QTest::addRow("the highest count") << 0 << highest << true;
-    QTest::addRow("no points where one is said") << 0 << 1 << false;
+    QTest::addRow("a count of one without points") << 0 << 1 << false;
 }
 
 void tst_HostLibrary::invalid_arguments_touch_no_memory()

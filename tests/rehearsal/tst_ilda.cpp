@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A section as an independent reader takes it, byte by byte.
+/// A section, parsed byte by byte, independently of the code under test.
 struct Section
 {
     int records = 0;
@@ -34,7 +34,7 @@ int signedShortAt(const QByteArray &bytes, qsizetype at)
     return qFromBigEndian<qint16>(bytes.constData() + at);
 }
 
-/// The sections of a file; empty when it is none, or has anything after its end.
+/// The sections of a file; empty if it is not an ILDA file or has data after its end.
 std::vector<Section> sectionsOf(const QByteArray &bytes)
 {
     std::vector<Section> sections;

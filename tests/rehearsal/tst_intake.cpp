@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A host's memory and what is taken from it. No event loop runs while it waits.
+/// A host's memory and the arrivals taken from it. No event loop runs while it waits.
 struct Taken
 {
     std::unique_ptr<SharedMemory> memory = std::make_unique<SharedMemory>();
@@ -31,7 +31,7 @@ struct Taken
         intake->handOver(arrivals);
         std::ranges::move(arrivals, std::back_inserter(all));
     }
-    /// Whether so many have come within a long time.
+    /// Waits, with a generous limit, for this many arrivals; returns whether they came.
     bool waitFor(std::size_t count)
     {
         const QDeadlineTimer deadline(60s);
@@ -180,7 +180,7 @@ void tst_Intake::a_killed_game_is_gone()
     taken.note(GameCall::OpenSession, sharedNow(), process);
     QVERIFY(taken.waitFor(1));
     game.kill();
-    // Noticed before the system forgets the process: nothing has asked for how it ended yet.
+    // Noticed while the process is still a zombie: its exit code has not been read yet.
     QVERIFY(taken.waitFor(2));
     QCOMPARE(kindsOf(taken.all), (std::vector<int>{Event::SessionOpened, Event::GameGone}));
     QCOMPARE(taken.all.back().event.process, process);

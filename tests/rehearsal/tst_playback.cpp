@@ -8,8 +8,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Frames at 0, 10, 20, 30 ms with places 1 ... 4, one of another zone in between, output enabled
-/// from 5 to 25 ms.
+/// Frames at 0, 10, 20, 30 ms with positions 1 ... 4, one of another zone in between; output
+/// enabled from 5 to 25 ms.
 Show fourFrames()
 {
     return {eventAt(0, Event::HostStarted), frameAt(0, pointAt(1)),
@@ -25,7 +25,7 @@ struct ShowPlayer
             qFatal("%s", qPrintable(recording.problem()));
         playback.emplace(recording);
     }
-    /// The place of the point that a zone shows; 0 when there is none.
+    /// The position of the point that a zone shows; 0 if there is none.
     int shown(int zone = 0)
     {
         const Frame *frame = playback->frame(zone);

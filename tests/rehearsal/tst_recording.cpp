@@ -20,7 +20,7 @@ bool samePoints(const std::vector<LdbPoint> &a, const std::vector<LdbPoint> &b)
         && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(LdbPoint)) == 0);
 }
 
-/// Frames in which anything may be, each a change of the one before in its zone.
+/// Random frames, each a modification of the previous one in its zone.
 Show anyShow(quint32 seed, int frames)
 {
     QRandomGenerator random(seed);
@@ -63,7 +63,7 @@ Show smallShow()
         eventAt(40, Event::HostEnded)};
 }
 
-/// The byte that a message names; -1 when it names none.
+/// The byte that a message names; -1 if it names none.
 qsizetype byteIn(const QString &problem)
 {
     const QString number = problem.section(u"Damaged at byte "_s, 1).section(u':', 0, 0);
@@ -210,7 +210,7 @@ void tst_Recording::a_changed_byte_is_named_by_its_record()
         QVERIFY2(!recording.read(changed), qPrintable(QString::number(byte)));
         const qsizetype named = byteIn(recording.problem());
         QVERIFY2(named >= 0 && named <= byte, qPrintable(recording.problem()));
-        // What comes before the record is there, and the record is the changed one.
+        // Everything before the record is readable, and the record is the changed one.
         Recording before;
         QVERIFY(named < magicSize + 1 || before.read(whole.first(named)));
         QCOMPARE(recording.size(), before.size());
@@ -248,12 +248,12 @@ void tst_Recording::content_out_of_range_is_named_data()
 {
     QTest::addColumn<char>("type");
     QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("offset"); // of the named byte in the content
+    QTest::addColumn<int>("offset"); // of the reported byte in the content
     QTest::addRow("unknown type") << 'X' << QByteArray("\0", 1) << 0;
     QTest::addRow("no content") << 'W' << QByteArray() << 0;
     QTest::addRow("zone 8") << 'W' << QByteArray("\0\x08\0\0", 4) << 2;
     QTest::addRow("8193 points") << 'W' << QByteArray("\0\0\0\x81\x40", 5) << 3;
-    QTest::addRow("no points where one is said") << 'W' << QByteArray("\0\0\0\x01", 4) << 4;
+    QTest::addRow("a count of one without points") << 'W' << QByteArray("\0\0\0\x01", 4) << 4;
     QTest::addRow("a point of the frame before in a whole one")
         << 'W' << QByteArray("\0\0\0\x01\x01\0", 6) << 4;
     QTest::addRow("a change of nothing") << 'C' << QByteArray("\0\0\0\0", 4) << 3;
@@ -303,7 +303,7 @@ void tst_Recording::a_recording_that_cannot_be_written_says_so()
 void tst_Recording::a_full_disk_is_reported_at_the_end()
 {
     if (!QFile::exists(u"/dev/full"_s))
-        QSKIP("This system has no disk that is always full.");
+        QSKIP("This system has no /dev/full.");
     Recorder recorder;
     recorder.open(u"/dev/full"_s);
     write(recorder, smallShow());

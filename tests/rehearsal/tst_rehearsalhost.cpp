@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The host's program, as a user starts it.
+/// The host program, run as a user would.
 class HostProcess : public QProcess
 {
 public:
@@ -34,13 +34,13 @@ public:
         waitForFinished();
     }
 
-    /// Asks it to end, as the system does.
+    /// Asks it to exit, as the system does.
     int end()
     {
         terminate();
         return result();
     }
-    /// Waits for the end and returns the exit code; -1 when there is none.
+    /// Waits until it exits and returns the exit code; -1 if there is none.
     int result() { return waitForFinished() && exitStatus() == NormalExit ? exitCode() : -1; }
     QString output() { return lines(readAllStandardOutput()); }
     QString errors() { return lines(readAllStandardError()); }
@@ -146,7 +146,7 @@ void tst_RehearsalHost::it_counts_the_frames_that_it_takes()
     HostProcess host({});
     QTRY_COMPARE(m_ready(), 1);
     const auto picture = gamePicture(0);
-    for (int i = 0; i < 10; ++i) // fewer than the memory holds, so that none can be missed
+    for (int i = 0; i < 10; ++i) // fewer than the ring holds, so that none can be missed
         QCOMPARE(send(picture), 1);
     QCOMPARE(host.end(), 0);
     const QRegularExpression summary(
@@ -298,7 +298,7 @@ void tst_RehearsalHost::it_has_the_properties_given_as_options()
 void tst_RehearsalHost::a_host_started_as_not_ready_is_not_ready()
 {
     HostProcess host({u"--not-ready"_s, u"--zones"_s, u"2"_s});
-    // It is there once its zones are.
+    // It is ready once its zone count is set.
     QTRY_VERIFY((m_ready(), m_zones() == 2));
     QCOMPARE(m_ready(), 0);
 }
@@ -356,7 +356,7 @@ void tst_RehearsalHost::a_stopped_host_delays_no_frame_and_counts_as_gone()
     MemoryFile memory;
     QVERIFY(memory.attach(m_name->path()));
     QCOMPARE(QProcess::execute(kill, {u"-STOP"_s, QString::number(host.processId())}), 0);
-    beat(*memory.memory(), sharedNow()); // a second from here, however long the stop took
+    beat(*memory.memory(), sharedNow()); // expires in a second, however long the stop took
     const quint64 before = memory.memory()->zones[0].newest.read();
     quint64 sent = 0;
     while (send(gamePicture(0)) == 1) {
@@ -364,7 +364,7 @@ void tst_RehearsalHost::a_stopped_host_delays_no_frame_and_counts_as_gone()
         QThread::usleep(500);
     }
     QVERIFY(sent > framesPerZone);
-    // One that was being read when the host was stopped is passed over.
+    // A frame that was being read when the host was stopped is skipped.
     QVERIFY(memory.memory()->zones[0].newest.read() - before >= sent);
     QCOMPARE(m_ready(), 0);
     QCOMPARE(QProcess::execute(kill, {u"-CONT"_s, QString::number(host.processId())}), 0);

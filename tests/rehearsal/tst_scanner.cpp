@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Seconds, short against the mirrors' lag.
+/// In seconds; short compared with the mirrors' lag.
 constexpr double fine = 1e-6;
 
 ScannerSettings asSent(int pointRate = 30000)
@@ -43,7 +43,7 @@ double litSeconds(const std::vector<BeamPiece> &way)
         [](double sum, const BeamPiece &piece) { return sum + piece.seconds; });
 }
 
-/// How often a piece ends near a place.
+/// The number of pieces that end near a position.
 int arrivals(const std::vector<BeamPiece> &way, const QPointF &place, double radius)
 {
     return static_cast<int>(std::count_if(way.begin(), way.end(), [&](const BeamPiece &piece) {
@@ -148,7 +148,7 @@ void tst_Scanner::a_wide_step_is_limited_by_the_slew_rate()
 
 void tst_Scanner::a_line_at_constant_speed_stays_straight()
 {
-    // From a place on the same line, so that there is no jump before it.
+    // Start on the same line, so that no jump precedes it.
     const QPointF from(-20000, -10000);
     const QPointF to(20000, 10000);
     const std::vector<BeamPiece> way = wayOf(litLine(from, to, 60), {});
@@ -158,7 +158,8 @@ void tst_Scanner::a_line_at_constant_speed_stays_straight()
         QVERIFY2(std::abs(piece.to.y() - piece.to.x() / 2) < 1,
             qPrintable(QStringLiteral("%1 %2").arg(piece.to.x()).arg(piece.to.y())));
     }
-    // Once the mirrors are under way their speed is even, but for the ripple of the single points.
+    // Once the mirrors have accelerated, their speed is constant except for the ripple of the
+    // points.
     for (auto piece = way.begin() + way.size() / 2; piece != way.end(); ++piece) {
         const double step = piece->to.x() - piece->from.x();
         const double even = 40000.0 / 60 * piece->seconds * 30000;
@@ -194,7 +195,7 @@ void tst_Scanner::a_short_jump_shows_its_tail_and_a_long_one_does_not()
             if (std::abs(piece.to.x()) < 9000)
                 seconds += piece.seconds;
         }
-        // The first way, from the middle where mirrors rest, is no part of it.
+        // Skip the first move, from the centre where the mirrors rest.
         for (const BeamPiece &piece : wayOf({30, lit(-10000, 0, 0xFF)}, {})) {
             if (std::abs(piece.to.x()) < 9000)
                 seconds -= piece.seconds;
@@ -322,7 +323,7 @@ void tst_Scanner::the_next_frame_begins_when_the_last_point_is_drawn()
     projector.setSettings(asSent(10000));
     projector.setOutputOn(true);
     projector.show(strokeOf({0, 0}, {1000, 0}, 7), 1.0);
-    projector.show(strokeOf({0, 0}, {0, 1000}, 7), 1.0025); // in the midst of the third pass
+    projector.show(strokeOf({0, 0}, {0, 1000}, 7), 1.0025); // in the middle of the third pass
     std::vector<BeamPiece> way;
     projector.run(1.00595, way);
     QCOMPARE(arrivals(way, {1000, 0}, 1), 3);

@@ -46,7 +46,7 @@ private slots:
 
 void tst_SharedMemory::the_layout_is_that_of_version_3()
 {
-    // Whoever changes one of these numbers counts the version up.
+    // If one of these numbers changes, interfaceVersion must be incremented.
     QCOMPARE(interfaceVersion, 3U);
     QCOMPARE(sizeof(HostHeader), 40U);
     QCOMPARE(offsetof(HostHeader, version), 8U);
@@ -168,7 +168,7 @@ void tst_SharedMemory::the_file_is_created_once_and_found_again()
     QCOMPARE(hostBuild(*game.memory()), 1800);
     writeFrame(*game.memory(), 0, {}, now);
     QCOMPARE(host.memory()->zones[0].newest.read(), 1U);
-    // A host that comes back finds it as it was left.
+    // A restarted host finds it unchanged.
     MemoryFile again;
     QVERIFY(again.create(name.path()));
     QCOMPARE(again.memory()->zones[0].newest.read(), 1U);

@@ -35,7 +35,7 @@ struct Rehearsal
     }
 };
 
-/// What a recording holds: kinds of events, and -1 less the number of points for frames.
+/// The content of a recording: the kind of each event; for a frame, -1 minus its number of points.
 std::vector<int> contentOf(const QString &path)
 {
     Recording recording;

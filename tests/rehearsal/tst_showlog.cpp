@@ -25,7 +25,7 @@ struct Show
     {
         log.note(zone, {.missed = 0, .sentAt = time(at), .points = std::move(points)});
     }
-    /// The lines of one part of the report, without the blanks before them.
+    /// The lines of one part of the report, without leading blanks.
     QStringList part(const QString &name) const
     {
         const QString text = QString::fromUtf8(log.report());
@@ -223,7 +223,7 @@ void tst_ShowLog::frames_that_stop_with_a_lit_one_are_an_ending()
     Show show;
     show.happens(Event::OutputEnabled, 1);
     show.lit(2, 0);
-    for (int at = 11; at < 1100; at += 9) // the game has gone over to another zone
+    for (int at = 11; at < 1100; at += 9) // the game has switched to another zone
         show.dark(at, 1);
     QVERIFY(show.part(u"Events"_s).contains(u"2.000  zone 1: frames stopped with a lit one"_s));
     QCOMPARE(show.part(u"Endings"_s), QStringList(u"2.000  zone 1, frames stopped: not dark"_s));

@@ -5,8 +5,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A player with a show, and what it gave out: places of points, 0 for frames without any, and the
-/// switches of the output as 1000 and -1000.
+/// A player with a show, and its signals: the positions of points, 0 for empty frames, and 1000 and
+/// -1000 for output switched on and off.
 struct Stage
 {
     ShowPlayer player;
