@@ -230,10 +230,10 @@ void tst_Download::a_name_that_does_not_resolve_fails()
 
 void tst_Download::a_port_without_a_server_fails()
 {
-    QTcpServer nobody;
-    QVERIFY(nobody.listen(QHostAddress::LocalHost));
-    const quint16 port = nobody.serverPort();
-    nobody.close();
+    QTcpServer closed;
+    QVERIFY(closed.listen(QHostAddress::LocalHost));
+    const quint16 port = closed.serverPort();
+    closed.close();
     const Download got = download(QUrl(u"https://127.0.0.1:%1/file"_s.arg(port)), patient);
     QCOMPARE(got.result, Download::Failed);
     QVERIFY2(got.failure.contains("refused"_L1), qPrintable(got.failure));
