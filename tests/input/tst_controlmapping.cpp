@@ -136,7 +136,7 @@ void tst_ControlMapping::a_start_message_starts_for_its_side_whatever_its_value_
         const char *name = side == 0 ? "left" : "right";
         QTest::addRow("%s, hard", name) << side << 127;
         QTest::addRow("%s, softly", name) << side << 1;
-        QTest::addRow("%s, a key let go", name) << side << 0;
+        QTest::addRow("%s, key released", name) << side << 0;
     }
 }
 

@@ -133,7 +133,7 @@ void tst_CXBOXController::player_numbers_count_from_one_data()
     QTest::addRow("the first") << 1U << 0;
     QTest::addRow("the second") << 2U << 1;
     QTest::addRow("the last") << 4U << 3;
-    QTest::addRow("one that cannot be") << 5U << -1;
+    QTest::addRow("an invalid index") << 5U << -1;
     QTest::addRow("none") << 0U << -1;
 }
 

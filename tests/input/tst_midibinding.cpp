@@ -99,7 +99,7 @@ void tst_MidiBinding::with_14_bits_another_status_moves_nothing()
 void tst_MidiBinding::the_learnt_start_message_starts_whatever_its_value_data()
 {
     QTest::addColumn<int>("value");
-    QTest::addRow("a key let go, sent as velocity 0") << 0;
+    QTest::addRow("key released, sent as velocity 0") << 0;
     QTest::addRow("softly") << 1;
     QTest::addRow("hard") << 127;
 }

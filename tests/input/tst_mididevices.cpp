@@ -157,7 +157,7 @@ void tst_MidiDevices::a_failed_open_is_returned_and_touches_nothing_data()
     QTest::addColumn<unsigned>("result");
     QTest::addRow("in use by another program") << 1U << unsigned(MMSYSERR_ALLOCATED);
     QTest::addRow("no such device") << 2U << unsigned(MMSYSERR_BADDEVICEID);
-    QTest::addRow("a number far beyond") << 0xFFFFFFFF << unsigned(MMSYSERR_BADDEVICEID);
+    QTest::addRow("a number far out of range") << 0xFFFFFFFF << unsigned(MMSYSERR_BADDEVICEID);
 }
 
 void tst_MidiDevices::a_failed_open_is_returned_and_touches_nothing()

@@ -167,7 +167,7 @@ void tst_MidiMessages::messages_other_than_short_ones_are_ignored_data()
     QTest::addRow("error in system exclusive") << unsigned(MIM_LONGERROR);
     QTest::addRow("more data") << unsigned(MIM_MOREDATA);
     QTest::addRow("nothing") << 0U;
-    QTest::addRow("something far off") << 0xFFFFFFFFU;
+    QTest::addRow("an unknown message") << 0xFFFFFFFFU;
 }
 
 void tst_MidiMessages::messages_other_than_short_ones_are_ignored()
