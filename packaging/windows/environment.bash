@@ -9,7 +9,7 @@ installer=$output/Rallyvane_v${version}_setup.exe
 archive=$output/Rallyvane_v${version}_portable.zip
 : "${installer}" "${archive}"
 
-# Where Qt is built if RALLYVANE_QT_WINDOWS is not set. It is complete once its toolchain file exists.
+# Qt is built here if RALLYVANE_QT_WINDOWS is not set. It is complete once its toolchain file exists.
 qt_cache=${XDG_CACHE_HOME:-$HOME/.cache}/rallyvane/qt-windows
 qt_is_ready() {
     [ -e "$1/lib/cmake/Qt6/qt.toolchain.cmake" ]

@@ -1,5 +1,5 @@
-; The installer: for the user who runs it, without administrator rights, into a folder that stays
-; writable, because the program keeps settings, log and downloaded updates where it is started.
+; The installer. It installs for the current user without administrator rights, into a writable
+; folder, because the program keeps its settings, log and downloaded updates in its working folder.
 ; packaging/windows/build defines VERSION, STAGE (the files to install), OUTPUT (removals.nsh), FILE,
 ; ICON and TITLE (of the program's window).
 
@@ -129,7 +129,7 @@ Section
         Abort
     ${EndIf}
 
-    ; A shortcut starts its program in the current output folder.
+    ; A shortcut's working folder is the current output folder.
     CreateDirectory "${MENU}"
     CreateShortcut "${MENU}\${PROGRAM}.lnk" "$INSTDIR\rallyvane.exe"
     CreateShortcut "${MENU}\Rehearse without a laser.lnk" "$INSTDIR\rehearse.exe"

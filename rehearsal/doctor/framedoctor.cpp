@@ -7,12 +7,12 @@
 
 namespace {
 
-/// Fewer intervals than these say nothing about how even they are.
+/// Minimum number of intervals for a statement about their jitter.
 constexpr int enoughIntervals = 20;
-/// The longest interval of even frames, in parts of the median.
+/// Longest interval of even frames, relative to the median.
 constexpr double evenness = 1.5;
 constexpr SharedTime outputPatience = 1'000'000'000;
-/// Seconds that mirrors take for a wide jump, about.
+/// Approximate time that mirrors take for a wide jump, in seconds.
 constexpr double jumpSeconds = 0.3e-3;
 
 QString tr(const char *text)
@@ -45,11 +45,11 @@ void lookAtRate(const FrameHistory &history, const Conditions &conditions, QList
     if (points * frames <= conditions.pointRate * (1 + 1e-9))
         return;
     findings.append({Cause::scanRateExceeded,
-        tr("Scan rate exceeded: %1 points a second are asked for, %2 are drawn. The picture is "
-           "drawn %3 times a second instead of %4.")
+        tr("Scan rate exceeded: the frames need %1 points per second, the scanner draws %2. The "
+           "picture is drawn %3 times a second instead of %4.")
             .arg(number(points * frames), number(conditions.pointRate),
                 number(double(conditions.pointRate) / points), number(frames)),
-        tr("Assumes that each point is drawn once. The real host may resample.")});
+        tr("Assumes that every point is drawn once. The real host may resample.")});
 }
 
 void lookAtPace(const FrameHistory &history, const Conditions &conditions, QList<Finding> &findings)
@@ -59,10 +59,10 @@ void lookAtPace(const FrameHistory &history, const Conditions &conditions, QList
         || double(intervals.longest) <= evenness * double(intervals.median))
         return;
     findings.append({Cause::framesUneven,
-        tr("Frames uneven: %1 to %2 between them, %3 as a rule.")
+        tr("Uneven frames: intervals from %1 to %2, median %3.")
             .arg(milliseconds(seconds(intervals.shortest)),
                 milliseconds(seconds(intervals.longest)), milliseconds(seconds(intervals.median))),
-        tr("Assumes that the game's clock tells when they were sent. The real host may buffer.")});
+        tr("Based on the times at which the game sent them. The real host may buffer.")});
 }
 
 void lookAtStand(
@@ -72,12 +72,12 @@ void lookAtStand(
     const double stand = double(facts.longestStand) / conditions.pointRate;
     if (!facts.standsForEver && stand <= conditions.longestStand * (1 + 1e-9))
         return;
-    const QString time = facts.standsForEver ? tr("as long as the frame is shown")
+    const QString time = facts.standsForEver ? tr("for as long as the frame is shown")
                                              : tr("for %1").arg(milliseconds(stand));
     findings.append({Cause::beamStands,
         tr("A lit beam stands still %1; the limit is %2.")
             .arg(time, milliseconds(conditions.longestStand)),
-        tr("Assumes %1 points a second and that the host draws points as they are.")
+        tr("Assumes %1 points per second and a host that draws the points unchanged.")
             .arg(number(conditions.pointRate))});
 }
 
@@ -87,7 +87,7 @@ void lookAtField(const FrameHistory &history, QList<Finding> &findings)
         findings.append({Cause::outsideField,
             outside == 1 ? tr("1 point is outside the field.")
                          : tr("%1 points are outside the field.").arg(number(outside)),
-            tr("Assumes that the scanner stops at the edge. The real host may clip or refuse.")});
+            tr("Assumes that the scanner stops at the edge. The real host may clip or reject.")});
     }
 }
 
@@ -98,9 +98,9 @@ void lookAtEnd(
     if (!conditions.outputOn || history.facts().isEmpty() || silent < FrameHistory::shortestPause)
         return;
     findings.append({Cause::zoneLeftLit,
-        tr("Zone %1 is left lit: frames stopped %2 s ago, and the last one was not empty.")
+        tr("Zone %1 is left lit: frames stopped %2 s ago and the last one was not empty.")
             .arg(number(zone), number(seconds(silent), 1)),
-        tr("Assumes that the projector repeats its last frame until it is told otherwise.")});
+        tr("Assumes that the projector repeats its last frame until it gets another.")});
 }
 
 void lookAtJumps(
@@ -111,11 +111,12 @@ void lookAtJumps(
     if (facts.jumps == 0 || shortest >= jumpSeconds)
         return;
     findings.append({Cause::shortJumps,
-        tr("Jumps have %1 blanked points or more, %2 ms at this rate. Mirrors take about %3 ms for "
-           "a wide one, so that its tail shows.")
+        tr("Jumps have at least %1 blanked points, %2 ms at this rate. Mirrors take about %3 ms "
+           "for "
+           "a wide jump, so its tail is visible.")
             .arg(number(facts.shortestJump), number(shortest * 1e3, 2),
                 number(jumpSeconds * 1e3, 1)),
-        tr("The game's frames are so by design. The real host may add points.")});
+        tr("The game draws them so by design. The real host may add points.")});
 }
 
 } // namespace
@@ -139,7 +140,7 @@ QList<Finding> examineOutput(std::optional<SharedTime> lastSent, const Condition
     if (!conditions.outputOn || conditions.now - silentSince < outputPatience)
         return {};
     return {{Cause::outputWithoutFrames,
-        tr("Output is enabled, but nothing has been sent for %1 s.")
+        tr("Output is enabled, but no frame was sent for %1 s.")
             .arg(number(seconds(conditions.now - silentSince), 0)),
         {}}};
 }

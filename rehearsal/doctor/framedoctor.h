@@ -5,7 +5,7 @@
 #include <QList>
 #include <QString>
 
-/// What is looked for in the frames of a zone.
+/// The kinds of findings about the frames of a zone.
 enum class Cause {
     scanRateExceeded,
     framesUneven,
@@ -13,30 +13,30 @@ enum class Cause {
     outsideField,
     outputWithoutFrames,
     zoneLeftLit,
-    shortJumps, ///< a fact, not a fault: the game's frames are so by design
+    shortJumps, ///< a fact, not a fault: the game draws them so by design
 };
 
 struct Finding
 {
     Cause cause;
     QString text; ///< the cause in one or two sentences, with figures
-    QString assumption; ///< that it rests on; empty for none
+    QString assumption; ///< that the finding depends on; may be empty
 
     bool isFact() const { return cause == Cause::shortJumps; }
 };
 
-/// Under which conditions frames are judged.
+/// The conditions under which frames are examined.
 struct Conditions
 {
     SharedTime now = 0;
     bool outputOn = false;
-    SharedTime outputSince = 0; ///< when it was switched last
+    SharedTime outputSince = 0; ///< when output was last switched
     int pointRate = 30000; ///< points per second of the scanner
-    double longestStand = 0.001; ///< seconds for which a lit beam may stand still
+    double longestStand = 0.001; ///< longest time a lit beam may stand still, in seconds
 };
 
-/// Names what is worth knowing about the frames of a zone, which people count from 1.
+/// Findings about the frames of a zone. `zone` is the number shown to the operator, from 1.
 QList<Finding> examine(int zone, const FrameHistory &history, const Conditions &conditions);
 
-/// The same about all zones together: when any of them was sent a frame last.
+/// Findings about all zones together. `lastSent` is the time of the last frame to any zone.
 QList<Finding> examineOutput(std::optional<SharedTime> lastSent, const Conditions &conditions);

@@ -7,7 +7,8 @@
 
 namespace {
 
-/// Field units from which on a beam counts as moving; a quarter of a beam's width.
+/// A beam that stays within this distance counts as standing. In field units; a quarter of a beam's
+/// width.
 constexpr double standingRadius = 20.0;
 
 bool isOutside(const LdbPoint &point)
@@ -21,7 +22,7 @@ double distance(const QPointF &from, const QPointF &to)
     return std::hypot(to.x() - from.x(), to.y() - from.y());
 }
 
-/// Looks at a frame's points from a place where a new stroke begins, once around.
+/// Counts the points of a frame over one full cycle that begins at the start of a stroke.
 class Round
 {
 public:
@@ -66,9 +67,9 @@ private:
 
     FrameFacts &m_facts;
     QPointF m_last;
-    QPointF m_stand; ///< where the beam has come to a stand
-    int m_standing = 0; ///< points in a row there; 0 while blanked
-    int m_blanked = 0; ///< points in a row
+    QPointF m_stand; ///< where the beam stands
+    int m_standing = 0; ///< consecutive points there; 0 while blanked
+    int m_blanked = 0; ///< consecutive points
 };
 
 } // namespace
@@ -83,8 +84,8 @@ FrameFacts factsOf(std::span<const LdbPoint> points)
     }
     if (facts.isEmpty())
         return facts;
-    // Begin behind a blanked point that follows a lit one, or anywhere if all are lit, and close
-    // the circle with the point that came first.
+    // Begin after a blanked point that follows a lit one (anywhere if all are lit), and end with
+    // the first point again.
     std::size_t begin = 0;
     for (std::size_t i = 0; i < points.size(); ++i) {
         if (isLit(points[i]) && !isLit(points[(i + 1) % points.size()]))

@@ -4,23 +4,23 @@
 
 #include <span>
 
-/// What a frame asks of the scanner, counted. A projector repeats its frame, so that the last point
-/// is followed by the first.
+/// Figures of a frame that matter to the scanner. The projector repeats the frame, so the last
+/// point is followed by the first.
 struct FrameFacts
 {
     int points = 0;
     int litPoints = 0;
-    /// Points with a coordinate outside the field or without a finite one.
+    /// Points with a coordinate that is outside the field or not finite.
     int outside = 0;
-    /// Ways in the dark from one lit point to the next.
+    /// Blanked moves from one lit point to the next.
     int jumps = 0;
-    int blankedOnJumps = 0; ///< points of all jumps together
-    int shortestJump = 0; ///< blanked points of the jump that has the fewest; 0 without jumps
-    /// Field units between two lit points that follow each other.
+    int blankedOnJumps = 0; ///< blanked points of all jumps together
+    int shortestJump = 0; ///< blanked points of the shortest jump; 0 without jumps
+    /// Longest distance between two consecutive lit points, in field units.
     double longestLitStep = 0;
-    /// How many lit points in a row are at one place, at most.
+    /// The most consecutive lit points at one position.
     int longestStand = 0;
-    /// The beam is lit and at one place as long as the frame is repeated.
+    /// The beam stays lit at one position for as long as the frame is repeated.
     bool standsForEver = false;
 
     bool isEmpty() const { return litPoints == 0; }

@@ -6,8 +6,8 @@
 #include <deque>
 #include <optional>
 
-/// Times between lit frames, in nanoseconds. Those with missed frames in between count for the mean
-/// alone.
+/// Intervals between lit frames, in nanoseconds. Intervals with missed frames count only for the
+/// mean.
 struct Intervals
 {
     int count = 0;
@@ -17,8 +17,8 @@ struct Intervals
     SharedTime longest = 0;
 };
 
-/// What a zone has received: figures of all its frames, and the times of those of the last second.
-/// Times are those at which frames were sent; one that goes back counts as the one before.
+/// History of a zone: figures of all its frames, and the times of those in the last second. Times
+/// are when frames were sent; a time before the previous one counts as equal to it.
 class FrameHistory
 {
 public:
@@ -30,14 +30,14 @@ public:
     const FrameFacts &facts() const { return m_facts; }
     /// When the last frame was sent.
     std::optional<SharedTime> lastSent() const { return m_last; }
-    /// Frames that were sent within the second before `now`.
+    /// Frames sent within the second before `now`.
     int framesInLastSecond(SharedTime now) const;
-    /// Of the second before `now`.
+    /// Intervals within the second before `now`.
     Intervals litIntervals(SharedTime now) const;
-    /// Frames per second over the whole time, but for the pauses in which none came.
+    /// Frames per second over the whole time, excluding pauses.
     double framesPerSecond() const;
 
-    /// Nothing for so long is a pause, not a slow frame.
+    /// A longer interval is a pause, not a slow frame.
     static constexpr SharedTime shortestPause = 500'000'000;
 
 private:

@@ -1,6 +1,6 @@
-// Starts a rehearsal where the program is installed: the host's window, and once it is running the
-// game in the folder with the rehearsal's library, so that it is found before a real host's. Both
-// find their other libraries in the folder of this program. They end together with the game.
+// Starts a rehearsal from the installed programs: first the host, then the copy of the game in the
+// rehearsal folder, which loads the rehearsal's library instead of a real host's. Both find their
+// other libraries in the folder of this program. The host is closed when the game ends.
 
 #include <QApplication>
 #include <QDir>
@@ -11,10 +11,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// As ./play returns it, and for the same reason.
+/// Exit code, the same as that of ./play.
 constexpr int hostFailed = 3;
 
-/// Waits until the host says that it is running. False when it ends before.
+/// Waits until the host reports that it is running. False if it exits first.
 bool waitForHost(QProcess &host)
 {
     QByteArray said;
@@ -23,7 +23,7 @@ bool waitForHost(QProcess &host)
             return false;
         said += host.readAllStandardOutput();
     }
-    // No more of it is read.
+    // Nothing reads them from here on.
     host.closeReadChannel(QProcess::StandardOutput);
     host.closeReadChannel(QProcess::StandardError);
     return true;
@@ -52,13 +52,13 @@ int main(int argc, char *argv[])
         host.waitForFinished(-1);
         QMessageBox::critical(nullptr, u"Rehearsal"_s,
             QCoreApplication::translate("Launcher",
-                "The rehearsal host did not start, so the game was not started either.\n\n%1")
+                "The rehearsal host could not start, so the game was not started.\n\n%1")
                 .arg(reasonOf(host)));
         return hostFailed;
     }
     QProcess game;
     game.setProcessChannelMode(QProcess::ForwardedChannels);
-    // In the corner of the screen that the host's window leaves to the game.
+    // The corner of the screen that the host's window leaves free.
     game.start(rehearsal.filePath(u"rallyvane"_s), {u"-qwindowgeometry"_s, u"+0+0"_s});
     game.waitForFinished(-1);
     host.terminate();

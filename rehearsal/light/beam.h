@@ -7,20 +7,20 @@
 
 #include <cmath>
 
-// How the points of a frame are read, and what a beam makes of them.
+// The points of a frame and the pieces that a beam draws from them.
 
 /// The largest coordinate of the field; the smallest is its negative.
 inline constexpr double fieldLimit = 32768.0;
 
-/// A straight piece of the beam's way, travelled evenly in one colour; a dot where both ends are
-/// one place.
+/// A straight piece of the beam's path, travelled at constant speed in one colour; a dot if both
+/// ends are equal.
 struct BeamPiece
 {
     QPointF from; ///< field units
     QPointF to; ///< field units
     std::uint32_t color; ///< 0xRRGGBB
     double begin; ///< seconds on the projector's clock
-    double seconds; ///< how long the beam takes for it
+    double seconds; ///< duration
 
     bool operator==(const BeamPiece &) const = default;
 };
@@ -38,7 +38,7 @@ inline bool isLit(const LdbPoint &point)
     return (point.color & 0xffffff) != 0 && point.flags != blankedTravel && isFinite(point);
 }
 
-/// Where a finite point is drawn: outside the field at its edge, where a scanner stops.
+/// Where a finite point is drawn; clamped to the field, as a scanner stops at its edge.
 QPointF placeOf(const LdbPoint &point);
 
 /// The colour as 0xRRGGBB.

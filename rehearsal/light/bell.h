@@ -4,11 +4,12 @@
 #include <array>
 #include <cmath>
 
-/// A bell curve and its integral, looked up in steps of 1/256 of its width up to where it ends.
+/// Lookup table of a Gaussian bell curve and its integral, in steps of 1/256 of a standard
+/// deviation.
 class Bell
 {
 public:
-    /// In widths, which are standard deviations.
+    /// Where the curve ends, in widths (standard deviations).
     static constexpr double reach = 3.0;
 
     Bell()
@@ -22,9 +23,9 @@ public:
         m_area.back() = 0.5F;
     }
 
-    /// 1 in the middle, 0 beyond its reach.
+    /// 1 at the centre, 0 beyond `reach`.
     float height(float x) const { return m_height[index(std::abs(x))]; }
-    /// From the middle to x: -0.5 ... 0.5.
+    /// Integral from the centre to x: -0.5 ... 0.5.
     float area(float x) const { return std::copysign(m_area[index(std::abs(x))], x); }
 
 private:

@@ -7,15 +7,15 @@
 
 namespace {
 
-/// Standard deviation of the beam in parts of the side; it is never finer than what one pixel can
-/// show without steps.
+/// Standard deviation of the beam as a fraction of the side, and its minimum in pixels, below which
+/// lines would look jagged.
 constexpr double beamWidth = 1.0 / 850;
 constexpr double finestBeam = 0.6;
-/// Shorter lines, in beam widths, cannot be told from a dot.
+/// Shorter lines, in beam widths, are indistinguishable from a dot.
 constexpr double shortestLine = 0.5;
-/// The scale is renewed before what is added would outgrow its floats.
+/// The scale is reset before added light would overflow a float.
 constexpr double smallestScale = 1e-18;
-/// Less light is none: it is not seen, and ever smaller floats would become slow.
+/// Less light counts as none: it is invisible, and denormal floats would be slow.
 constexpr float leastLight = 1e-11F;
 
 const Bell bell; // looked up for every lit pixel; clazy:exclude=non-pod-global-static
@@ -28,14 +28,14 @@ Light lightOf(std::uint32_t rgb, double energy)
     return Light{part(rgb), part(rgb >> 8), part(rgb >> 16), 0};
 }
 
-/// Pixels first ... last, both included; none when last < first.
+/// Pixels first ... last, inclusive; empty if last < first.
 struct Span
 {
     int first;
     int last;
 };
 
-/// The pixels whose middles lie in [from, to] and on the square.
+/// The pixels of the square whose centres are in [from, to].
 Span pixelsBetween(double from, double to, int side)
 {
     const double low = std::clamp(std::ceil(from - 0.5), 0.0, double(side));
@@ -43,7 +43,7 @@ Span pixelsBetween(double from, double to, int side)
     return {static_cast<int>(low), static_cast<int>(high)};
 }
 
-/// Narrows [from, to] to where offset + slope * x lies in [low, high].
+/// Narrows [from, to] to where offset + slope * x is in [low, high].
 void narrow(double &from, double &to, double offset, double slope, double low, double high)
 {
     if (std::abs(slope) < 1e-6)
@@ -121,7 +121,7 @@ void Exposure::add(const QPointF &from, const QPointF &to, std::uint32_t color, 
         addLine(first, last, length, lightOf(color, energy / m_scale));
 }
 
-/// Notes that there is light on the tiles of these pixels.
+/// Marks the tiles of these pixels as lit.
 void Exposure::light(int left, int top, int right, int bottom)
 {
     for (int y = top / tileSide; y <= bottom / tileSide; ++y) {
@@ -130,8 +130,8 @@ void Exposure::light(int left, int top, int right, int bottom)
     }
 }
 
-// The light of a bell-shaped beam that moves evenly from end to end: across the line a bell,
-// along it the bell's integral. So the pieces of a longer line add up to it without a seam.
+// The light of a bell-shaped beam that moves at constant speed: a bell across the line, its
+// integral along it. The pieces of a longer line therefore add up without a seam.
 void Exposure::addLine(const QPointF &from, const QPointF &to, double length, const Light &light)
 {
     const QPointF along = (to - from) / length;
@@ -145,7 +145,7 @@ void Exposure::addLine(const QPointF &from, const QPointF &to, double length, co
     const Span rows = pixelsBetween(top - reach, bottom + reach, m_side);
     for (int y = rows.first; y <= rows.last; ++y) {
         const double down = y + 0.5 - from.y();
-        // From the line's start to the middle of pixel x it is t along and d beside the line.
+        // The centre of pixel x is t along the line from its start, and d away from it.
         const double t0 = down * along.y() - from.x() * along.x();
         const double d0 = down * along.x() + from.x() * along.y();
         double left = std::min(from.x(), to.x()) - reach;

@@ -6,24 +6,24 @@
 #include <cstdint>
 #include <vector>
 
-/// The light that has fallen on a square of pixels, added up and fading. The square is kept in
-/// tiles, and only those that have light on them cost time.
+/// Accumulates and fades the light on a square of pixels. The square is divided into tiles, and
+/// only lit tiles cost time.
 ///
-/// Energy is in whites: a full white beam that rests on the square for a second leaves an energy of
-/// 1 in each of the three colours, spread over the pixels as the bell that the beam is.
+/// Unit of energy: a full white beam at rest for one second adds 1 to each of the three colours,
+/// spread over the pixels by the beam's bell-shaped profile.
 class Exposure
 {
 public:
     /// Pixels along the side of a tile.
     static constexpr int tileSide = 32;
 
-    /// Makes the square `side` pixels wide, and dark.
+    /// Resizes the square to `side` pixels and clears it.
     void resize(int side);
     void clear();
-    /// Fades all light to a part of what it is, 0 ... 1.
+    /// Multiplies all light by `kept`, 0 ... 1.
     void fade(double kept);
-    /// Spreads the energy of a white beam evenly along a line between two places of the field, or
-    /// on a dot, in parts as the colour 0xRRGGBB has them.
+    /// Adds a line between two field positions, or a dot. `energy` is that of a white beam, scaled
+    /// by the components of the colour 0xRRGGBB.
     void add(const QPointF &from, const QPointF &to, std::uint32_t color, double energy);
 
     int side() const { return m_side; }
@@ -31,13 +31,13 @@ public:
     int tilesPerSide() const { return m_tilesPerSide; }
     /// Whether there may be light on a tile.
     bool isLit(int tileX, int tileY) const { return m_lit[tileAt(tileX, tileY)] != 0; }
-    /// Makes a tile dark.
+    /// Clears a tile.
     void darken(int tileX, int tileY);
-    /// The pixels of a row, each to be multiplied by scale(). Rows and columns are tiles whole, so
-    /// that there are more than are seen.
+    /// The pixels of a row, each to be multiplied by scale(). Rows and columns are padded to whole
+    /// tiles.
     const Light *row(int y) const { return m_light.data() + rowSize() * std::size_t(y); }
     float scale() const { return static_cast<float>(m_scale); }
-    /// All energy, for the mean of the three colours.
+    /// Total energy, averaged over the three colours.
     double energy() const;
 
 private:
@@ -56,7 +56,7 @@ private:
     int m_tilesPerSide = 0;
     FieldSquare m_field;
     double m_beamWidth = 1; ///< pixels, one standard deviation
-    double m_scale = 1; ///< fades everything at no cost
+    double m_scale = 1; ///< makes fading cheap
     std::vector<Light> m_light;
     std::vector<std::uint8_t> m_lit; ///< by tile
 };

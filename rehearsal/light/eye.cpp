@@ -5,11 +5,10 @@
 
 namespace {
 
-/// Seconds. What is drawn anew sooner looks steady: the eye cannot tell when within a pass a point
-/// was lit.
+/// Flicker fusion time in seconds: a pass that repeats faster looks steady.
 constexpr double fusion = 1.0 / 60;
-/// A way longer than so many sides of the field is drawn no further in one picture: no frame, not
-/// even a corrupt one, may hold the host up. Mirrors do not get half as far.
+/// Longest path drawn in one picture, in sides of the field, so that a corrupt frame cannot stall
+/// the host. Real mirrors travel less than half as far.
 constexpr double longestWay = 120.0;
 
 double lengthOf(const BeamPiece &piece)
@@ -54,8 +53,8 @@ bool Eye::look(double until)
     return isSeen || !m_way.empty() || m_projector->isLit();
 }
 
-/// The energy that a piece adds to this picture, as far as it has not faded by now. It is given out
-/// evenly over `spread` seconds, so that a pass that lasts as long looks steady in every picture.
+/// The energy that a piece adds to this picture, after fading. It is spread evenly over `spread`
+/// seconds, so that a pass of that length looks steady in every picture.
 double Eye::seenOf(const BeamPiece &piece, double spread) const
 {
     const double lasts = std::max(piece.seconds, spread);

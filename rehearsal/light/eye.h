@@ -3,8 +3,8 @@
 #include "picture.h"
 #include "projector.h"
 
-/// What the eye sees of a projector's light on a screen: it is slow to forget, and does not see the
-/// order of what is drawn anew more often than it can follow.
+/// Models how the eye sees a projector's light on a screen: with persistence of vision, and with
+/// flicker fusion, so that fast repetition looks steady.
 class Eye
 {
 public:
@@ -17,16 +17,16 @@ public:
     {
     }
 
-    /// Makes the picture `side` pixels wide, and dark.
+    /// Resizes the picture to `side` pixels and clears it.
     void resize(int side);
-    /// Seconds after which 1/e of the light is left, shortestPersistence ... longestPersistence.
+    /// Seconds until light decays to 1/e, shortestPersistence ... longestPersistence.
     void setPersistence(double seconds) { m_persistence = seconds; }
     double persistence() const { return m_persistence; }
-    /// Forgets all light at once.
+    /// Removes all light at once.
     void clear();
 
-    /// Looks until a time on the projector's clock and brings the picture up to it. Returns whether
-    /// anything is seen or may be soon.
+    /// Advances the picture to a time on the projector's clock. Returns whether anything is visible
+    /// or may be soon.
     bool look(double until);
     const QImage &picture() const { return m_picture.image(); }
     const Exposure &exposure() const { return m_exposure; }
@@ -38,7 +38,7 @@ private:
     Exposure m_exposure;
     Picture m_picture;
     double m_persistence = usualPersistence;
-    double m_from = 0; ///< the time up to which it has looked before
+    double m_from = 0; ///< end of the previous look
     double m_until = 0;
-    std::vector<BeamPiece> m_way; ///< of which not all has been seen
+    std::vector<BeamPiece> m_way; ///< not yet seen completely
 };

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// How far the glow reaches, in parts of the side.
+/// Radius of the glow, as a fraction of the side.
 constexpr double reach = 1.0 / 32;
 
 } // namespace
@@ -26,7 +26,7 @@ void Glow::resize(const Exposure &exposure)
     m_weights.clear();
     double sum = 0;
     for (int i = 0; i < cellsReached; ++i) {
-        // A bell that ends smoothly: screens lift dim light so much that an edge would show.
+        // Falls off smoothly: screens brighten dim light so much that an edge would show.
         const double weight = std::pow(1 - i / cellsReached, 4);
         m_weights.push_back(static_cast<float>(weight));
         sum += weight * (i == 0 ? 1 : 2);
@@ -38,7 +38,7 @@ void Glow::resize(const Exposure &exposure)
 void Glow::spread(const Exposure &exposure, float gain)
 {
     const int last = m_tilesPerSide - 1;
-    // Notes for every tile whether there is light, and acts where there is or was some.
+    // Updates each tile's flag and calls `act` where there is or was light.
     const auto step = [this, last](
                           std::vector<std::uint8_t> &tiles, const auto &hasLight, const auto &act) {
         for (int y = 0; y <= last; ++y) {
@@ -85,8 +85,8 @@ void Glow::gather(const Exposure &exposure, int tileX, int tileY, float gain)
     }
 }
 
-// Tiles that are not lit hold zeros, so that no tile has to look at what its neighbours are. The
-// blur reaches no further than a tile, and there is none beyond the edges.
+// Unlit tiles hold zeros, so the neighbours' flags do not matter. The blur reaches at most one tile
+// and stops at the edges.
 void Glow::blurAcross(int tileX, int tileY)
 {
     const int last = m_tilesPerSide * cellsPerTile - 1;
@@ -120,7 +120,7 @@ void Glow::blurDown(int tileX, int tileY)
 
 Glow::Row Glow::row(int tileX, int y) const
 {
-    const int fromMiddle = y + cellSide / 2; // of the row of cells before the first
+    const int fromMiddle = y + cellSide / 2; // from the centre of the cell row before the first
     const float down = (float(fromMiddle % cellSide) + 0.5F) / cellSide;
     const Light *above = cell(tileX * cellsPerTile - 1, fromMiddle / cellSide - 1);
     const Light *below = above + m_rowSize;

@@ -4,8 +4,8 @@
 
 #include <array>
 
-/// The soft light around a beam, which dust, lens and eye spread: the exposure at a quarter of its
-/// size, blurred. Only where there is light it costs time.
+/// The soft light around a beam, spread by dust, lens and eye: the exposure at a quarter of its
+/// size, blurred. Only lit tiles cost time.
 class Glow
 {
 public:
@@ -14,18 +14,18 @@ public:
     static constexpr int cellsPerTile = Exposure::tileSide / cellSide;
 
     void resize(const Exposure &exposure);
-    /// Spreads the light of an exposure, multiplied by `gain`.
+    /// Computes the glow of an exposure, multiplied by `gain`.
     void spread(const Exposure &exposure, float gain);
 
     /// Whether glow may reach a tile.
     bool reaches(int tileX, int tileY) const { return isSet(m_reached, tileX, tileY); }
-    /// The glow along a row of pixels of a tile, at the middles of its cells and of one more to
-    /// each side; between them it changes evenly.
+    /// The glow along a row of pixels of a tile, at the centres of its cells and of one more on
+    /// each side; to be interpolated linearly.
     using Row = std::array<Light, cellsPerTile + 2>;
     Row row(int tileX, int y) const;
 
 private:
-    /// One cell more at each edge, so that the pixels at the edges have neighbours too.
+    /// An extra cell at each edge, so that edge pixels have neighbours too.
     static constexpr int border = 1;
 
     std::size_t tileAt(int tileX, int tileY) const
@@ -50,12 +50,12 @@ private:
 
     int m_tilesPerSide = 0;
     std::size_t m_rowSize = 0;
-    std::vector<float> m_weights; ///< of a cell and of those at one side of it
+    std::vector<float> m_weights; ///< of the centre cell and those on one side of it
     std::vector<Light> m_cells;
     std::vector<Light> m_across;
     std::vector<Light> m_blurred;
-    // By tile, whether the cells of a step may hold light; in the second bit, whether they might
-    // before, so that they have to be made dark.
+    // By tile. Bit 0: the cells of this step may hold light. Bit 1: they might have before, and
+    // must be cleared.
     std::vector<std::uint8_t> m_lit;
     std::vector<std::uint8_t> m_wide;
     std::vector<std::uint8_t> m_reached;

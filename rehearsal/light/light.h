@@ -1,5 +1,5 @@
 #pragma once
 
-/// Blue, green and red light, linear, and a fourth part that is always 0. The compiler computes
-/// with the four at once.
+/// Linear blue, green and red light, and an unused fourth component that is always 0. A SIMD
+/// vector.
 using Light = float __attribute__((vector_size(16)));

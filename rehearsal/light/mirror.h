@@ -1,22 +1,22 @@
 #pragma once
 
-/// One scanner mirror: it follows its target with the lag of a damped second-order system, and no
-/// faster than its slew rate. Places are field units, times seconds.
+/// One scanner mirror: a damped second-order system with a limited slew rate. Positions are in
+/// field units, times in seconds.
 class Mirror
 {
 public:
-    /// Of a well tuned galvanometer: a step overshoots by 4.6 %.
+    /// Typical of a well-tuned galvanometer: 4.6 % overshoot on a step.
     static constexpr double damping = 0.7;
-    /// Hertz at which it follows with 1/sqrt(2) of the amplitude, as data sheets give it.
+    /// The -3 dB bandwidth in hertz, as in data sheets.
     static constexpr double bandwidth = 2400;
-    /// Field units per second: the whole field in a quarter of a millisecond.
+    /// Field units per second: crosses the whole field in a quarter of a millisecond.
     static constexpr double slewRate = 2.5e8;
 
-    /// Prepares moves that take `seconds` each.
+    /// Sets the duration of one step.
     void setStep(double seconds);
-    /// Puts the mirror to rest at a place.
+    /// Places the mirror at rest at a position.
     void rest(double place);
-    /// Lets one step pass with the target unchanged; returns where the mirror is then.
+    /// Simulates one step toward a constant target; returns the mirror's new position.
     double follow(double target);
 
     double place() const { return m_place; }

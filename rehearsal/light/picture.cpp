@@ -4,12 +4,12 @@
 
 namespace {
 
-/// A beam is well lit where the mean of its power on one part in a million of the square is so much
-/// of a white beam: the borders of a rally are.
+/// Tone mapping reference: light counts as well lit at this share of a white beam's power, averaged
+/// over a millionth of the square. The borders of a rally are that bright.
 constexpr double wellLit = 1.0e-4;
-/// How much of the light glows.
+/// Share of the light that becomes glow.
 constexpr float glowShare = 0.30F;
-/// Of what is more than well lit this part spills over into the other colours.
+/// Share of the light above well lit that spills into the other colours.
 constexpr float spill = 0.10F;
 
 bool isDark(const Light &light)
@@ -66,7 +66,7 @@ bool Picture::developTile(const Exposure &exposure, int tileX, int tileY)
     return (lit & 0xffffff) != 0;
 }
 
-/// Returns the colours that the row has, all in one.
+/// Returns the bitwise OR of the row's colours.
 QRgb Picture::developRow(const Exposure &exposure, int tileX, int y, std::span<QRgb> shown)
 {
     constexpr int cellSide = Glow::cellSide;
@@ -75,12 +75,12 @@ QRgb Picture::developRow(const Exposure &exposure, int tileX, int y, std::span<Q
     const Glow::Row cells = m_glow.row(tileX, y);
     const int width = static_cast<int>(shown.size());
     QRgb lit = 0;
-    // From the middle of one cell to that of the next, the first of which is left of the tile.
+    // From the centre of one cell to the next; the first cell is left of the tile.
     for (std::size_t i = 0; i + 1 < cells.size(); ++i) {
         const int middle = static_cast<int>(i) * cellSide - cellSide / 2;
         const int first = std::max(middle, 0);
         const int end = std::min(middle + cellSide, width);
-        // Where there is a beam there is glow.
+        // Without glow there is no beam either.
         if (isDark(cells[i]) && isDark(cells[i + 1])) {
             std::fill(shown.data() + first, shown.data() + std::max(end, first), qRgb(0, 0, 0));
             continue;

@@ -8,14 +8,13 @@
 
 #include <span>
 
-/// The light of an exposure as a person in a dark room sees it: a hot core that saturates toward
-/// white, a glow around it, black elsewhere.
+/// Renders an exposure as seen in a dark room: a hot core that saturates toward white, a glow
+/// around it, black elsewhere.
 class Picture
 {
 public:
-    /// Brings the picture up to date with an exposure, in which a white beam that rests has an
-    /// energy of 1. Tiles on which the light has faded away are made dark in the exposure too.
-    /// Returns whether anything is lit.
+    /// Renders an exposure in which a resting white beam has an energy of 1. Tiles whose light has
+    /// faded to black are cleared in the exposure too. Returns whether anything is lit.
     bool develop(Exposure &exposure);
 
     const QImage &image() const { return m_image; }
@@ -28,6 +27,6 @@ private:
     QImage m_image;
     Glow m_glow;
     Tone m_tone;
-    float m_gain = 1; ///< from an exposure's energy to light of which 1 is well lit
+    float m_gain = 1; ///< scales exposure energy so that 1 is well lit
     std::vector<std::uint8_t> m_shown; ///< by tile: it is not black
 };

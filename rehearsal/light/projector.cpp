@@ -4,7 +4,7 @@
 
 namespace {
 
-/// More than come between two pictures of the slowest machine; older ones are past anyway.
+/// More than arrive between two pictures on the slowest machine; older ones are out of date anyway.
 constexpr std::size_t mostWaiting = 64;
 
 } // namespace

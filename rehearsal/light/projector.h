@@ -5,9 +5,9 @@
 #include <deque>
 #include <span>
 
-/// A projector: it repeats the frame that it has until the next one comes, which it takes up when
-/// it has drawn the last point; an empty one turns it dark at once. It draws nothing while its
-/// output is disabled. Times are seconds on one clock.
+/// A projector: it repeats the current frame and switches to the next one after the last point. An
+/// empty frame blanks it at once, and it draws nothing while output is disabled. Times are seconds
+/// on one clock.
 class Projector
 {
 public:
@@ -15,19 +15,19 @@ public:
     const ScannerSettings &settings() const { return m_scanner.settings(); }
     void setOutputOn(bool on);
 
-    /// Hands over a frame that was sent at a time; frames come in the order of their times.
+    /// Queues a frame; frames must come in the order of `sentAt`.
     void show(std::span<const LdbPoint> points, double sentAt);
-    /// Draws a frame from its first point on, in place of all that there is.
+    /// Replaces the current and all queued frames; starts with the first point.
     void showAtOnce(std::span<const LdbPoint> points);
-    /// Draws on up to a time and appends the lit pieces of the beam's way. After a long pause only
+    /// Draws up to a time and appends the lit pieces of the beam's path. After a long pause only
     /// the last `longestRun` seconds are drawn.
     void run(double until, std::vector<BeamPiece> &way);
 
-    /// Whether something is or may soon be drawn.
+    /// Whether anything is drawn or may soon be.
     bool isLit() const;
-    /// Seconds that one pass through the present frame takes; 0 without one.
+    /// Duration of one pass through the current frame in seconds; 0 without a frame.
     double passSeconds() const;
-    /// The number of the point of the present frame that is drawn next.
+    /// Index of the next point to draw in the current frame.
     std::size_t nextPoint() const { return m_next; }
 
     static constexpr double longestRun = 0.1;
@@ -43,7 +43,7 @@ private:
 
     Scanner m_scanner;
     bool m_outputOn = false;
-    double m_now = 0; ///< up to when the beam has been drawn
+    double m_now = 0; ///< time up to which the beam has been drawn
     std::deque<TimedFrame> m_waiting;
     std::vector<LdbPoint> m_frame;
     std::size_t m_next = 0;

@@ -5,10 +5,10 @@
 
 namespace {
 
-/// The mirrors' way is made of straight pieces of at most so many seconds of their own time, short
-/// against their lag of 0.1 ms.
+/// Longest simulation step of the mirrors, in seconds of their own time; short compared with their
+/// lag of 0.1 ms.
 constexpr double longestStep = 1.0 / 60000;
-/// In slow motion pieces are also short against a picture on the screen.
+/// In slow motion, pieces are also short compared with a screen refresh.
 constexpr double longestPiece = 0.004;
 
 } // namespace
@@ -50,7 +50,7 @@ void Scanner::scanAsSent(const LdbPoint &point, double begin, std::vector<BeamPi
     if (isFinite(point))
         m_target = placeOf(point);
     if (!isLit(point)) {
-        // Only now it shows that the last point was alone; its own time is drawn belatedly.
+        // Only now is it known that the last lit point was a single one, so it is drawn late.
         if (m_litPoints == 1)
             way.push_back({from, from, m_lastColor, begin - m_pointSeconds, m_pointSeconds});
         m_litPoints = 0;

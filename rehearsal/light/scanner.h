@@ -6,7 +6,7 @@
 #include <deque>
 #include <vector>
 
-/// How a projector draws.
+/// Settings of a projector's scanner.
 struct ScannerSettings
 {
     static constexpr int slowestRate = 8000;
@@ -15,23 +15,23 @@ struct ScannerSettings
 
     /// Points per second, slowestRate ... fastestRate.
     int pointRate = 30000;
-    /// Seconds by which colours come later than the points, as projectors set it to make up for the
-    /// lag of their mirrors; 0 ... longestColorDelay. Without mirrors it has no effect.
+    /// Seconds by which colours are delayed to compensate for the lag of the mirrors;
+    /// 0 ... longestColorDelay. No effect without mirrors.
     double colorDelay = 110e-6;
-    /// False for points as they are sent: the beam is at once where it is to be.
+    /// False for points as sent: the beam reaches its target at once.
     bool hasMirrors = true;
     ColorOrder colorOrder = ColorOrder::RedGreenBlue;
-    /// 1 for the real pace, less for slow motion; the lag slows with it.
+    /// 1 for real time, less for slow motion; the lag is slowed too.
     double speed = 1;
 
     bool operator==(const ScannerSettings &) const = default;
 };
 
-/// Turns points into the way of the beam, one point after the other.
+/// Turns points into the beam's path, one point at a time.
 ///
-/// As sent, the beam moves evenly from one lit point to the next in the colour of the second, rests
-/// at a point that is lit alone, and does nothing on its way from or to a blanked point. As drawn,
-/// the mirrors are given one point after the other and follow as they can.
+/// As sent, the beam moves at constant speed from one lit point to the next in the colour of the
+/// second, rests at a single lit point, and draws nothing on the way from or to a blanked point. As
+/// drawn, each point is a target that the mirrors follow with their lag.
 class Scanner
 {
 public:
@@ -39,13 +39,13 @@ public:
 
     void setSettings(const ScannerSettings &settings);
     const ScannerSettings &settings() const { return m_settings; }
-    /// Seconds that a point takes.
+    /// Duration of one point in seconds.
     double pointSeconds() const { return m_pointSeconds; }
 
-    /// Draws one point, beginning at a time that is not before the end of the last one, and appends
-    /// the lit pieces of its way.
+    /// Draws one point and appends the lit pieces of its path. `begin` must not be before the end
+    /// of the previous point.
     void scan(const LdbPoint &point, double begin, std::vector<BeamPiece> &way);
-    /// Blanks the beam where it is; the mirrors come to rest.
+    /// Blanks the beam and stops the mirrors where they are.
     void rest();
 
 private:
@@ -64,9 +64,9 @@ private:
     int m_stepsPerPoint = 1;
     Mirror m_x;
     Mirror m_y;
-    QPointF m_target; ///< of the last point that had finite coordinates
-    int m_litPoints = 0; ///< in a row, up to now
+    QPointF m_target; ///< of the last point with finite coordinates
+    int m_litPoints = 0; ///< consecutive, up to now
     std::uint32_t m_lastColor = 0; ///< of the last point
-    std::uint32_t m_color = 0; ///< that leaves the projector now
-    std::deque<ColorChange> m_changes; ///< that have not come into effect yet
+    std::uint32_t m_color = 0; ///< currently emitted
+    std::deque<ColorChange> m_changes; ///< pending
 };

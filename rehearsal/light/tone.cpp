@@ -5,7 +5,7 @@
 namespace {
 
 constexpr double screenGamma = 2.2;
-/// So much of the light is lost in a black room's own darkness.
+/// Light below this level is lost in the ambient light of a dark room.
 constexpr double roomLight = 0.0005;
 
 } // namespace

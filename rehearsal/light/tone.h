@@ -6,24 +6,24 @@
 #include <bit>
 #include <cstdint>
 
-/// From linear light to the colour that a screen shows it with: dim light is lifted as screens
-/// expect it, and bright light saturates. 1 is well lit.
+/// Tone mapping from linear light to screen colours: gamma brightens dim light, and bright light
+/// saturates. 1 is well lit.
 class Tone
 {
 public:
     Tone();
-    /// The colour of light of any finite amount, as QImage keeps it in RGB32.
+    /// The colour of any finite light, as a QImage RGB32 pixel.
     std::uint32_t operator()(Light light) const
     {
         light = light > darkest ? light : Light{} + darkest;
         light = light < brightest ? light : Light{} + brightest;
-        // Equal steps of a float's bits are even steps of its logarithm, near enough.
+        // Equal steps in a float's bits are nearly equal steps of its logarithm.
         const auto step = (std::bit_cast<Bits>(light) - firstBits) >> shift;
         return 0xff000000 | std::uint32_t(m_bytes[step[2]]) << 16
             | std::uint32_t(m_bytes[step[1]]) << 8 | m_bytes[step[0]];
     }
 
-    /// Less light shows as black.
+    /// Less light is shown as black.
     static constexpr float darkest = 1.0F / 2048;
     static constexpr float brightest = 16;
 

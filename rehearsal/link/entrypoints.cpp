@@ -1,7 +1,7 @@
 #include "hostlink.h"
 #include "rehearsal_export.h"
 
-// The functions that the game finds in the laser host's library.
+// The functions that the game resolves in the laser host's library.
 
 #define DECLARE_ENTRY_POINT(name, parameters, arguments) \
     extern "C" REHEARSAL_EXPORT std::int32_t name parameters;
@@ -57,7 +57,7 @@ std::int32_t ldbSendFrame(std::int32_t /*frameType*/, std::int32_t zone, std::in
     return host.sendFrame(zone, pointCount, points) ? 1 : 0;
 }
 
-// What the game never calls: there, because a library that lacks one of them is refused.
+// Never called by the game, but it refuses a library that lacks one of them.
 #define ANSWER_NEUTRALLY(name) \
     std::int32_t name()        \
     {                          \

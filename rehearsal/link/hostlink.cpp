@@ -76,7 +76,7 @@ void HostLink::lookForHost()
 {
     const std::unique_lock lock(m_looking, std::try_to_lock);
     if (!lock)
-        return; // another thread is at it
+        return; // another thread is looking already
     auto file = std::make_unique<MemoryFile>();
     if (!file->attach(memoryFilePath()) || !isHostAlive(*file->memory(), sharedNow()))
         return;

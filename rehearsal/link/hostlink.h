@@ -9,32 +9,31 @@
 #include <mutex>
 #include <vector>
 
-/// The way from the game to the rehearsal host. Every function may be called from any thread;
-/// sendFrame from one at a time.
+/// The game's connection to the rehearsal host. All functions may be called from any thread;
+/// sendFrame from one thread at a time.
 ///
-/// While the host is gone each isReady looks for its memory anew, because a host that comes back
-/// may have had to make a new file. Memory once found stays mapped until the library is given
-/// back: another thread may be reading it.
+/// While the host is gone, each isReady looks for its memory again, because a restarted host may
+/// have created a new file. Memory once found stays mapped until the library is unloaded, because
+/// another thread may be reading it.
 class HostLink
 {
 public:
     HostLink();
-    /// Opens the game's session with the host that is there.
+    /// Opens the game's session with the current host.
     void openSession();
-    /// Closes it and tells the host, unless another one has taken its place.
+    /// Closes the session and notifies the host, unless it has been replaced by another.
     void closeSession();
-    /// Whether a host is alive and ready, and not another one than that of the session: the one
-    /// that comes after knows nothing of what the game has switched. The only function that looks
-    /// for a host.
+    /// Whether a host is alive and ready, and still the one of the session: a new host does not
+    /// know what the game has switched. The only function that looks for a host.
     bool isReady();
     /// 0 without a host.
     std::int32_t build() const;
     /// 0 without a host.
     std::int32_t zoneCount() const;
-    /// False without a host. Switching off reaches the memory of a host that seems gone too: it
-    /// may only be slow.
+    /// False without a host. Switching off is also written to the memory of a host that seems gone,
+    /// because it may only be slow.
     bool switchOutput(bool on);
-    /// Whether the frame was taken. Points may be null when there are none of them.
+    /// Returns whether the frame was accepted. `points` may be null if pointCount is 0.
     bool sendFrame(std::int32_t zone, std::int32_t pointCount, const LdbPoint *points);
 
 private:

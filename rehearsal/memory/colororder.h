@@ -1,7 +1,7 @@
 #pragma once
 
-/// The parts of a colour number, from the highest down. The host's own library does not say which
-/// order it takes.
+/// The components of a packed colour, most significant first. The real host's library does not
+/// document which order it expects.
 enum class ColorOrder {
     RedGreenBlue,
     BlueGreenRed,

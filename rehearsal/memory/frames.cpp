@@ -4,11 +4,11 @@
 
 namespace {
 
-/// No writer is ahead by more; a number that is says nothing about frames.
+/// A frame number further ahead than this is corrupt.
 constexpr std::uint64_t believableLead = 1'000'000;
 
-/// The slot for the next frame, whose number is raised past a slot that the host is copying. Null
-/// when the host always gets to the next one first, which one of sound mind never does.
+/// The slot for the next frame; `number` skips a slot that the host is copying. Null if the host
+/// claims every slot in turn, which only a faulty host does.
 FrameSlot *claimSlot(ZoneRing &ring, std::uint64_t &number)
 {
     for (const std::uint64_t last = number + framesPerZone; number != last; ++number) {

@@ -45,7 +45,7 @@ std::optional<NotedCall> CallReader::take()
         const std::uint64_t next = m_last + 1;
         const auto call = copy(m_ring->slotOf(next), next);
         if (!call && m_unfinished != next) {
-            // Given up at the next look: the game may have been killed in the middle of it.
+            // Skipped if still incomplete next time: the game may have been killed while writing.
             m_unfinished = next;
             return std::nullopt;
         }

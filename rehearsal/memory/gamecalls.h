@@ -4,7 +4,7 @@
 
 #include <optional>
 
-/// A call of the game, as the host takes it from the memory.
+/// A call of the game, as the host reads it from shared memory.
 struct NotedCall
 {
     GameCall call;
@@ -12,22 +12,22 @@ struct NotedCall
     std::uint64_t process; ///< id of the game's process
 };
 
-/// Remembers a call. Never waits, never allocates, calls nothing of the system. From any thread.
+/// Stores a call. Never blocks, never allocates, makes no system calls. From any thread.
 void noteCall(SharedMemory &memory, const NotedCall &call);
 
-/// Takes the calls of the game, each once and in order. Calls that were written over before they
-/// could be taken are passed over. There is one reader.
+/// Reads the calls of the game, each once and in order. Calls that were overwritten before they
+/// were read are skipped. One reader only.
 class CallReader
 {
 public:
-    /// Starts behind the newest call. The ring must outlive it.
+    /// Starts after the newest call. The ring must outlive the reader.
     explicit CallReader(CallRing &ring);
 
-    /// The oldest call that is left; none if there is no more for now.
+    /// The oldest unread call, if any.
     std::optional<NotedCall> take();
 
 private:
     CallRing *m_ring;
-    std::uint64_t m_last; ///< number of the last call that was taken or passed over
-    std::uint64_t m_unfinished = 0; ///< number of the call that was incomplete at the last look
+    std::uint64_t m_last; ///< number of the last call read or skipped
+    std::uint64_t m_unfinished = 0; ///< number of the call found incomplete last time
 };

@@ -11,7 +11,7 @@ void openHost(SharedMemory &memory, const HostInfo &info, SharedTime now)
     HostHeader &header = memory.header;
     header.heartbeat.write(0);
     for (ZoneRing &ring : memory.zones)
-        ring.reading.write(0); // the one before may have been killed while it copied
+        ring.reading.write(0); // the previous host may have been killed while copying
     header.version.write(interfaceVersion);
     describeHost(memory, info);
     header.outputOn.write(0);
@@ -46,8 +46,8 @@ bool isHostAlive(const SharedMemory &memory, SharedTime now)
     const SharedTime last = header.heartbeat.read();
     if (last == 0)
         return false;
-    // Unsigned, so that a time of nonsense, or one of before the machine's last start, is old. A
-    // beat may be a little ahead of `now`, which was taken before it was read.
+    // Unsigned, so that a corrupt time, or one from before the last boot, counts as expired. A beat
+    // may be slightly later than `now`, which was read first.
     const std::uint64_t age = static_cast<std::uint64_t>(now) - static_cast<std::uint64_t>(last);
     constexpr std::uint64_t limit = std::chrono::nanoseconds(heartbeatLimit).count();
     return age + limit <= 2 * limit;

@@ -5,18 +5,18 @@
 #include <chrono>
 #include <cstdint>
 
-/// Nanoseconds of the machine's steady clock, which is the same in every process.
+/// Nanoseconds on the machine's steady clock, which all processes share.
 using SharedTime = std::int64_t;
 SharedTime sharedNow();
 
-/// How often a host gives a sign of life.
+/// Interval between a host's heartbeats.
 inline constexpr std::chrono::milliseconds heartbeatInterval{100};
-/// A host whose last sign of life is older counts as gone, be it killed or hung. The game, which
-/// asks once a second, then shows it within two. Shorter, and a host on a busy machine would seem
-/// gone in the middle of a rehearsal.
+/// A host whose last heartbeat is older counts as gone, whether killed or hung. The game polls once
+/// a second, so it shows the loss within two. A shorter limit would drop a live host on a busy
+/// machine.
 inline constexpr std::chrono::milliseconds heartbeatLimit{1000};
 
-/// What a host tells the game about itself.
+/// Properties of a host that the game can query.
 struct HostInfo
 {
     std::int32_t build = 1700;
@@ -26,26 +26,26 @@ struct HostInfo
 
 // By the host.
 
-/// Makes the memory that of a host which has just started, with output disabled, whatever was in
-/// it before.
+/// Initialises the memory for a host that has just started, with output disabled, whatever it held
+/// before.
 void openHost(SharedMemory &memory, const HostInfo &info, SharedTime now);
-/// Changes what a host tells about itself while it runs.
+/// Updates the properties of a running host.
 void describeHost(SharedMemory &memory, const HostInfo &info);
-/// A sign of life.
+/// Records a heartbeat.
 void beat(SharedMemory &memory, SharedTime now);
-/// Takes the leave at once, so that nobody waits for the heartbeat to grow old.
+/// Marks the host as gone at once, without waiting for its heartbeat to expire.
 void closeHost(SharedMemory &memory);
 
-// By the game. Whatever the memory holds, the answers are in their ranges.
+// By the game. Results are in range even if the memory is corrupt.
 
-/// Whether a host of this interface version is there and has given a sign of life of late.
+/// Whether a host of this interface version is there and its heartbeat has not expired.
 bool isHostAlive(const SharedMemory &memory, SharedTime now);
-/// Whether the host says that it is ready; asked of one that is alive.
+/// Whether the host reports that it is ready. Only meaningful if the host is alive.
 bool isHostReady(const SharedMemory &memory);
-/// Another number after every start of a host.
+/// Changes with every start of a host.
 std::uint32_t hostRun(const SharedMemory &memory);
 std::int32_t hostBuild(const SharedMemory &memory);
-/// 0 ... maxZones; a count out of range counts as none.
+/// 0 ... maxZones; a count out of range reads as 0.
 std::int32_t hostZoneCount(const SharedMemory &memory);
 
 // By both.

@@ -8,11 +8,11 @@
 #include <cstdint>
 #include <type_traits>
 
-// What lies in the memory that the rehearsal host and the library in the game share. It is one
-// file, mapped by both, so that its content means the same to two programs built apart.
+// Layout of the memory shared by the rehearsal host and the library in the game: one file, mapped
+// by both. The types have a fixed layout, because the two programs are built separately.
 
-/// A number in shared memory: plain in layout, atomic in use, free of locks. A reader that sees a
-/// written value sees also what was written before it.
+/// A number in shared memory: plain in layout, lock-free atomic in use, with acquire and release
+/// ordering.
 template <class T>
 class Shared
 {
@@ -20,12 +20,12 @@ public:
     T read() const { return load(std::memory_order_acquire); }
     void write(T value) { std::atomic_ref(m_value).store(value, std::memory_order_release); }
 
-    /// As read and write, and all of these happen in one order that everybody sees: of two who
-    /// write one number and then read the other's, at least one sees what the other wrote.
+    /// Sequentially consistent: if two processes each write one number and then read the other's,
+    /// at least one of them sees the other's write.
     T readInOrder() const { return load(std::memory_order_seq_cst); }
     void writeInOrder(T value) { std::atomic_ref(m_value).store(value, std::memory_order_seq_cst); }
 
-    /// Adds one and returns the sum; of several who do so at once each gets another one.
+    /// Atomically adds one and returns the new value.
     T increment() { return std::atomic_ref(m_value).fetch_add(1, std::memory_order_acq_rel) + 1; }
 
 private:
@@ -38,32 +38,31 @@ private:
     static_assert(std::atomic_ref<T>::is_always_lock_free);
 };
 
-/// Marks the memory as ours, written last by a starting host.
+/// Identifies the memory; a starting host writes it last.
 inline constexpr std::uint64_t memoryMagic = 0x4152'4845'5259'4c52; // "RLYREHRA"
-/// Counts up whenever anything below changes.
+/// Incremented whenever anything below changes.
 inline constexpr std::uint32_t interfaceVersion = 3;
-/// The most zones that a rehearsal host offers.
+/// The maximum number of zones of a rehearsal host.
 inline constexpr std::int32_t maxZones = 8;
-/// The frames that a zone remembers: at one frame every 9 ms the host may be late by 144 ms
-/// before it misses one.
+/// Frames kept per zone: at one frame every 9 ms the host can lag by 144 ms before it misses one.
 inline constexpr std::uint64_t framesPerZone = 16;
-/// The calls that are remembered. An operator makes a few in a minute.
+/// Number of calls kept. An operator makes a few per minute.
 inline constexpr std::uint64_t rememberedCalls = 64;
 
-/// What the host says of itself. The host alone writes it, but for `outputOn`.
+/// State of the host. Written by the host only, except for `outputOn`.
 struct HostHeader
 {
     Shared<std::uint64_t> magic; ///< memoryMagic
     Shared<std::uint32_t> version; ///< interfaceVersion
-    Shared<std::int32_t> build; ///< the build number that the host gives out
+    Shared<std::int32_t> build; ///< the host's build number
     Shared<std::int32_t> zoneCount; ///< 0 ... maxZones
-    Shared<std::uint32_t> ready; ///< 1 unless the host plays one that is still starting
+    Shared<std::uint32_t> ready; ///< 0 while the host pretends to be still starting
     Shared<std::uint32_t> outputOn; ///< 1 while laser output is enabled; the game switches it
-    Shared<std::uint32_t> run; ///< counts the hosts that started in this memory
-    Shared<std::int64_t> heartbeat; ///< SharedTime of the last sign of life, 0 = gone
+    Shared<std::uint32_t> run; ///< number of host starts in this memory
+    Shared<std::int64_t> heartbeat; ///< SharedTime of the last heartbeat, 0 = gone
 };
 
-/// What the game asks of the host, apart from showing frames.
+/// The game's calls to the host, other than frames.
 enum class GameCall : std::uint32_t {
     EnableOutput = 1,
     DisableOutput,
@@ -71,7 +70,7 @@ enum class GameCall : std::uint32_t {
     CloseSession,
 };
 
-/// One remembered call. Its number is 0 while it is being written.
+/// One stored call. Its number is 0 while it is being written.
 struct CallSlot
 {
     Shared<std::uint64_t> number; ///< counts the calls from 1
@@ -80,31 +79,31 @@ struct CallSlot
     Shared<GameCall> call;
 };
 
-/// The last calls of the game: call n is in slot n modulo rememberedCalls. The game alone writes
-/// it, from any of its threads.
+/// The game's latest calls: call n is in slot n modulo rememberedCalls. Written by the game only,
+/// from any thread.
 struct CallRing
 {
-    Shared<std::uint64_t> newest; ///< number of the last call that was begun, 0 = none yet
+    Shared<std::uint64_t> newest; ///< number of the last call begun, 0 = none yet
     std::array<CallSlot, rememberedCalls> calls;
 
     CallSlot &slotOf(std::uint64_t number) { return calls[number % rememberedCalls]; }
 };
 
-/// One remembered frame. Its number is 0 while it is being written.
+/// One stored frame. Its number is 0 while it is being written.
 struct FrameSlot
 {
-    Shared<std::uint64_t> number; ///< its place in the zone's ring
+    Shared<std::uint64_t> number; ///< its sequence number in the zone's ring
     Shared<std::uint64_t> sent; ///< counts the zone's frames from 1
     Shared<std::int64_t> sentAt; ///< SharedTime
     Shared<std::uint32_t> pointCount; ///< 0 ... ldbMaxPoints
     std::array<LdbPoint, ldbMaxPoints> points;
 };
 
-/// The last frames of one zone: frame n lies in slot n modulo framesPerZone. The game alone writes
-/// it, and only `reading` is the host's.
+/// The latest frames of one zone: frame n is in slot n modulo framesPerZone. Written by the game
+/// only, except for `reading`.
 ///
-/// The points are copied at full speed and by one side at a time: the host says which frame it
-/// copies, and the game passes over the slot of that one, and over its number.
+/// Points are copied without atomics, so only one side may access a slot at a time: the host
+/// announces the frame that it is copying, and the game skips that slot and its number.
 struct ZoneRing
 {
     Shared<std::uint64_t> newest; ///< number of the last complete frame, 0 = none yet
@@ -119,7 +118,7 @@ struct ZoneRing
     }
 };
 
-/// All of it. Its zeroed state is valid and says that there is no host.
+/// The whole shared memory. All zeros is valid and means that there is no host.
 struct SharedMemory
 {
     HostHeader header;

@@ -5,25 +5,25 @@
 #include <QFile>
 #include <QString>
 
-/// The environment variable that names the rehearsal, so that several can run side by side.
+/// The environment variable that names the rehearsal, so that several can run at once.
 inline constexpr char rehearsalVariable[] = "RALLYVANE_REHEARSAL";
 
-/// The file behind the shared memory of the rehearsal that the environment names; empty when the
-/// name has other characters than letters, digits, '.', '-' and '_'.
+/// Path of the shared memory file of the rehearsal that the environment names. Empty if the name
+/// has characters other than letters, digits, '.', '-' and '_'.
 ///
-/// It lies in the user's runtime folder where the system has one (in memory, gone with the
-/// session) and else in the folder for temporary files.
+/// The file is in the user's runtime folder if the system has one (in memory, removed with the
+/// session), otherwise in the folder for temporary files.
 QString memoryFilePath();
 
-/// The shared memory in this process, for as long as this object lives. The file stays: whoever
-/// is killed and comes back finds the other side where it was.
+/// Maps the shared memory into this process for the lifetime of this object. The file is not
+/// removed, so that a side that is killed and restarted finds the other one again.
 class MemoryFile
 {
 public:
-    /// Makes the file, or a file of something else, one of ours in size, and maps it. The room is
-    /// really taken, so that writing to it later cannot fail. By the host.
+    /// Creates or resizes the file and maps it. Its blocks are allocated up front, so that later
+    /// writes cannot fail. By the host.
     bool create(const QString &path);
-    /// Maps a file that is there already in its full size. By the game.
+    /// Maps an existing file of full size. By the game.
     bool attach(const QString &path);
     /// Why the last create or attach failed.
     QString errorString() const { return m_file.errorString(); }

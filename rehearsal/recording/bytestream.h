@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-// Numbers as recordings keep them: small ones in few bytes, least significant part first, seven
-// bits a byte; signed ones folded so that small negative ones are small too.
+// Variable-length numbers, seven bits per byte, least significant first. Signed numbers are
+// zigzag-encoded, so that small negative ones are short too.
 
 /// Appends values to bytes.
 class ByteWriter
@@ -19,15 +19,15 @@ public:
     void byte(std::uint8_t value) { m_bytes->append(static_cast<char>(value)); }
     void number(std::uint64_t value);
     void signedNumber(std::int64_t value);
-    /// A 32 bit value in four bytes.
+    /// A 32-bit value in four bytes.
     void word(std::uint32_t value);
 
 private:
     QByteArray *m_bytes;
 };
 
-/// Takes values from bytes. The first one that is not there, or is not what was asked for, makes
-/// the reader fail; from then on it gives zeros and its position stays.
+/// Reads values from bytes. The first missing or invalid value makes the reader fail: from then on
+/// it returns zeros and its position does not change.
 class ByteReader
 {
 public:
@@ -40,14 +40,14 @@ public:
     std::uint8_t byte();
     /// A number of at most `limit`.
     std::uint64_t number(std::uint64_t limit);
-    /// A number of at most `limit` in either direction.
+    /// A number from -limit to limit.
     std::int64_t signedNumber(std::int64_t limit);
     std::uint32_t word();
 
     void fail() { m_failed = true; }
     bool hasFailed() const { return m_failed; }
     bool atEnd() const { return m_position == m_bytes.size(); }
-    /// The offset of the next value, or of the one at which the reader failed.
+    /// The offset of the next value, or of the one that made the reader fail.
     qsizetype position() const { return m_position; }
 
 private:

@@ -7,10 +7,10 @@
 #include <optional>
 #include <span>
 
-/// Something that happened in a show, apart from frames.
+/// An event of a show, other than a frame.
 struct Event
 {
-    /// The numbers are those in recordings: new kinds go to the end.
+    /// The values are stored in recordings: append new kinds.
     enum Kind : std::uint8_t {
         HostStarted, ///< with output disabled
         OutputEnabled,
@@ -24,18 +24,18 @@ struct Event
 
     Kind kind;
     SharedTime at;
-    std::uint64_t process = 0; ///< the game's process id, of sessions and their end
+    std::uint64_t process = 0; ///< the game's process id, for events of a session
 
     bool operator==(const Event &) const = default;
 };
 
-/// Whether output is enabled after the event; none if it says nothing about it.
+/// Whether output is enabled after the event; none if the event does not change it.
 std::optional<bool> outputAfter(const Event &event);
 
-/// Whether a point emits light: it has a colour, is not blanked travel and lies somewhere.
+/// Whether a point emits light: it has a colour, finite coordinates and is not blanked travel.
 bool isLit(const LdbPoint &point);
 /// Whether any point emits light.
 bool isLit(std::span<const LdbPoint> points);
 
-/// A time as reports and dumps write it: milliseconds with three decimals.
+/// A time in the format of reports and dumps: milliseconds with three decimals.
 QByteArray inMilliseconds(SharedTime time);

@@ -8,17 +8,17 @@
 
 namespace {
 
-/// What a point has of its own; the rest is that of the point before.
+/// The parts of a point that are stored; the others equal those of the point before.
 enum Part : std::uint8_t {
-    Place = 1, ///< whole coordinates, as the way from the point before
-    RawPlace = 2, ///< coordinates of any other kind, bit by bit
+    Place = 1, ///< integral coordinates, as the difference from the point before
+    RawPlace = 2, ///< any other coordinates, as raw bits
     Color = 4,
     Flags = 8,
     Rest = 16, ///< z and the reserved bytes
     AllParts = 31,
 };
 
-/// Below it every whole number is a float.
+/// Up to this, a float represents every integer exactly.
 constexpr std::int64_t wholeLimit = 1 << 24;
 
 bool equal(const LdbPoint &a, const LdbPoint &b)
@@ -31,7 +31,7 @@ bool equalBits(float a, float b)
     return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
 }
 
-/// The whole number that a coordinate is to the bit; -0.0 is none.
+/// The integer that a coordinate represents exactly, if any; -0.0 is none.
 std::optional<std::int64_t> wholeOf(float value)
 {
     if (!(std::abs(value) <= float(wholeLimit)))

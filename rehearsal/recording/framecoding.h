@@ -5,13 +5,13 @@
 
 #include <vector>
 
-// The points of a frame in few bytes, and every bit of them: what equals the frame before is
-// counted, and of other points only what differs from the point before is kept.
+// Compact, lossless coding of a frame's points: runs equal to the previous frame are stored as
+// counts, other points as differences from the point before.
 
-/// Appends the points, told apart from `previous`, the points of the frame before.
+/// Appends the points, coded relative to `previous`, the points of the frame before.
 void writePoints(
     ByteWriter &to, const std::vector<LdbPoint> &points, const std::vector<LdbPoint> &previous);
 
-/// Takes points into `points`, which holds those of the frame before. The reader fails, and the
-/// points are any, if they are not as writePoints makes them.
+/// Reads points into `points`, which must hold those of the frame before. On invalid data the
+/// reader fails and `points` is unspecified.
 void readPoints(ByteReader &from, std::vector<LdbPoint> &points);

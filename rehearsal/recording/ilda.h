@@ -5,10 +5,10 @@
 
 class QIODevice;
 
-/// The most frames that an ILDA file can hold: it counts them in 16 bits.
+/// The maximum number of frames in an ILDA file, which has a 16-bit frame count.
 inline constexpr qsizetype mostIldaFrames = 65'535;
 
-/// One frame of an ILDA Image Data Transfer Format file: its header and its points.
+/// Header fields of a frame in an ILDA Image Data Transfer Format file.
 struct IldaFrame
 {
     int number; ///< from 0
@@ -16,18 +16,18 @@ struct IldaFrame
     int projector; ///< 0 ... 255
 };
 
-/// A section of format 5 (two dimensions, true colour). Points without light get the blanking bit,
-/// which overrides their colour, and keep it. A frame without points becomes one blanked point,
-/// because a section without any ends the file. Places are rounded and bounded to 16 bits; a point
-/// that is nowhere (NaN, infinite) is blanked in the place of the one before.
+/// A section of format 5 (2D, true colour). Dark points keep their colour and get the blanking bit,
+/// which overrides it. An empty frame becomes one blanked point, because an empty section ends the
+/// file. Coordinates are rounded and clamped to 16 bits; a point with a non-finite coordinate is
+/// blanked at the position of the one before.
 QByteArray ildaSection(
     const std::vector<LdbPoint> &points, const IldaFrame &frame, ColorOrder order);
-/// The section without points that ends a file.
+/// The empty section that ends a file.
 QByteArray ildaEnd();
 
-/// Writes the frames of a zone, as the game sent them, to one file or several: "show.ild",
-/// "show-2.ild" and so on, each full but for the last. The format holds no times. The projector
-/// number is the zone. Returns the files; none, and the reason in `problem`, when one cannot be
+/// Writes the frames of a zone, as the game sent them, to one or more files: "show.ild",
+/// "show-2.ild" and so on, all full except the last. The format has no timestamps. The projector
+/// number is the zone. Returns the files; none, with the reason in `problem`, if one cannot be
 /// written or the zone has no frames.
 QStringList exportIlda(Recording &recording, int zone, ColorOrder order, const QString &path,
     QString &problem, qsizetype framesPerFile = mostIldaFrames);

@@ -36,7 +36,7 @@ void Playback::advance(std::chrono::nanoseconds elapsed)
 bool Playback::step(int direction)
 {
     m_paused = true;
-    // Back from the last frame that has happened; what is there is the one before it.
+    // Backwards, the first frame found is the current one, so look for a second.
     qsizetype index = direction > 0 ? m_next : m_next - 1;
     for (int frames = direction > 0 ? 1 : 2;
          index >= 0 && index<m_recording->size(); index += direction> 0 ? 1 : -1) {
@@ -72,7 +72,7 @@ const Frame *Playback::frame(int zone)
     return next == frames.begin() ? nullptr : &m_recording->frame(*(next - 1));
 }
 
-/// Makes `next` the first record that is still to come.
+/// Makes `next` the first record after the current position.
 void Playback::goTo(qsizetype next)
 {
     m_next = next;

@@ -10,35 +10,36 @@
 class ByteWriter;
 
 /// Writes a show to a file: every frame that the host receives and every event, with its time in
-/// microseconds since the host started. The file can be read while it grows, and what is in it when
-/// the host is killed stays readable. See Recording for reading it.
+/// microseconds since the host started. The file can be read while it grows and stays readable if
+/// the host is killed. Recording reads it.
 ///
 /// The file begins with recordingMagic and recordingVersion (one byte). Records follow: a type (one
 /// byte), the length of the content (a number as ByteWriter writes it), the content, and the
-/// checksum of all that (CRC-16 of ISO 3309, two bytes, low one first). Contents:
+/// checksum of all three (CRC-16 of ISO 3309, two bytes, little-endian). Contents:
 ///
 ///     WholeFrame, ChangedFrame   time, zone, frames missed before it, points
 ///     Happening                  time, kind, process id
 ///     End                        number of records before it
 ///
-/// A time counts from the record before. A changed frame is told apart from the frame before in its
-/// zone; a whole one stands alone, and every wholeFrameInterval-th frame of a zone is one.
+/// Times are relative to the record before. A changed frame is coded relative to the previous frame
+/// of its zone; a whole frame is self-contained. Every wholeFrameInterval-th frame of a zone is
+/// whole.
 class Recorder
 {
 public:
-    /// Makes the file anew. False when it cannot be written.
+    /// Creates or overwrites the file. False if it cannot be written.
     bool open(const QString &path);
     bool isOpen() const { return m_file.isOpen(); }
     QString errorString() const { return m_file.errorString(); }
 
-    // These do nothing while no file is open.
-    /// Begins with the time from which all others count.
+    // The functions below do nothing while no file is open.
+    /// Begins the recording; all times count from `start`.
     void begin(SharedTime start);
     void write(const Event &event);
     void write(int zone, const Frame &frame);
-    /// Hands what has been written to the system, whole records at a time.
+    /// Writes the buffered records to the file; only whole records are written.
     void flush();
-    /// Marks the recording as complete and closes it. False when any of it could not be written.
+    /// Marks the recording as complete and closes it. False if any write has failed.
     bool finish();
 
 private:
@@ -58,6 +59,6 @@ private:
     std::array<Zone, maxZones> m_zones;
     std::uint64_t m_records = 0;
     SharedTime m_start = 0;
-    SharedTime m_last = 0; ///< microseconds of the record before
+    SharedTime m_last = 0; ///< time of the record before, in microseconds
     bool m_failed = false;
 };

@@ -17,7 +17,7 @@ QString tr(const char *text)
     return QCoreApplication::translate("Recording", text);
 }
 
-/// Takes what comes before the points of a frame; the zone first.
+/// Reads the zone and the count of missed frames, which precede the points.
 std::uint64_t readHead(ByteReader &from, int &zone)
 {
     zone = from.byte();
@@ -91,12 +91,12 @@ bool Recording::readAll()
     }
     ByteReader from(m_bytes, magicSize);
     if (from.byte() != recordingVersion)
-        return damaged(magicSize, tr("a recording of another version"));
+        return damaged(magicSize, tr("this recording has another version"));
     while (!from.atEnd() && !m_complete) {
         if (!readRecord(from))
             return false;
     }
-    return from.atEnd() || damaged(from.position(), tr("there is something after the end"));
+    return from.atEnd() || damaged(from.position(), tr("there is data after the end"));
 }
 
 bool Recording::readRecord(ByteReader &from)
@@ -108,17 +108,17 @@ bool Recording::readRecord(ByteReader &from)
     const qsizetype content = from.position();
     constexpr qsizetype sumSize = 2;
     if (from.hasFailed() || m_bytes.size() - content < length + sumSize)
-        return damaged(start, tr("the record that begins there is cut short"));
+        return damaged(start, tr("the record that begins here is truncated"));
     const qsizetype end = content + length;
     ByteReader sum(m_bytes, end);
     const unsigned low = sum.byte();
     if ((low | static_cast<unsigned>(sum.byte()) << 8U)
         != qChecksum(QByteArrayView(m_bytes).sliced(start, end - start)))
-        return damaged(start, tr("the checksum of the record that begins there is wrong"));
+        return damaged(start, tr("the record that begins here has a wrong checksum"));
 
     ByteReader in(QByteArrayView(m_bytes).first(end), content);
     if (!readContent(type, in) || in.hasFailed() || !in.atEnd())
-        return damaged(in.position(), tr("the content of a record is invalid"));
+        return damaged(in.position(), tr("a record has invalid content"));
     from = ByteReader(m_bytes, end + sumSize);
     return true;
 }
@@ -150,7 +150,8 @@ bool Recording::readContent(std::uint8_t type, ByteReader &from)
     return true;
 }
 
-/// Takes a frame after its time, the one before it in place, and returns its zone.
+/// Reads a frame from after its time and returns its zone, whose `frame` must hold the previous
+/// one.
 int Recording::readFrame(ByteReader &from, bool whole)
 {
     int zone = 0;

@@ -11,9 +11,9 @@
 
 class ByteReader;
 
-/// A show that was recorded, held in memory as it lies in its file. Every byte is checked when it
-/// is opened, so that what it gives out afterwards is whole and in range, whatever the file holds.
-/// Times count from the start of the host, in nanoseconds.
+/// A recorded show, held in memory in its file format. Every byte is checked on opening, so that
+/// everything it returns is valid, whatever the file holds. Times are nanoseconds since the host
+/// started.
 class Recording
 {
 public:
@@ -24,21 +24,21 @@ public:
         bool isFrame() const { return zone >= 0; }
     };
 
-    /// Reads a file. False when there is none, or when it is damaged or no recording: `problem`
-    /// then names the first byte that is wrong, and what comes before it can be used.
+    /// Reads a file. False if it is missing, damaged or not a recording: `problem` then names the
+    /// first wrong byte, and everything before it can be used.
     bool open(const QString &path);
     /// As open, from bytes.
     bool read(const QByteArray &bytes);
     QString problem() const { return m_problem; }
-    /// Whether it has its end; a host that was killed leaves a recording without.
+    /// Whether it has an end record; a host that was killed writes none.
     bool isComplete() const { return m_complete; }
 
     /// Frames and events in the order in which the host received them.
     qsizetype size() const { return qsizetype(m_records.size()); }
     Entry entry(qsizetype index) const;
-    /// The event at an index that has one.
+    /// The event at an index, which must be that of an event.
     Event event(qsizetype index) const;
-    /// The frame at an index that has one. Fast when the next one of a zone is asked for.
+    /// The frame at an index, which must be that of a frame. Fast for the next frame of a zone.
     const Frame &frame(qsizetype index);
     /// The indexes of a zone's frames, ascending.
     const std::vector<qsizetype> &framesOf(int zone) const
@@ -50,15 +50,15 @@ private:
     struct Record
     {
         SharedTime at;
-        qsizetype content; ///< offset of what follows the time
+        qsizetype content; ///< offset of the content after the time
         std::int8_t zone; ///< -1 for an event
-        bool whole; ///< a frame that can be read without the one before
+        bool whole; ///< a frame that does not depend on the one before
     };
     struct Zone
     {
         std::vector<qsizetype> frames;
         Frame frame;
-        qsizetype held = -1; ///< index of the record that `frame` is; -1 = none
+        qsizetype held = -1; ///< index of the record decoded in `frame`; -1 = none
     };
 
     bool readAll();

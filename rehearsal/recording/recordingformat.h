@@ -4,11 +4,11 @@
 
 #include <cstdint>
 
-// What the writer and the reader of recordings have in common; Recorder describes the whole.
+// Constants shared by the writer and the reader of recordings; Recorder describes the format.
 
-inline constexpr char recordingMagic[] = "RALLYREC"; // without its final zero
+inline constexpr char recordingMagic[] = "RALLYREC"; // without its terminating NUL
 inline constexpr qsizetype magicSize = sizeof recordingMagic - 1;
-/// Counts up whenever the format changes.
+/// Incremented whenever the format changes.
 inline constexpr std::uint8_t recordingVersion = 1;
 
 enum class RecordType : std::uint8_t {
@@ -18,9 +18,9 @@ enum class RecordType : std::uint8_t {
     End = 'E',
 };
 
-/// How many frames of a zone a reader may have to decode to get at one.
+/// The most frames of a zone that a reader has to decode to reach one of them.
 inline constexpr int wholeFrameInterval = 128;
-/// Times beyond are no times of a show: about 35 years, in microseconds.
+/// Longer times are invalid: about 35 years, in microseconds.
 inline constexpr std::int64_t longestShow = std::int64_t(1) << 50;
-/// More missed frames say nothing about frames.
+/// A larger count of missed frames is invalid.
 inline constexpr std::uint64_t mostMissed = 1'000'000;

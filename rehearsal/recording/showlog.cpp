@@ -5,7 +5,7 @@
 
 namespace {
 
-/// More are counted and not listed: a game that flickers may not fill the memory.
+/// Further events are counted but not listed, so that a flickering game cannot fill the memory.
 constexpr std::size_t longestList = 10'000;
 
 QByteArray nameOf(int zone)
@@ -99,14 +99,14 @@ bool ShowLog::showsLight(int zone) const
 QByteArray ShowLog::report() const
 {
     QByteArray text = "Rehearsal report: times in milliseconds since the host started.\n"
-                      "A zone shows its last frame until the next one comes or output is "
+                      "A zone repeats its last frame until it gets another or output is "
                       "disabled.\n\nEvents\n";
     std::vector<Line> lines = m_lines;
     std::ranges::stable_sort(lines, {}, &Line::at);
     for (const Line &line : lines)
         text += rowOf(line.at, line.text);
     if (m_lines.size() == longestList)
-        text += "The list is full; later events are not in it.\n";
+        text += "The list is full; later events are not shown.\n";
 
     text += "\nEndings\n";
     std::vector<Ending> endings = m_endings;
@@ -151,7 +151,7 @@ void ShowLog::addEnding(SharedTime at, const QByteArray &text, int zone)
     m_endings.push_back(std::move(ending));
 }
 
-/// Notices zones whose frames have stopped with a lit one.
+/// Detects zones whose frames have stopped with a lit one.
 void ShowLog::lookForLeftZones(SharedTime now)
 {
     for (int zone = 0; zone < maxZones; ++zone) {

@@ -9,20 +9,19 @@
 #include <optional>
 #include <vector>
 
-/// The proof of darkness: lists what happened in a show and tells, for each way in which it can
-/// end, whether and when each zone was dark.
+/// Lists the events of a show and reports, for every ending, whether and when each zone went dark.
 ///
-/// A projector repeats its last frame until it is told otherwise. So a zone shows light while
-/// output is enabled and the zone's last frame has a lit point, however long ago it came. What ends
-/// a show: output disabled, the session closed, the game gone, a dark frame after lit ones, and
-/// frames that stop with a lit one.
+/// A projector repeats its last frame until it gets another. A zone therefore shows light while
+/// output is enabled and its last frame has a lit point, however old that frame is. Endings are:
+/// output disabled, session closed, game gone, a dark frame after lit ones, and frames that stop
+/// with a lit one.
 ///
-/// Times are those of the events and frames, in the order in which they are noted, and count from
-/// the start of the host. They are kept in whole microseconds, as recordings keep them.
+/// Events and frames must be noted in the order of their times. Times count from the start of the
+/// host, in whole microseconds as in recordings.
 class ShowLog
 {
 public:
-    /// A zone whose frames stop for longer counts as left.
+    /// If frames stop for longer, they count as ended.
     static constexpr SharedTime longestPause = 1'000'000'000;
 
     explicit ShowLog(SharedTime start = 0);
@@ -32,7 +31,7 @@ public:
 
     /// Whether the zone shows light now.
     bool showsLight(int zone) const;
-    /// The list, the endings and the figures of each zone as text, in lines.
+    /// The events, the endings and the figures of each zone, as lines of text.
     QByteArray report() const;
 
 private:
@@ -47,15 +46,15 @@ private:
         SharedTime lightChangedAt = 0; ///< when light last began or ended
         bool lit = false; ///< its last frame has a lit point
         bool showsLight = false;
-        bool left = false; ///< its frames have stopped with a lit one
-        std::vector<std::size_t> litEndings; ///< indexes of the endings that left it lit until now
+        bool left = false; ///< its frames stopped with a lit one
+        std::vector<std::size_t> litEndings; ///< indexes of the endings since which it has been lit
     };
     struct Line
     {
         SharedTime at;
         QByteArray text;
     };
-    /// An ending as one zone saw it.
+    /// An ending, for one zone.
     struct Ending
     {
         SharedTime at;

@@ -78,7 +78,7 @@ void ShowPlayer::advance(std::chrono::nanoseconds elapsed)
     giveOut(before);
 }
 
-/// Every record from an index to the present one.
+/// Emits every record from an index to the current one.
 void ShowPlayer::giveOut(qsizetype from)
 {
     for (qsizetype i = from; i < m_playback->passed(); ++i) {
@@ -91,7 +91,7 @@ void ShowPlayer::giveOut(qsizetype from)
     finish();
 }
 
-/// What each zone shows now.
+/// Emits the current frame of each zone.
 void ShowPlayer::giveOutMoment()
 {
     for (int zone = 0; zone < maxZones; ++zone) {

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-/// Shows a recording as time passes, with the signals of a host: whoever shows one shows the other.
+/// Plays a recording in real time, with the same signals as a live host.
 class ShowPlayer : public QObject
 {
     Q_OBJECT
@@ -16,28 +16,28 @@ class ShowPlayer : public QObject
 public:
     explicit ShowPlayer(QObject *parent = nullptr);
 
-    /// Opens a recording at its beginning, paused. False when it is damaged or none, `problem` says
-    /// why; what can be read of it is opened all the same.
+    /// Opens a recording at its beginning, paused. False if it is damaged or not a recording, with
+    /// the reason in `problem`; its readable part is opened all the same.
     bool open(const QString &path);
     QString problem() const { return m_recording.problem(); }
-    /// Where it is; null until something was opened.
+    /// The current position; null until a recording was opened.
     const Playback *playback() const { return m_playback.get(); }
 
     void play();
     void pause();
     void setSpeed(double speed);
-    /// To the next frame of any zone, or with -1 to the one before.
+    /// Goes to the next frame of any zone, or with -1 to the previous one.
     void step(int direction);
     void seek(SharedTime time);
-    /// Lets real time pass, which a timer does while it plays.
+    /// Advances by `elapsed` real time. A timer calls this during playback.
     void advance(std::chrono::nanoseconds elapsed);
 
 signals:
-    /// A frame that has passed, or, after a step back or a leap, the one that a zone shows now; an
-    /// empty one if there was none yet.
+    /// A frame that was played or, after a step back or a seek, the current frame of a zone (empty
+    /// if it has had none yet).
     void frameReceived(int zone, const Frame &frame);
     void outputSwitched(bool on);
-    /// The position or the state has changed, and all that belongs to it has been given out.
+    /// The position or the state has changed; all signals that belong to it have been emitted.
     void received();
 
 private:

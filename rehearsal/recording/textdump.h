@@ -16,8 +16,8 @@ class QIODevice;
 ///     gone 9000.000
 ///     ended 9500.000
 ///
-/// "frame": the time at which the game sent it, the zone (from 0), the number of points, the number
-/// of frames missed before it; with `points`, one line for each point follows: x, y, z, colour in
-/// six hexadecimal digits, flags. "opened" names the game's process. Times are milliseconds since
-/// the host started. False when it cannot be written.
+/// "frame": the time at which the game sent it, the zone (from 0), the number of points, and the
+/// number of frames missed before it; with `points`, one line per point follows: x, y, z, colour in
+/// six hexadecimal digits, flags. "opened" gives the game's process id. Times are milliseconds
+/// since the host started. False if it cannot be written.
 bool dump(Recording &recording, bool points, QIODevice &to);

@@ -1,5 +1,4 @@
 #pragma once
 
-/// How often this thread has asked for memory since it started, in what way ever this build can
-/// count it.
+/// The number of memory allocations of this thread so far, as far as this build can count them.
 long allocations();

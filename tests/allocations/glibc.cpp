@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-// What is counted is malloc itself, which operator new and Qt's containers end in. The C library
-// keeps its own under these names for those who replace it.
+// Counts calls of malloc itself, which operator new and Qt's containers end in. glibc exports its
+// own implementation under these names for programs that replace it.
 
 namespace {
 

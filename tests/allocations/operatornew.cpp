@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <new>
 
-// What is counted is operator new: everywhere, but not what Qt's containers take from malloc.
+// Counts calls of operator new. Portable, but misses the malloc calls of Qt's containers.
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-// What is counted is malloc, of which a sanitizer has its own and tells those who ask.
+// Counts malloc calls through the hooks of the sanitizer, which replaces malloc.
 
-// Declared here because not every compiler brings the sanitizers' header.
+// Declared here because not every compiler ships the sanitizers' header.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's own name
 extern "C" int __sanitizer_install_malloc_and_free_hooks(
     void (*allocated)(const volatile void *, std::size_t), void (*freed)(const volatile void *));

@@ -1,14 +1,14 @@
-// The program as it is, except that its window closes by itself, its message boxes answer
-// themselves, and update server and name lookups are those of a test. The environment says how:
+// The real program, except that its window closes by itself, its message boxes answer themselves,
+// and the update server and name lookups are replaced. Environment variables control this:
 //
-//   ENDING_SERVER        the update server, a name with or without a port
-//   ENDING_CERTIFICATE   the file of the only certificate to trust
-//   ENDING_LOOKUP        "hangs": no name lookup ever returns
-//   ENDING_DELAY         how long the first load is held up before its update check, in ms
-//   ENDING_ANSWER        how long a message box waits for its answer, in ms
-//   ENDING_CLOSE         when the window closes, in ms after it was shown; never if empty
+//   ENDING_SERVER        the update server, a host name with or without a port
+//   ENDING_CERTIFICATE   the file with the only trusted certificate
+//   ENDING_LOOKUP        "hangs": name lookups never return
+//   ENDING_DELAY         delay in ms of the first load, before its update check
+//   ENDING_ANSWER        delay in ms before a message box is answered
+//   ENDING_CLOSE         when to close the window, in ms after it was shown; never if empty
 //
-// "closed" on the standard output reports that the window closes.
+// Prints "closed" on standard output when the window closes.
 
 #include "updatehost.h"
 
@@ -29,7 +29,7 @@
 
 namespace {
 
-/// Looks at what is shown and closed from outside the program's own code.
+/// Watches windows being shown and closed, without changes to the program's own code.
 class Operator : public QObject
 {
 public:
@@ -59,8 +59,8 @@ private:
         }
     }
 
-    /// With 0 ms it happens in the first event processing of the first load, which is posted
-    /// already.
+    /// With 0 ms the window closes when the first load, which is already posted, first processes
+    /// events.
     static void closeLater(QMainWindow *window)
     {
         bool given = false;
@@ -89,7 +89,7 @@ QString updateHost()
     return qEnvironmentVariable("ENDING_SERVER");
 }
 
-/// Takes precedence over the system's for every library of the process.
+/// Overrides the system's function for every library of the process.
 extern "C" __attribute__((visibility("default"))) int getaddrinfo(
     const char *name, const char *service, const addrinfo *hints, addrinfo **result)
 {

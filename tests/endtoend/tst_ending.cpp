@@ -1,7 +1,9 @@
-// The program always ends with its window, and at once: the real program, closed at every moment of
-// its start, with every kind of update server, with and without the host's library.
+// The program always exits promptly when its window closes. Runs the real program and closes it at
+// various moments of its startup, with every kind of update server, with and without the host's
+// library.
 //
-// ENDING_ROUNDS repeats each row, adds moments and allows one second; see tests/endtoend/ending.
+// ENDING_ROUNDS repeats each row, adds moments and limits each exit to one second; see
+// tests/endtoend/ending.
 
 #include "updatecase.h"
 
@@ -30,10 +32,10 @@ constexpr std::pair<Server, const char *> servers[] = {
     {Offering, "a server with an update"},
 };
 
-/// When the window is closed, in milliseconds after it was shown; `never` leaves it to the program.
+/// In place of a closing time: the program closes the window itself.
 constexpr int never = -1;
 
-/// A machine that is busy may take long for any step, but a lookup that hangs takes for ever.
+/// In milliseconds. Enough for any step on a busy machine, while a hanging lookup takes for ever.
 constexpr qint64 patience = 30'000;
 
 } // namespace
@@ -53,10 +55,10 @@ private:
         const QString &program, Server server, int close, int delay, int answer);
 
     const int rounds = std::max(1, qEnvironmentVariableIntValue("ENDING_ROUNDS"));
-    QTemporaryDir folder; ///< of a program without the host's library, and of the certificate
+    QTemporaryDir folder; ///< holds the certificate and a program without the host's library
     std::optional<HttpsServer> website;
     QTcpServer mute;
-    quint16 closedPort = 0; ///< where no server listens
+    quint16 closedPort = 0; ///< without a server
 };
 
 void tst_Ending::initTestCase()
@@ -98,8 +100,8 @@ QString tst_Ending::serverName(Server server)
     return {};
 }
 
-/// Runs a program until it has ended. Returns the milliseconds from its window's closing on, or
-/// nothing if it did not end or not well.
+/// Runs a program until it exits. Returns the milliseconds since its window closed; nothing if it
+/// did not exit or failed.
 std::optional<qint64> tst_Ending::end(
     const QString &program, Server server, int close, int delay, int answer)
 {
@@ -144,10 +146,10 @@ void tst_Ending::the_program_ends_with_its_window_data()
     QTest::addColumn<int>("close");
     QTest::addColumn<int>("delay");
     QTest::addColumn<int>("answer");
-    // Inside the first load; in the download or soon after it; when all is done.
+    // During the first load; during or just after the download; when everything is done.
     const QList<int> moments = rounds > 1 ? QList{0, 30, 150, 400} : QList{0, 150};
-    // The box about the library, which closes the window itself, comes after 100 ms. A late first
-    // load has it come up as soon as the download processes events.
+    // The message box about the library, which closes the window itself, is shown after 100 ms. If
+    // the first load is late, it is shown as soon as the download processes events.
     const QList<int> momentsWithoutLibrary = rounds > 1 ? QList{0, 120} : QList{0};
     for (const auto &[server, name] : servers) {
         for (const int close : moments)
@@ -179,10 +181,10 @@ void tst_Ending::the_program_ends_with_its_window()
     for (int round = 0; round < rounds; ++round) {
         const std::optional<qint64> time =
             end(bin + "/endingprogram"_L1, server, close, delay, answer);
-        QVERIFY2(time, "It did not end.");
+        QVERIFY2(time, "It did not exit.");
         longest = std::max(longest, *time);
     }
-    qInfo("%d of %d ended, the last within %lld ms", rounds, rounds, longest);
+    qInfo("%d of %d ended, the slowest within %lld ms", rounds, rounds, longest);
     if (rounds > 1)
         QVERIFY2(longest < 1000, qPrintable(QString::number(longest)));
 }

@@ -6,11 +6,11 @@
 #include <mutex>
 #include <utility>
 
-/// Takes the debug lines of this process, from every thread, until it is destroyed. One at a time.
+/// Captures the debug lines of this process, from all threads, until destroyed. One at a time.
 class DebugLines
 {
 public:
-    /// Warnings and worse are taken too, or still go to where they went before.
+    /// Whether warnings and worse are captured too, or passed on to the previous handler.
     enum Kind { AllLines, DebugOnly };
 
     explicit DebugLines(Kind kind = AllLines)

@@ -14,7 +14,7 @@ void run(const std::function<void()> &scripted)
         scripted();
 }
 
-// The functions that do more than be recorded.
+// The functions that do more than record the call.
 
 std::int32_t answer(const char *name)
 {

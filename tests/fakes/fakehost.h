@@ -10,8 +10,8 @@
 #include <functional>
 #include <mutex>
 
-/// A laser host in this process, in place of the system's loading of libraries: it answers as
-/// scripted and records every call in order. Its members may be used from any thread.
+/// A laser host in this process that replaces the system's functions for loading libraries. It
+/// answers as scripted and records every call in order. Members may be used from any thread.
 class FakeHost
 {
 public:
@@ -21,7 +21,7 @@ public:
         QList<LdbPoint> points;
     };
 
-    /// Becomes the host of this process until it is destroyed. One at a time.
+    /// Is the host of this process until destroyed. One at a time.
     FakeHost();
     ~FakeHost();
     FakeHost(const FakeHost &) = delete;
@@ -29,7 +29,7 @@ public:
 
     // The script.
     bool installed = true; ///< whether the library can be loaded at all
-    QByteArray missingEntryPoint; ///< the name of a function that the library lacks
+    QByteArray missingEntryPoint; ///< name of a function that the library lacks
     std::atomic<qint32> ready = 1; ///< the answer of ldbBeyondExeReady
     std::function<void()> onReady; ///< runs inside ldbBeyondExeReady, before it answers
     std::atomic<qint32> build = 1700;
@@ -40,14 +40,14 @@ public:
     std::function<void()> onSendFrame; ///< runs inside ldbSendFrame, to stall it for example
 
     // The record.
-    /// Without it frames are only counted, and then a frame allocates nothing.
+    /// If false, frames are only counted, without allocating.
     std::atomic<bool> recording = true;
     /// Every call since the last take: "LoadLibrary BEYONDIOx64.dll", "ldbCreate",
     /// "ldbSendFrame 2 0 0 SingleZone 175 points null 100 -1", "FreeLibrary".
     QStringList takeCalls();
     /// The frames sent since the last take.
     QList<Frame> takeFrames();
-    /// The names of the functions asked for, in order.
+    /// The resolved names, in order.
     QStringList takeResolved();
     std::atomic<int> framesSent = 0;
     std::atomic<bool> loaded = false;

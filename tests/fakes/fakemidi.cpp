@@ -9,7 +9,7 @@
 namespace {
 
 FakeMidi *midiSystem = nullptr;
-std::uintptr_t lastHandle = 0; // none is given twice, not even by two systems
+std::uintptr_t lastHandle = 0; // handles are never reused, not even by another FakeMidi
 
 using MidiInCallback = void(CALLBACK *)(HMIDIIN, UINT, DWORD_PTR, DWORD_PTR, DWORD_PTR);
 
@@ -123,7 +123,7 @@ int FakeMidi::deliver(
         if (input.device != index || !receives(input))
             continue;
         const auto call = [&] {
-            // NOLINTNEXTLINE(performance-no-int-to-ptr): so Windows has functions handed over
+            // NOLINTNEXTLINE(performance-no-int-to-ptr): how Windows passes callbacks
             reinterpret_cast<MidiInCallback>(input.callback)(
                 input.handle, message, input.instance, parameter1, timeStamp);
         };

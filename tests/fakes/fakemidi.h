@@ -9,10 +9,10 @@
 #include <functional>
 #include <mutex>
 
-/// The MIDI system of this process, in place of the real one: it has the devices of the script,
-/// answers as scripted, and records every call in order. Without one there are no devices.
+/// Replaces the MIDI system of this process: it has the scripted devices, answers as scripted and
+/// records every call in order. Without a FakeMidi there are no devices.
 ///
-/// Script it and call it from the test's thread; only takeCalls may come from any.
+/// To be used from the test's thread; only takeCalls may be called from any thread.
 class FakeMidi
 {
 public:
@@ -21,47 +21,46 @@ public:
         QString name;
         MMRESULT openResult = MMSYSERR_NOERROR;
         MMRESULT startResult = MMSYSERR_NOERROR;
-        MMRESULT capsResult = MMSYSERR_NOERROR; ///< a failure leaves a name of no device
+        MMRESULT capsResult = MMSYSERR_NOERROR; ///< on failure the returned name is garbage
     };
 
-    /// Becomes the MIDI system of this process until it is destroyed. One at a time. Handles of
-    /// earlier ones stay invalid.
+    /// Is the MIDI system of this process until destroyed. One at a time. Handles of earlier ones
+    /// are invalid.
     explicit FakeMidi(const QStringList &inputNames = {}, const QStringList &outputNames = {});
     ~FakeMidi();
     FakeMidi(const FakeMidi &) = delete;
     FakeMidi &operator=(const FakeMidi &) = delete;
 
     // The script.
-    /// In the order of the system. The name may be anything; 31 bytes of it fit.
+    /// In system order. Names may be any text; they are cut to 31 bytes.
     QList<Device> inputs;
     QList<Device> outputs;
-    /// What the next midiInOpen gives in place of a new handle: a system may give one again.
+    /// If set, the next midiInOpen returns this instead of a new handle: a system may reuse one.
     HMIDIIN nextInputHandle = nullptr;
-    /// Unplugs input device `index`: those behind it move up, and whoever has it open gets
-    /// MMSYSERR_NODRIVER from now on and no more messages.
+    /// Unplugs input device `index`: later devices move up, and its open handles get no more
+    /// messages and MMSYSERR_NODRIVER from every call.
     void unplugInput(int index);
-    /// Runs inside each call, once it is recorded and before it is answered, with what takeCalls()
-    /// has of it. May change the script.
+    /// Runs inside each call, after it is recorded and before it is answered, with its entry in
+    /// takeCalls(). May change the script.
     std::function<void(const QString &call)> onCall;
 
     // The events.
     enum class Thread { Foreign, Caller };
-    /// Delivers a short message of every handle that has input device `index` started, with a
-    /// time stamp, from a thread of the system's own unless told otherwise. Returns how many
-    /// handles there were.
+    /// Delivers a short message with a time stamp to every handle that has input device `index`
+    /// started, by default from a separate thread. Returns the number of handles.
     int send(int index, DWORD word, Thread thread = Thread::Foreign);
-    /// Calls the callback of every handle that has input device `index` open, started or not,
-    /// with any message.
+    /// Calls the callback of every handle that has input device `index` open, started or not, with
+    /// an arbitrary message.
     int callBack(int index, UINT message, DWORD_PTR parameter1, Thread thread = Thread::Foreign);
 
     // The record.
     /// Every call since the last take: "midiInGetNumDevs", "midiInGetDevCapsA 0", "midiInOpen 0",
-    /// "midiInStart 0", "midiInStop 0", "midiInClose 0", "midiOutShortMsg 0 6407b2"; handles show
-    /// as the number that their device had when it was opened, invalid ones as "invalid".
+    /// "midiInStart 0", "midiInStop 0", "midiInClose 0", "midiOutShortMsg 0 6407b2". Handles are
+    /// shown as the number of their device when it was opened, invalid ones as "invalid".
     QStringList takeCalls();
-    /// The same without the questions after devices: those that do something to one.
+    /// The same without queries: only calls that change the state of a device.
     QStringList takeDeviceCalls();
-    /// The instance values that midiInOpen got, in order of the calls.
+    /// The instance values passed to midiInOpen, in order.
     QList<DWORD_PTR> instances;
 
     // For the functions of the system.
@@ -69,7 +68,7 @@ public:
     {
         HMIDIIN handle;
         UINT openedAs; ///< the device's number when it was opened
-        int device; ///< its number now, -1 when unplugged
+        int device; ///< its current number, -1 if unplugged
         DWORD_PTR callback;
         DWORD_PTR instance;
         bool started;

@@ -6,7 +6,7 @@ namespace {
 
 std::atomic<FakePads *> fakePads = nullptr;
 
-/// The pad of a user index if it is connected.
+/// The pad of a user index, or null if it is not connected.
 FakePads::Pad *connectedPad(FakePads *pads, DWORD userIndex)
 {
     if (!pads || userIndex >= pads->pads.size() || !pads->pads[userIndex].connected)

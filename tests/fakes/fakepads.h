@@ -6,12 +6,12 @@
 #include <array>
 #include <functional>
 
-/// The gamepads of this process, in place of the real ones. Without a FakePads none is connected.
-/// Its members may be used from any thread, but `onGetState`, which is set while nobody asks.
+/// Replaces the gamepads of this process. Without a FakePads none is connected. Members may be used
+/// from any thread, except that `onGetState` must not be set while pads are being polled.
 class FakePads
 {
 public:
-    /// A pad as it is now. Unplugging it does not centre it: what it reads is lost with it.
+    /// The current state of a pad. Unplugging a pad does not reset it.
     struct Pad
     {
         Relaxed<bool> connected = false;
@@ -24,11 +24,11 @@ public:
         Relaxed<SHORT> thumbRY = 0;
         Relaxed<WORD> leftMotor = 0;
         Relaxed<WORD> rightMotor = 0;
-        Relaxed<int> reads = 0; ///< calls of XInputGetState, answered or not
+        Relaxed<int> reads = 0; ///< calls of XInputGetState, successful or not
     };
 
-    /// Becomes the pads of this process until it is destroyed, with the first `connected` of them
-    /// plugged in. One at a time.
+    /// Are the pads of this process until destroyed, the first `connected` of them plugged in. One
+    /// at a time.
     explicit FakePads(int connected = 0);
     ~FakePads();
     FakePads(const FakePads &) = delete;
@@ -38,6 +38,6 @@ public:
     std::array<Pad, 4> pads;
     /// Calls of XInputGetState for a user index that no pad can have.
     Relaxed<int> readsBeyond = 0;
-    /// Runs inside XInputGetState, on the thread that asks: to stall it, for example.
+    /// Runs inside XInputGetState, on the calling thread, to stall it for example.
     std::function<void(DWORD userIndex)> onGetState;
 };

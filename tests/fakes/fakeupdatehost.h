@@ -2,11 +2,11 @@
 
 #include <QString>
 
-/// The update server that this build has, in place of the build setting.
+/// Replaces the update server of the build setting.
 class FakeUpdateHost
 {
 public:
-    /// Becomes the one of this process until it is destroyed. One at a time.
+    /// Is the update server of this process until destroyed. One at a time.
     explicit FakeUpdateHost(QString host);
     ~FakeUpdateHost();
     FakeUpdateHost(const FakeUpdateHost &) = delete;

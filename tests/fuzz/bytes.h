@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
-/// The bytes of a fuzzer's input, taken one value after the other; where they end, zeros stand.
+/// Reads values from a fuzzer's input; past its end it returns zeros.
 class Bytes
 {
 public:

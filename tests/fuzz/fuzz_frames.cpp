@@ -8,13 +8,12 @@
 #include <cstring>
 #include <memory>
 
-// What the host takes from shared memory that another process has filled with anything.
+// Reads frames and calls from shared memory with arbitrary content, as the host does.
 //
-// An input is the header as it lies in memory, then a zone (one byte), then that zone's frames:
-// its newest number, the one that is being read, and again and again number, count, time, count of
-// points, count of words that follow (one byte), the words. After the frames come the calls: the
-// newest number, and again and again number, call, time, process. Where the input ends, zeros
-// stand.
+// An input is the header in memory layout, a zone (one byte), then that zone's ring: its newest
+// number, the number being read, and for each slot number, count, time, count of points, count of
+// words that follow (one byte) and the words. After the frames come the calls: the newest number,
+// and for each slot number, call, time, process. Missing input reads as zeros.
 
 namespace {
 
@@ -52,7 +51,7 @@ void fill(CallRing &ring, Bytes &input)
     }
 }
 
-/// Takes calls until the reader has passed everything over.
+/// Takes calls until the reader has read or skipped all of them.
 void takeCalls(CallReader &reader)
 {
     for (std::uint64_t i = 0; i <= 2 * rememberedCalls; ++i) {

@@ -5,12 +5,12 @@
 
 #include <cstdlib>
 
-// What the program makes of messages from any device, with bindings from any settings file.
+// Handles arbitrary MIDI messages, with arbitrary bindings.
 //
 // An input is the move binding and the start binding (status and number, four bytes each), a byte
-// whose lowest bit is the 14-bit switch, and then calls of the callback: a byte that says whose
-// handle (lower half: 0 left, 1 right, else nobody's) and what kind of call (upper half: 0 a short
-// message), and the word, four bytes. Where the input ends, zeros stand.
+// whose lowest bit is the 14-bit switch, and then calls of the callback: a byte with the handle
+// (low nibble: 0 left, 1 right, otherwise unknown) and the kind of call (high nibble: 0 a short
+// message), and the word, four bytes. Missing input reads as zeros.
 
 namespace {
 
@@ -29,7 +29,7 @@ struct Received
 
 Received received;
 
-/// The two players' devices, open for good.
+/// The two players' devices, open for the whole run.
 class Devices
 {
 public:

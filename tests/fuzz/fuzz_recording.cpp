@@ -11,11 +11,11 @@
 
 #include <cstdlib>
 
-// A recording that may hold anything, and all that is done with one.
+// Opens, plays, dumps and exports a recording with arbitrary content.
 //
-// An input that begins with 0 is a file as it is, after that byte. Of any other, the bytes after
-// the first are records without their checksums, each a type, a length (one byte) and the content:
-// otherwise hardly an input would get past the checksums.
+// If the first byte of an input is 0, the rest is the file. Otherwise the rest is records without
+// checksums, each a type, a length (one byte) and the content; the checksums are added here,
+// because few inputs would get past them otherwise.
 
 namespace {
 

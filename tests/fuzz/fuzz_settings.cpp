@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-// An input is what stands in the settings file.
+// An input is the content of the settings file.
 
 namespace {
 
@@ -28,7 +28,7 @@ QByteArray contentOf(QLatin1StringView name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// What is read twice is the same.
+/// Requires that reading twice gives the same value.
 template <class T>
 void read(const QSettings &store, const Setting<T> &setting)
 {
@@ -53,7 +53,7 @@ void readAll(const QSettings &store)
         read(store, setting);
 }
 
-/// Keys, or groups, without a name are listed by QSettings, but have no value.
+/// QSettings lists keys and groups without a name, but they have no value.
 bool isTextOrNone(const QVariant &value)
 {
     if (value.typeId() == QMetaType::QVariantList) {
@@ -64,7 +64,7 @@ bool isTextOrNone(const QVariant &value)
         || value.typeId() == QMetaType::QStringList;
 }
 
-/// Nothing in the file made QSettings build a value of another type.
+/// Requires that QSettings created no value of another type.
 void requireText(const QSettings &store)
 {
     for (const QString &key : store.allKeys())
@@ -99,7 +99,7 @@ void keepQuiet(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     qInstallMessageHandler(keepQuiet);
-    // A folder of its own, because Qt takes a file of the same name, size and time for the same.
+    // A new folder, because Qt treats a file with the same name, size and time as unchanged.
     const QString previousFolder = QDir::currentPath();
     {
         const QTemporaryDir folder;

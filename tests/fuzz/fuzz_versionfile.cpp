@@ -12,8 +12,8 @@ void require(bool holds)
         std::abort();
 }
 
-/// Whether `version` may become part of an address, a file name and the first line of a text that
-/// might be taken for markup.
+/// Whether `version` is safe in a URL, in a file name and at the start of a text that Qt might
+/// detect as HTML.
 bool isHarmless(const QString &version)
 {
     return std::ranges::all_of(version, [](QChar character) {

@@ -8,8 +8,7 @@
 #include <iterator>
 #include <vector>
 
-// Feeds every file of a corpus to a fuzzer's harness, in an ordinary test: what a fuzzer once
-// found stays found. replay CORPUS
+// Feeds every file of a corpus to a fuzzing harness, as a regression test. Usage: replay CORPUS
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 

@@ -5,8 +5,8 @@
 #include <QList>
 #include <QTimer>
 
-/// The timers of this thread that have expired since it was made, with one entry for each time:
-/// for those that have no parent by which to find them.
+/// Records the timers of this thread that expire, one entry per timeout. For timers that have no
+/// parent through which to find them.
 class ExpiredTimers : public QObject
 {
 public:

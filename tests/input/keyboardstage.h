@@ -16,15 +16,15 @@ struct Keys
 inline constexpr std::array<Keys, 2> keysOf = {
     {{Qt::Key_W, Qt::Key_S, Qt::Key_D}, {Qt::Key_I, Qt::Key_K, Qt::Key_L}}};
 
-// A paddle's step with the default sensitivity.
+/// A paddle's step at the default sensitivity.
 inline constexpr int fullUp = 63;
 inline constexpr int fullDown = -64;
 
-/// A stage with both players on the keyboard, their keys learnt.
+/// A stage with both players on the keyboard and all keys learnt.
 class KeyboardStage : public PlayerStage
 {
 public:
-    /// With other settings beside or in place of those.
+    /// `settings` are added to the defaults or replace them.
     explicit KeyboardStage(
         const Settings &others = {}, const QStringList &midiDevices = {}, Surface surface = Form)
         : PlayerStage(midiDevices, 0, settingsWith(others), surface)
@@ -35,7 +35,7 @@ public:
 
     void press(Qt::Key key) const { QTest::keyPress(widget()->windowHandle(), key); }
     void release(Qt::Key key) const { QTest::keyRelease(widget()->windowHandle(), key); }
-    /// As a held key or one without a code comes, which QTest knows none of.
+    /// For auto-repeated keys and keys without a code, which QTest does not support.
     void send(QEvent::Type type, int key, bool autoRepeat = false) const
     {
         QKeyEvent event(type, key, {}, {}, autoRepeat);

@@ -57,7 +57,7 @@ PlayerWidgets PlayerForm::makeWidgets(Side side, QGridLayout &layout)
 {
     const QString letter = sideLetter(sideNumber(side));
     const QString word = side == Side::Left ? u"left"_s : u"right"_s;
-    auto *radios = new QWidget; // one that has no radio buttons of the other side
+    auto *radios = new QWidget; // keeps the sides' radio buttons exclusive
     auto *radioLayout = new QVBoxLayout(radios);
     const int column = sideNumber(side);
     layout.addWidget(radios, 0, column);

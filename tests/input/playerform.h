@@ -11,9 +11,8 @@
 
 class QGridLayout;
 
-/// The widgets of both players under the names that the operator's window gives them, and nothing
-/// else of that window: with a game and the settings of the working directory, and wired to
-/// PlayerControls as the window wires its own.
+/// Only the players' widgets of the operator's window, with the same names and connected to
+/// PlayerControls in the same way, with a game and the settings of the working directory.
 class PlayerForm : public QWidget
 {
 public:

@@ -139,7 +139,7 @@ int PlayerStage::sendMidi(int device, int status, int number, int value)
 
 void PlayerStage::poll(std::size_t pad)
 {
-    // One poll may have been under way; the one after it is whole.
+    // A poll may have been in progress; the next one is complete.
     const int enough = pads.pads[pad].reads + 2 * readsOfPoll;
     QTRY_VERIFY(pads.pads[pad].reads >= enough);
     QCoreApplication::processEvents();
@@ -147,7 +147,7 @@ void PlayerStage::poll(std::size_t pad)
 
 bool PlayerStage::isPolled(std::size_t pad)
 {
-    // A poller of our own, on the fourth pad, is the clock.
+    // A separate poller on the fourth pad serves as the clock.
     CXBOXController clock(4);
     clock.startPolling();
     poll(3);

@@ -10,8 +10,8 @@
 #include <QRadioButton>
 #include <QSlider>
 
-/// The players' widgets and devices, on a form of their own or in the operator's window. The host
-/// is not ready unless told otherwise, so that no match goes on behind a test.
+/// The players' widgets and devices, on a form of their own or in the operator's window. By default
+/// the host is not ready, so that no match runs in the background.
 class PlayerStage : public RunningWindow
 {
 public:
@@ -32,45 +32,45 @@ public:
         QSlider *sensitivity;
     };
 
-    /// What a settings file holds or held: every key with its value as text.
+    /// The content of a settings file: every key with its value as text.
     using Settings = QMap<QString, QString>;
 
     /// Where the widgets are.
     enum Surface { Form, WholeWindow };
 
-    /// Sets everything up but the window.
+    /// Sets up everything except the window.
     explicit PlayerStage(const QStringList &midiDevices = {}, int pads = 0,
         const Settings &settings = {}, Surface surface = Form);
     ~PlayerStage() override;
     PlayerStage(const PlayerStage &) = delete;
     PlayerStage &operator=(const PlayerStage &) = delete;
 
-    /// Makes and shows the window, with its devices listed.
+    /// Creates and shows the window, with its devices listed.
     void open();
     /// Destroys the window.
     void close();
 
     Pong &game() const override;
     QWidget *widget() const override;
-    /// The object to which the signals of pads are queued, without the whole window.
+    /// The object that receives the pads' queued signals; only on a form.
     QObject *controls() const { return &m_form->controls; }
-    /// A MIDI message, handed over on this thread.
+    /// Delivers a MIDI message on this thread.
     void receive(int play, int status, int number, int value) const;
 
-    /// What the window holds in its store now, written to the file or not.
+    /// The window's current settings, written to the file or not.
     Settings settings() const;
-    /// What is new or different in the store since `before`; what is gone has the value "removed".
+    /// The settings changed since `before`; removed keys have the value "removed".
     Settings settingsSince(const Settings &before) const;
-    /// The names of the buttons that say that they learn.
+    /// The names of the buttons that show that they are learning.
     QStringList learning() const;
 
-    /// Sends a short message from input device `device` on a thread of its own, and lets the
-    /// window work. Returns how many handles received it.
+    /// Sends a short message from input device `device` on a separate thread and processes events.
+    /// Returns the number of handles that received it.
     int sendMidi(int device, int status, int number, int value);
-    /// Waits until the pad of user index `pad` has been read as it is now, and the window has
-    /// worked on that.
+    /// Waits until the current state of the pad of user index `pad` has been polled and the window
+    /// has processed it.
     void poll(std::size_t pad);
-    /// Whether the pad of user index `pad` is still read, as long as it is not the fourth.
+    /// Whether the pad of user index `pad`, 0 ... 2, is still being polled.
     bool isPolled(std::size_t pad);
 
     std::array<Player, 2> players = {};
@@ -80,7 +80,7 @@ private:
     std::unique_ptr<PlayerForm> m_form;
 };
 
-/// The key of a byte, 0 or 1, of a MIDI binding: "CC_00".
+/// The settings key of byte 0 or 1 of a MIDI binding: "CC_00".
 QString midiKey(const QString &control, int side, int byte);
 /// Both players' control mode: "MIDI", "XBOX" or "KEYBOARD".
 PlayerStage::Settings bothOn(const QString &mode);

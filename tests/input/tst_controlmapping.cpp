@@ -13,7 +13,7 @@ namespace {
 
 constexpr int notASide = 2;
 
-/// Both players on MIDI, each with a fader and a pad of its own.
+/// Both players on MIDI, each with its own fader and pad.
 PlayerStage::Settings learntMidi()
 {
     return {
@@ -30,7 +30,7 @@ PlayerStage::Settings learntMidi()
     };
 }
 
-/// What a side has learnt there.
+/// The bindings of a side in those settings.
 constexpr int moveStatus(int side)
 {
     return 176 + side;
@@ -51,7 +51,7 @@ constexpr int startNumber(int side)
     return 60 + side;
 }
 
-/// Opens the window with a device for each player chosen.
+/// Opens the window and selects a device for each player.
 void openDevices(PlayerStage &stage)
 {
     stage.open();
@@ -71,19 +71,19 @@ private slots:
     void the_sensitivity_does_not_touch_midi();
     void a_start_message_starts_for_its_side_whatever_its_value_data();
     void a_start_message_starts_for_its_side_whatever_its_value();
-    void what_the_other_side_has_learnt_does_nothing_data();
-    void what_the_other_side_has_learnt_does_nothing();
+    void a_message_of_the_other_sides_binding_does_nothing_data();
+    void a_message_of_the_other_sides_binding_does_nothing();
     void with_14_bits_the_first_data_byte_of_the_status_steps_data();
     void with_14_bits_the_first_data_byte_of_the_status_steps();
     void a_message_of_both_bindings_moves_and_starts_data();
     void a_message_of_both_bindings_moves_and_starts();
-    void what_is_not_learnt_does_nothing();
+    void an_unlearnt_message_does_nothing();
     void no_message_reaches_another_side_or_binding();
-    void a_play_of_no_side_is_ignored();
+    void a_message_of_an_invalid_side_is_ignored();
     void a_message_is_handled_on_the_thread_of_the_window();
     void a_message_still_queued_does_not_move_a_paddle_that_left_its_device_data();
     void a_message_still_queued_does_not_move_a_paddle_that_left_its_device();
-    void another_device_stops_the_paddle_but_not_what_it_sends_itself();
+    void choosing_another_device_stops_the_paddle_but_not_its_own_messages();
 };
 
 void tst_ControlMapping::a_message_steps_the_paddle_of_its_side_data()
@@ -136,7 +136,7 @@ void tst_ControlMapping::a_start_message_starts_for_its_side_whatever_its_value_
         const char *name = side == 0 ? "left" : "right";
         QTest::addRow("%s, hard", name) << side << 127;
         QTest::addRow("%s, softly", name) << side << 1;
-        QTest::addRow("%s, a key let go", name) << side << 0;
+        QTest::addRow("%s, key released", name) << side << 0;
     }
 }
 
@@ -151,12 +151,12 @@ void tst_ControlMapping::a_start_message_starts_for_its_side_whatever_its_value(
     QCOMPARE(stage.step(side), 0);
 }
 
-void tst_ControlMapping::what_the_other_side_has_learnt_does_nothing_data()
+void tst_ControlMapping::a_message_of_the_other_sides_binding_does_nothing_data()
 {
     addSides();
 }
 
-void tst_ControlMapping::what_the_other_side_has_learnt_does_nothing()
+void tst_ControlMapping::a_message_of_the_other_sides_binding_does_nothing()
 {
     QFETCH(int, side);
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
@@ -191,7 +191,7 @@ void tst_ControlMapping::with_14_bits_the_first_data_byte_of_the_status_steps()
     }
     stage.sendMidi(side, moveStatus(1 - side), 64, 64);
     QCOMPARE(stage.step(side), 63);
-    // The other side's box is its own.
+    // The other side has its own check box.
     stage.sendMidi(1 - side, moveStatus(1 - side), 100, 99);
     QCOMPARE(stage.step(1 - side), 0);
 
@@ -228,9 +228,9 @@ void tst_ControlMapping::a_message_of_both_bindings_moves_and_starts()
     QCOMPARE(stage.takeStart(), std::optional(side));
 }
 
-void tst_ControlMapping::what_is_not_learnt_does_nothing()
+void tst_ControlMapping::an_unlearnt_message_does_nothing()
 {
-    // A number without a status is what a damaged file may hold.
+    // A damaged file may hold a number without a status.
     PlayerStage stage({u"First"_s, u"Second"_s}, 0,
         {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"ControlModeRight"_s, u"MIDI"_s},
             {u"CC_11"_s, u"7"_s}, {u"Start_11"_s, u"7"_s}});
@@ -280,12 +280,12 @@ void tst_ControlMapping::no_message_reaches_another_side_or_binding()
     QCOMPARE(starts, 2 * 4 * 2);
 }
 
-void tst_ControlMapping::a_play_of_no_side_is_ignored()
+void tst_ControlMapping::a_message_of_an_invalid_side_is_ignored()
 {
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     openDevices(stage);
     for (const int play : {-1, 2, 3, std::numeric_limits<int>::max()}) {
-        // Nor does it end a learn: 2 is also the mark for "no side".
+        // Nor does it complete a learn, although 2 also means "no side".
         stage.receive(play, 0xB0, 7, 100);
         stage.receive(play, 0xB1, 8, 100);
         stage.receive(play, 0x90, 60, 100);
@@ -313,7 +313,7 @@ void tst_ControlMapping::a_message_is_handled_on_the_thread_of_the_window()
         Qt::DirectConnection);
     connect(&midiInLeft, &MidiDevIn::midiReceived, &onThisThread, note(handledOn));
     QCOMPARE(stage.midi.send(0, 0x6407B0), 1);
-    // The message is out and its thread has ended; the window has not worked since.
+    // The message has been emitted and its thread has ended, but no event has been processed since.
     QVERIFY(emittedOn && emittedOn != QThread::currentThread());
     QCOMPARE(stage.step(0), 0);
     QCoreApplication::processEvents();
@@ -344,14 +344,14 @@ void tst_ControlMapping::a_message_still_queued_does_not_move_a_paddle_that_left
     };
     leaveWithAMessageQueued([&] { player.midiList->setCurrentIndex(3); });
     player.midiList->setCurrentIndex(0);
-    stage.midi.openInputs.removeIf( // the one that was left open, to be opened again
+    stage.midi.openInputs.removeIf( // left open; removed so that it can be opened again
         [&](const FakeMidi::Input &input) { return input.device == side; });
     leaveWithAMessageQueued([&] { player.midiList->setCurrentIndex(0); });
     leaveWithAMessageQueued([&] { PlayerStage::click(player.xbox); });
     leaveWithAMessageQueued([&] { PlayerStage::click(player.keyboard); });
 }
 
-void tst_ControlMapping::another_device_stops_the_paddle_but_not_what_it_sends_itself()
+void tst_ControlMapping::choosing_another_device_stops_the_paddle_but_not_its_own_messages()
 {
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, learntMidi());
     stage.open();

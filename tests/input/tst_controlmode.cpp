@@ -35,7 +35,7 @@ void checkWidgets(const PlayerStage::Player &player, const QString &mode)
     QCOMPARE(player.xboxList->isEnabled(), mode == "XBOX"_L1);
 }
 
-/// What is left of a store without the modes.
+/// Settings without the modes.
 PlayerStage::Settings others(PlayerStage::Settings settings)
 {
     settings.remove(keyOf(0));
@@ -61,8 +61,8 @@ class tst_ControlMode : public QObject
     Q_OBJECT
 
 private slots:
-    void a_mode_shows_and_enables_what_belongs_to_it_data();
-    void a_mode_shows_and_enables_what_belongs_to_it();
+    void a_mode_shows_and_enables_its_widgets_data();
+    void a_mode_shows_and_enables_its_widgets();
     void a_click_on_a_mode_writes_it_and_nothing_else_data();
     void a_click_on_a_mode_writes_it_and_nothing_else();
     void the_modes_are_written_at_the_start();
@@ -75,21 +75,21 @@ private slots:
     void a_mode_of_one_side_leaves_the_other_side_alone();
     void pending_events_are_processed_once_the_device_is_closed_data();
     void pending_events_are_processed_once_the_device_is_closed();
-    void a_mode_chosen_while_modes_are_applied_is_shown_whole_data();
-    void a_mode_chosen_while_modes_are_applied_is_shown_whole();
+    void a_mode_chosen_while_modes_are_applied_is_shown_completely_data();
+    void a_mode_chosen_while_modes_are_applied_is_shown_completely();
 };
 
-void tst_ControlMode::a_mode_shows_and_enables_what_belongs_to_it_data()
+void tst_ControlMode::a_mode_shows_and_enables_its_widgets_data()
 {
     QTest::addColumn<QString>("mode");
     for (const char *mode : {"MIDI", "XBOX", "KEYBOARD"})
         QTest::addRow("%s", mode) << QString::fromLatin1(mode);
 }
 
-void tst_ControlMode::a_mode_shows_and_enables_what_belongs_to_it()
+void tst_ControlMode::a_mode_shows_and_enables_its_widgets()
 {
     QFETCH(QString, mode);
-    // From every mode before, and as stored.
+    // From every previous mode, and as stored.
     for (const QString &before : {u"MIDI"_s, u"XBOX"_s, u"KEYBOARD"_s}) {
         PlayerStage stage({u"First"_s}, 1, {{keyOf(0), before}, {keyOf(1), before}});
         stage.open();
@@ -167,7 +167,7 @@ void tst_ControlMode::a_pad_is_polled_in_its_mode_only()
     for (QRadioButton *mode : {player.midi, player.keyboard}) {
         PlayerStage::click(mode);
         QVERIFY(!stage.isPolled(1));
-        // The list keeps the pad, and so does the player who comes back.
+        // The list keeps the pad, so a player who returns to the mode has it again.
         QCOMPARE(player.xboxList->currentIndex(), 2);
         PlayerStage::click(player.xbox);
         stage.poll(1);
@@ -263,7 +263,7 @@ void tst_ControlMode::pending_events_are_processed_once_the_device_is_closed()
     QCoreApplication::processEvents();
 }
 
-void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_whole_data()
+void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_completely_data()
 {
     QTest::addColumn<bool>("firstLoad");
     QTest::addColumn<int>("side");
@@ -285,14 +285,14 @@ void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_whole_data(
     }
 }
 
-void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_whole()
+void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_completely()
 {
     QFETCH(bool, firstLoad);
     QFETCH(int, side);
     QFETCH(QString, before);
     QFETCH(QStringList, choices);
     const QString word = side == 0 ? u"left"_s : u"right"_s;
-    // The left player is applied first, and would take all the events were it not on MIDI.
+    // The left player is applied first and would process all the events if it were not on MIDI.
     const QString partners = side == 0 ? u"XBOX"_s : u"MIDI"_s;
     PlayerStage stage({u"First"_s}, 0, {{keyOf(side), before}, {keyOf(1 - side), partners}},
         firstLoad ? PlayerStage::WholeWindow : PlayerStage::Form);
@@ -307,15 +307,15 @@ void tst_ControlMode::a_mode_chosen_while_modes_are_applied_is_shown_whole()
             stage.find<QRadioButton>(word + radio + u"Radio"_s)->click();
         ++chosen;
     };
-    // They wait like clicks while the devices are listed or closed. Each is served while those
-    // before it are still being applied.
+    // Like clicks, they are queued while the devices are listed or closed. Each is handled while
+    // the previous ones are still being applied.
     const auto post = [&] {
         for (const QString &choice : choices)
             QMetaObject::invokeMethod(
                 this, [&choose, choice] { choose(choice); }, Qt::QueuedConnection);
     };
     if (firstLoad)
-        stage.pads.onGetState = [&](DWORD) { post(); }; // called once, for there is no pad
+        stage.pads.onGetState = [&](DWORD) { post(); }; // called once, because there is no pad
     stage.open();
     const PlayerStage::Player &player = stage.players[size_t(side)];
     if (!firstLoad) {

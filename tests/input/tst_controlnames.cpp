@@ -137,7 +137,7 @@ void tst_ControlNames::a_key_is_named_as_on_the_keyboard_data()
     row(Qt::Key_AltGr, u"AltGr"_s);
     row(Qt::Key_PageUp, u"PageUp"_s);
     row(Qt::Key_VolumeUp, u"VolumeUp"_s);
-    // Numbers that are no keys are named by themselves.
+    // Numbers that are not keys are shown as numbers.
     row(7, u"7"_s);
     row(0xE000, u"57344"_s);
     row(0xD800, u"55296"_s);

@@ -11,7 +11,7 @@ namespace {
 
 using Pad = FakePads::Pad;
 
-/// A poller on its worker thread, and what it reports, in order: "ButtonA 1", "ThumbLX 3000".
+/// A poller on its worker thread, with its reports in order: "ButtonA 1", "ThumbLX 3000".
 class Polled
 {
 public:
@@ -36,7 +36,7 @@ public:
 
     bool hasWorker() const { return controller.QObject::thread() != QThread::currentThread(); }
 
-    /// Makes one poll on the worker and returns what it reports.
+    /// Polls once on the worker and returns the reports.
     QStringList poll()
     {
         m_reports.clear();
@@ -53,7 +53,7 @@ private:
         return QString::fromLatin1(QMetaEnum::fromType<Enum>().valueToKey(value));
     }
 
-    QStringList m_reports; ///< written by the worker, read while it waits
+    QStringList m_reports; ///< written by the worker, read while it is idle
 };
 
 } // namespace
@@ -78,15 +78,15 @@ private slots:
     void a_button_is_reported_when_it_changes_and_not_while_it_is_held_data();
     void a_button_is_reported_when_it_changes_and_not_while_it_is_held();
     void buttons_come_in_their_order_and_sticks_after_them();
-    void other_buttons_of_the_pad_are_nobodys();
+    void other_buttons_of_the_pad_are_ignored();
     void a_press_between_two_polls_is_missed();
-    void the_pad_is_read_anew_for_each_button();
+    void the_pad_is_read_again_for_each_button();
     void the_dead_zone_ends_at_3000_data();
     void the_dead_zone_ends_at_3000();
     void a_stick_is_reported_when_its_value_changes();
     void an_unplugged_pad_is_released_and_centred_once();
     void a_pad_that_comes_back_is_reported_as_it_is();
-    void two_pads_keep_apart();
+    void two_pads_do_not_interfere();
 };
 
 void tst_CXBOXController::the_signals_and_slots_have_their_order()
@@ -133,7 +133,7 @@ void tst_CXBOXController::player_numbers_count_from_one_data()
     QTest::addRow("the first") << 1U << 0;
     QTest::addRow("the second") << 2U << 1;
     QTest::addRow("the last") << 4U << 3;
-    QTest::addRow("one that cannot be") << 5U << -1;
+    QTest::addRow("an invalid index") << 5U << -1;
     QTest::addRow("none") << 0U << -1;
 }
 
@@ -268,7 +268,7 @@ void tst_CXBOXController::buttons_come_in_their_order_and_sticks_after_them()
             u"ThumbLY 3002"_s, u"ThumbRX 3003"_s, u"ThumbRY 3004"_s}));
 }
 
-void tst_CXBOXController::other_buttons_of_the_pad_are_nobodys()
+void tst_CXBOXController::other_buttons_of_the_pad_are_ignored()
 {
     FakePads system(1);
     Polled polled;
@@ -286,7 +286,7 @@ void tst_CXBOXController::a_press_between_two_polls_is_missed()
     QCOMPARE(polled.poll(), QStringList());
 }
 
-void tst_CXBOXController::the_pad_is_read_anew_for_each_button()
+void tst_CXBOXController::the_pad_is_read_again_for_each_button()
 {
     FakePads system(1);
     Polled polled;
@@ -375,7 +375,7 @@ void tst_CXBOXController::a_pad_that_comes_back_is_reported_as_it_is()
     QCOMPARE(polled.poll(), (QStringList{u"ButtonB 1"_s, u"ThumbLY 20000"_s}));
 }
 
-void tst_CXBOXController::two_pads_keep_apart()
+void tst_CXBOXController::two_pads_do_not_interfere()
 {
     FakePads system(2);
     Polled first(1);

@@ -38,19 +38,19 @@ private slots:
     void the_system_is_asked_for_its_devices_before_each_entry();
     void the_pad_lists_hold_the_unbroken_run_of_pads_data();
     void the_pad_lists_hold_the_unbroken_run_of_pads();
-    void what_is_plugged_in_later_is_not_offered();
+    void a_device_plugged_in_later_is_not_offered();
     void nothing_is_opened_or_polled_at_the_start();
     void choosing_a_device_opens_and_starts_it_data();
     void choosing_a_device_opens_and_starts_it();
     void choosing_the_placeholder_stops_and_closes_the_device_data();
     void choosing_the_placeholder_stops_and_closes_the_device();
     void the_arrow_keys_choose_a_device();
-    void of_two_devices_with_one_name_the_position_decides();
-    void a_device_that_cannot_be_opened_is_left_again_data();
-    void a_device_that_cannot_be_opened_is_left_again();
-    void a_device_that_cannot_be_started_is_left_again_data();
-    void a_device_that_cannot_be_started_is_left_again();
-    void a_device_unplugged_before_it_was_chosen_is_left_again();
+    void devices_with_the_same_name_are_told_apart_by_position();
+    void a_device_that_cannot_be_opened_is_deselected_data();
+    void a_device_that_cannot_be_opened_is_deselected();
+    void a_device_that_cannot_be_started_is_deselected_data();
+    void a_device_that_cannot_be_started_is_deselected();
+    void a_device_unplugged_before_it_was_chosen_is_deselected();
     void a_second_device_leaves_the_first_open_and_silent_data();
     void a_second_device_leaves_the_first_open_and_silent();
     void a_second_device_that_fails_closes_the_first();
@@ -58,9 +58,9 @@ private slots:
     void the_placeholder_without_a_device_is_harmless();
     void a_device_serves_one_side_at_a_time_data();
     void a_device_serves_one_side_at_a_time();
-    void a_device_that_vanishes_can_be_left_data();
-    void a_device_that_vanishes_can_be_left();
-    void no_device_is_open_after_the_window();
+    void a_device_that_vanishes_can_be_deselected_data();
+    void a_device_that_vanishes_can_be_deselected();
+    void closing_the_window_closes_every_device();
     void the_pads_are_released_from_the_last_to_the_first();
 };
 
@@ -116,7 +116,7 @@ void tst_DeviceLists::the_pad_lists_hold_the_unbroken_run_of_pads_data()
 {
     QTest::addColumn<QList<int>>("connected");
     QTest::addColumn<int>("listed");
-    QTest::addColumn<QList<int>>("probes"); // by user index, the fifth for all beyond
+    QTest::addColumn<QList<int>>("probes"); // by user index; the fifth for all higher ones
     QTest::addRow("none") << QList<int>() << 0 << QList<int>{1, 0, 0, 0, 0};
     QTest::addRow("the first") << QList<int>{0} << 1 << QList<int>{1, 1, 0, 0, 0};
     QTest::addRow("not the first") << QList<int>{1, 2, 3} << 0 << QList<int>{1, 0, 0, 0, 0};
@@ -146,7 +146,7 @@ void tst_DeviceLists::the_pad_lists_hold_the_unbroken_run_of_pads()
     QCOMPARE(reads + QList<int>{stage.pads.readsBeyond}, probes);
 }
 
-void tst_DeviceLists::what_is_plugged_in_later_is_not_offered()
+void tst_DeviceLists::a_device_plugged_in_later_is_not_offered()
 {
     PlayerStage stage({u"First"_s}, 1, bothOn(u"MIDI"_s));
     stage.open();
@@ -220,7 +220,7 @@ void tst_DeviceLists::the_arrow_keys_choose_a_device()
     QCOMPARE(midiInRight.getDeviceName(), QString());
 }
 
-void tst_DeviceLists::of_two_devices_with_one_name_the_position_decides()
+void tst_DeviceLists::devices_with_the_same_name_are_told_apart_by_position()
 {
     PlayerStage stage({u"USB MIDI"_s, u"USB MIDI"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
@@ -233,12 +233,12 @@ void tst_DeviceLists::of_two_devices_with_one_name_the_position_decides()
     QCOMPARE(midiInRight.getDeviceIndex(), 0);
 }
 
-void tst_DeviceLists::a_device_that_cannot_be_opened_is_left_again_data()
+void tst_DeviceLists::a_device_that_cannot_be_opened_is_deselected_data()
 {
     addSides();
 }
 
-void tst_DeviceLists::a_device_that_cannot_be_opened_is_left_again()
+void tst_DeviceLists::a_device_that_cannot_be_opened_is_deselected()
 {
     QFETCH(int, side);
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
@@ -255,12 +255,12 @@ void tst_DeviceLists::a_device_that_cannot_be_opened_is_left_again()
     QCOMPARE(player.learnMove->text(), u"Click to learn Move"_s);
 }
 
-void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again_data()
+void tst_DeviceLists::a_device_that_cannot_be_started_is_deselected_data()
 {
     addSides();
 }
 
-void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again()
+void tst_DeviceLists::a_device_that_cannot_be_started_is_deselected()
 {
     QFETCH(int, side);
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
@@ -277,7 +277,7 @@ void tst_DeviceLists::a_device_that_cannot_be_started_is_left_again()
     QVERIFY(stage.midi.openInputs.isEmpty());
 }
 
-void tst_DeviceLists::a_device_unplugged_before_it_was_chosen_is_left_again()
+void tst_DeviceLists::a_device_unplugged_before_it_was_chosen_is_deselected()
 {
     PlayerStage stage({u"First"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
@@ -339,7 +339,7 @@ void tst_DeviceLists::the_placeholder_without_a_device_is_harmless()
     stage.open();
     stage.players[size_t(1 - side)].midiList->setCurrentIndex(1);
     stage.midi.takeCalls();
-    // The list is there already, and would not say so again.
+    // The list is complete, so it would not signal again.
     if (side == 0)
         stage.window->midiLComboChanged(0);
     else
@@ -379,12 +379,12 @@ void tst_DeviceLists::a_device_serves_one_side_at_a_time()
     QCOMPARE(midiIn(1 - side).getDeviceIndex(), 0);
 }
 
-void tst_DeviceLists::a_device_that_vanishes_can_be_left_data()
+void tst_DeviceLists::a_device_that_vanishes_can_be_deselected_data()
 {
     addSides();
 }
 
-void tst_DeviceLists::a_device_that_vanishes_can_be_left()
+void tst_DeviceLists::a_device_that_vanishes_can_be_deselected()
 {
     QFETCH(int, side);
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
@@ -401,14 +401,14 @@ void tst_DeviceLists::a_device_that_vanishes_can_be_left()
     QCOMPARE(stage.midi.takeDeviceCalls(), QStringList({u"midiInStop 0"_s, u"midiInClose 0"_s}));
     QCOMPARE(midiIn(side).getDeviceIndex(), -1);
     QCOMPARE(stage.step(side), 0);
-    // The other device has the number of the one that is gone.
+    // The other device now has the number of the one that was removed.
     player.midiList->setCurrentIndex(1);
     QCOMPARE(midiIn(side).getDeviceName(), u"Second"_s);
     stage.sendMidi(0, 0xB0, 7, 0);
     QCOMPARE(stage.step(side), -64);
 }
 
-void tst_DeviceLists::no_device_is_open_after_the_window()
+void tst_DeviceLists::closing_the_window_closes_every_device()
 {
     PlayerStage stage({u"First"_s, u"Second"_s}, 0, bothOn(u"MIDI"_s));
     stage.open();
@@ -432,7 +432,7 @@ void tst_DeviceLists::the_pads_are_released_from_the_last_to_the_first()
             workers[pad] = QThread::currentThread();
     };
     stage.open();
-    QList<int> released; // each is waited for before the next
+    QList<int> released; // each is released before the next
     for (const int pad : {0, 1, 2}) {
         stage.players[0].xboxList->setCurrentIndex(pad + 1);
         stage.poll(size_t(pad));

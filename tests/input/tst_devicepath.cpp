@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Lets an object handle the calls that are queued for it, and nothing else. Returns how often
-/// memory was taken for that.
+/// Lets an object handle the calls queued for it, and nothing else. Returns the number of
+/// allocations that this took.
 long takenByQueuedCalls(QObject *object)
 {
     const long before = allocations();
@@ -33,28 +33,28 @@ class tst_DevicePath : public QObject
     Q_OBJECT
 
 private slots:
-    void the_count_counts();
-    void a_midi_message_reaches_the_paddle_without_memory_data();
-    void a_midi_message_reaches_the_paddle_without_memory();
-    void a_queued_midi_message_takes_no_memory_beyond_qt();
-    void what_a_pad_has_queued_takes_no_memory_beyond_qt();
+    void allocations_are_counted();
+    void a_midi_message_reaches_the_paddle_without_allocating_data();
+    void a_midi_message_reaches_the_paddle_without_allocating();
+    void a_queued_midi_message_allocates_nothing_beyond_qt();
+    void queued_pad_signals_allocate_nothing_beyond_qt();
 };
 
-void tst_DevicePath::the_count_counts()
+void tst_DevicePath::allocations_are_counted()
 {
     const long before = allocations();
     const auto number = std::make_unique<int>(7);
     QVERIFY(*number == 7 && allocations() > before);
 }
 
-void tst_DevicePath::a_midi_message_reaches_the_paddle_without_memory_data()
+void tst_DevicePath::a_midi_message_reaches_the_paddle_without_allocating_data()
 {
     QTest::addColumn<bool>("fourteenBits");
     QTest::addRow("7 bits") << false;
     QTest::addRow("14 bits") << true;
 }
 
-void tst_DevicePath::a_midi_message_reaches_the_paddle_without_memory()
+void tst_DevicePath::a_midi_message_reaches_the_paddle_without_allocating()
 {
     QFETCH(bool, fourteenBits);
     PlayerStage stage({u"First"_s}, 0,
@@ -75,7 +75,7 @@ void tst_DevicePath::a_midi_message_reaches_the_paddle_without_memory()
     QCOMPARE(stage.takeStart(), std::optional(0));
 }
 
-void tst_DevicePath::a_queued_midi_message_takes_no_memory_beyond_qt()
+void tst_DevicePath::a_queued_midi_message_allocates_nothing_beyond_qt()
 {
     PlayerStage stage({u"First"_s}, 0,
         {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"CC_00"_s, u"176"_s}, {u"CC_01"_s, u"7"_s}});
@@ -91,7 +91,7 @@ void tst_DevicePath::a_queued_midi_message_takes_no_memory_beyond_qt()
     }
 }
 
-void tst_DevicePath::what_a_pad_has_queued_takes_no_memory_beyond_qt()
+void tst_DevicePath::queued_pad_signals_allocate_nothing_beyond_qt()
 {
     PlayerStage stage({}, 1);
     UnseenPoll poll(stage);

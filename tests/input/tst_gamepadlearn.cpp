@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Opens the window with a pad of their own for both players.
+/// Opens the window and gives each player their own pad.
 void openPads(PlayerStage &stage)
 {
     stage.open();
@@ -27,13 +27,13 @@ private slots:
     void a_button_is_learnt_by_a_press_or_a_release();
     void a_paddle_does_not_follow_the_pad_from_which_move_is_learnt_data();
     void a_paddle_does_not_follow_the_pad_from_which_move_is_learnt();
-    void start_does_not_start_while_it_is_learnt_but_the_stick_moves();
-    void what_is_learnt_from_a_shared_pad_plays_for_nobody_data();
-    void what_is_learnt_from_a_shared_pad_plays_for_nobody();
+    void learning_start_blocks_start_but_not_the_stick();
+    void input_learnt_from_a_shared_pad_plays_for_neither_side_data();
+    void input_learnt_from_a_shared_pad_plays_for_neither_side();
     void a_move_learn_on_a_shared_pad_stops_both_paddles_data();
     void a_move_learn_on_a_shared_pad_stops_both_paddles();
-    void a_learner_who_comes_to_a_pad_stops_the_partner_there_data();
-    void a_learner_who_comes_to_a_pad_stops_the_partner_there();
+    void choosing_the_partners_pad_while_learning_stops_the_partner_data();
+    void choosing_the_partners_pad_while_learning_stops_the_partner();
     void a_move_learn_stops_no_partner_on_another_device_data();
     void a_move_learn_stops_no_partner_on_another_device();
     void a_pad_of_the_other_side_is_not_learnt_from();
@@ -103,7 +103,7 @@ void tst_GamepadLearn::a_button_is_learnt_by_a_press_or_a_release()
     QCOMPARE(stage.learning(), QStringList());
     QCOMPARE(stage.players[pad].learnStart->text(), u"Click to learn Start - Button 3"_s);
     QVERIFY(!stage.takeStart());
-    // From now on it starts, by a press alone.
+    // From now on it starts, but only on a press.
     stage.pads.pads[pad].buttons = 0;
     stage.poll(pad);
     QVERIFY(!stage.takeStart());
@@ -131,15 +131,15 @@ void tst_GamepadLearn::a_paddle_does_not_follow_the_pad_from_which_move_is_learn
     stage.pads.pads[pad].thumbLX = 24000;
     stage.poll(pad);
     QCOMPARE(stage.step(side), 0);
-    // The other side plays on.
+    // The other side keeps playing.
     stage.pads.pads[1 - pad].thumbLX = 32767;
     stage.poll(1 - pad);
     QCOMPARE(stage.step(1 - side), 63);
-    // Start is not what is learnt.
+    // A button is not learnt for Move.
     stage.pads.pads[pad].buttons = XINPUT_GAMEPAD_A;
     stage.poll(pad);
     QCOMPARE(stage.takeStart(), std::optional(side));
-    // The push that is learnt moves nothing yet; the next one does.
+    // The deflection being learnt does not move the paddle; the next one does.
     stage.pads.pads[pad].thumbRX = 30000;
     stage.poll(pad);
     QCOMPARE(stage.learning(), QStringList());
@@ -152,7 +152,7 @@ void tst_GamepadLearn::a_paddle_does_not_follow_the_pad_from_which_move_is_learn
     QCOMPARE(stage.step(side), 39);
 }
 
-void tst_GamepadLearn::start_does_not_start_while_it_is_learnt_but_the_stick_moves()
+void tst_GamepadLearn::learning_start_blocks_start_but_not_the_stick()
 {
     PlayerStage stage({}, 2);
     openPads(stage);
@@ -169,12 +169,12 @@ void tst_GamepadLearn::start_does_not_start_while_it_is_learnt_but_the_stick_mov
     QCOMPARE(stage.settings().value(u"XStartL"_s), u"0"_s);
 }
 
-void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody_data()
+void tst_GamepadLearn::input_learnt_from_a_shared_pad_plays_for_neither_side_data()
 {
     addSides();
 }
 
-void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody()
+void tst_GamepadLearn::input_learnt_from_a_shared_pad_plays_for_neither_side()
 {
     QFETCH(int, side);
     PlayerStage stage({}, 1);
@@ -182,7 +182,7 @@ void tst_GamepadLearn::what_is_learnt_from_a_shared_pad_plays_for_nobody()
     for (const PlayerStage::Player &player : stage.players)
         player.xboxList->setCurrentIndex(1);
     FakePads::Pad &pad = stage.pads.pads[0];
-    // Both play on the same stick and button, of which one is to have others.
+    // Both play on the same stick and button; one side learns others.
     PlayerStage::click(stage.players[size_t(side)].learnStart);
     pad.buttons = XINPUT_GAMEPAD_A;
     stage.poll(0);
@@ -216,22 +216,22 @@ void tst_GamepadLearn::a_move_learn_on_a_shared_pad_stops_both_paddles()
         player.xboxList->setCurrentIndex(1);
     stage.pads.pads[0].thumbLX = 32767;
     stage.poll(0);
-    // The sticks go on while Start is learnt.
+    // The sticks keep working while Start is learnt.
     PlayerStage::click(stage.players[size_t(side)].learnStart);
     QCOMPARE(stage.step(0), 63);
     QCOMPARE(stage.step(1), 63);
-    // Its release is not heard while Move is learnt.
+    // Its release is ignored while Move is learnt.
     PlayerStage::click(stage.players[size_t(side)].learnMove);
     QCOMPARE(stage.step(0), 0);
     QCOMPARE(stage.step(1), 0);
 }
 
-void tst_GamepadLearn::a_learner_who_comes_to_a_pad_stops_the_partner_there_data()
+void tst_GamepadLearn::choosing_the_partners_pad_while_learning_stops_the_partner_data()
 {
     addSides();
 }
 
-void tst_GamepadLearn::a_learner_who_comes_to_a_pad_stops_the_partner_there()
+void tst_GamepadLearn::choosing_the_partners_pad_while_learning_stops_the_partner()
 {
     QFETCH(int, side);
     PlayerStage stage({}, 2);
@@ -265,7 +265,7 @@ void tst_GamepadLearn::a_move_learn_stops_no_partner_on_another_device()
         {{partnerSide == 0 ? u"ControlModeLeft"_s : u"ControlModeRight"_s, mode},
             {midiKey(u"CC"_s, partnerSide, 0), u"176"_s},
             {u"KeyboardUp"_s + sideLetter(partnerSide), QString::number(Qt::Key_U)}});
-    openPads(stage); // where the partner's list stays, in another mode too
+    openPads(stage); // the partner's list keeps its pad in other modes too
     const PlayerStage::Player &player = stage.players[size_t(side)];
     const PlayerStage::Player &partner = stage.players[size_t(partnerSide)];
     if (mode != "XBOX"_L1)

@@ -32,16 +32,16 @@ private slots:
     void the_learnt_stick_and_button_play_and_no_other_data();
     void the_learnt_stick_and_button_play_and_no_other();
     void a_press_starts_once_and_a_release_not_at_all();
-    void bindings_that_no_pad_has_never_play();
+    void invalid_pad_bindings_never_play();
     void each_player_plays_on_a_pad_of_their_own();
     void both_players_play_on_one_pad();
     void both_players_play_on_one_stick();
-    void a_player_who_leaves_a_shared_pad_leaves_it_to_the_other_data();
-    void a_player_who_leaves_a_shared_pad_leaves_it_to_the_other();
+    void a_shared_pad_keeps_playing_for_the_other_when_one_player_leaves_data();
+    void a_shared_pad_keeps_playing_for_the_other_when_one_player_leaves();
     void both_pads_unplugged_in_a_rally_stop_and_come_back();
     void a_pad_is_handled_on_the_thread_of_the_window();
-    void what_a_pad_has_in_the_queue_does_not_move_a_paddle_that_left_it_data();
-    void what_a_pad_has_in_the_queue_does_not_move_a_paddle_that_left_it();
+    void queued_pad_input_does_not_move_a_paddle_that_left_the_pad_data();
+    void queued_pad_input_does_not_move_a_paddle_that_left_the_pad();
 };
 
 void tst_GamepadPlay::a_stick_steps_the_paddle_by_the_sensitivity_data()
@@ -146,7 +146,7 @@ void tst_GamepadPlay::a_press_starts_once_and_a_release_not_at_all()
     QCOMPARE(stage.takeStart(), std::optional(0));
 }
 
-void tst_GamepadPlay::bindings_that_no_pad_has_never_play()
+void tst_GamepadPlay::invalid_pad_bindings_never_play()
 {
     PlayerStage stage({}, 1,
         {{u"XMoveL"_s, u"4"_s}, {u"XMoveR"_s, u"-1"_s}, {u"XStartL"_s, u"16"_s},
@@ -214,12 +214,12 @@ void tst_GamepadPlay::both_players_play_on_one_stick()
     QCOMPARE(stage.step(1), 127);
 }
 
-void tst_GamepadPlay::a_player_who_leaves_a_shared_pad_leaves_it_to_the_other_data()
+void tst_GamepadPlay::a_shared_pad_keeps_playing_for_the_other_when_one_player_leaves_data()
 {
     addSides();
 }
 
-void tst_GamepadPlay::a_player_who_leaves_a_shared_pad_leaves_it_to_the_other()
+void tst_GamepadPlay::a_shared_pad_keeps_playing_for_the_other_when_one_player_leaves()
 {
     QFETCH(int, side);
     PlayerStage stage({}, 1);
@@ -242,7 +242,7 @@ void tst_GamepadPlay::both_pads_unplugged_in_a_rally_stop_and_come_back()
     openPads(stage, {1, 2});
     const Pong &game = stage.game();
     auto *show = stage.widget()->findChild<QPushButton *>(u"showButton"_s);
-    // The host's readiness selects its first zone.
+    // When the host is ready, its first zone is selected.
     QTRY_COMPARE(stage.widget()->findChild<QComboBox *>(u"zoneComboBox"_s)->currentIndex(), 1);
     PlayerStage::click(show);
     auto &pads = stage.pads.pads;
@@ -286,7 +286,7 @@ void tst_GamepadPlay::a_pad_is_handled_on_the_thread_of_the_window()
     openPads(stage, {1, 0});
     poll.pushAndPress();
     QVERIFY(poll.polledOn() && poll.polledOn() != QThread::currentThread());
-    // The poller has told it; the window has not worked since.
+    // The poller has emitted its signals, but no event has been processed since.
     QCOMPARE(stage.step(0), 0);
     QVERIFY(!stage.takeStart());
     QCoreApplication::processEvents();
@@ -294,7 +294,7 @@ void tst_GamepadPlay::a_pad_is_handled_on_the_thread_of_the_window()
     QCOMPARE(stage.takeStart(), std::optional(0));
 }
 
-void tst_GamepadPlay::what_a_pad_has_in_the_queue_does_not_move_a_paddle_that_left_it_data()
+void tst_GamepadPlay::queued_pad_input_does_not_move_a_paddle_that_left_the_pad_data()
 {
     using Leave = std::function<void(const PlayerStage::Player &)>;
     QTest::addColumn<Leave>("leave");
@@ -308,7 +308,7 @@ void tst_GamepadPlay::what_a_pad_has_in_the_queue_does_not_move_a_paddle_that_le
         << Leave([](const PlayerStage::Player &player) { PlayerStage::click(player.keyboard); });
 }
 
-void tst_GamepadPlay::what_a_pad_has_in_the_queue_does_not_move_a_paddle_that_left_it()
+void tst_GamepadPlay::queued_pad_input_does_not_move_a_paddle_that_left_the_pad()
 {
     QFETCH(std::function<void(const PlayerStage::Player &)>, leave);
     for (const int side : {0, 1}) {

@@ -19,26 +19,26 @@ private slots:
     void the_sensitivity_sets_the_step();
     void releasing_one_direction_stops_the_paddle_though_the_other_is_held();
     void repeats_of_a_held_key_change_nothing();
-    void start_requests_once_until_it_was_left_alone_data();
-    void start_requests_once_until_it_was_left_alone();
-    void start_has_to_be_left_alone_for_100_ms_data();
-    void start_has_to_be_left_alone_for_100_ms();
-    void every_press_of_start_makes_the_pause_begin_anew_data();
-    void every_press_of_start_makes_the_pause_begin_anew();
-    void the_pause_of_one_side_is_not_that_of_the_other();
+    void start_requests_once_until_its_pause_is_over_data();
+    void start_requests_once_until_its_pause_is_over();
+    void the_pause_of_start_lasts_100_ms_data();
+    void the_pause_of_start_lasts_100_ms();
+    void every_press_of_start_restarts_its_pause_data();
+    void every_press_of_start_restarts_its_pause();
+    void each_side_has_its_own_pause();
     void a_key_bound_to_start_and_up_only_starts();
     void a_key_bound_to_up_and_down_goes_up();
     void a_key_of_the_left_never_reaches_the_right();
-    void only_a_player_on_the_keyboard_hears_it_data();
-    void only_a_player_on_the_keyboard_hears_it();
+    void keys_act_only_for_a_player_on_the_keyboard_data();
+    void keys_act_only_for_a_player_on_the_keyboard();
 
 private:
     void start(const PlayerStage::Settings &others = {})
     {
         m_stage = std::make_unique<KeyboardStage>(others);
     }
-    /// Presses the start key of a side and leaves it alone until its pause is over. Returns the
-    /// timer of the pause.
+    /// Presses the start key of a side and waits until its pause is over. Returns the timer of the
+    /// pause.
     QTimer *pressAndLeaveAlone(int side) const;
 
     std::unique_ptr<KeyboardStage> m_stage;
@@ -54,7 +54,7 @@ QTimer *tst_Keyboard::pressAndLeaveAlone(int side) const
     const ExpiredTimers expired;
     m_stage->send(QEvent::KeyPress, keysOf[std::size_t(side)].start);
     m_stage->takeStart();
-    // The game's timers go on and on.
+    // The game's own timers never stop.
     const auto pause = [&] {
         return std::find_if(expired.timers.begin(), expired.timers.end(),
             [](const QTimer *timer) { return timer->isSingleShot(); });
@@ -140,12 +140,12 @@ void tst_Keyboard::repeats_of_a_held_key_change_nothing()
     QCOMPARE(m_stage->step(0), 0);
 }
 
-void tst_Keyboard::start_requests_once_until_it_was_left_alone_data()
+void tst_Keyboard::start_requests_once_until_its_pause_is_over_data()
 {
     addSides();
 }
 
-void tst_Keyboard::start_requests_once_until_it_was_left_alone()
+void tst_Keyboard::start_requests_once_until_its_pause_is_over()
 {
     QFETCH(int, side);
     start();
@@ -164,12 +164,12 @@ void tst_Keyboard::start_requests_once_until_it_was_left_alone()
     }
 }
 
-void tst_Keyboard::start_has_to_be_left_alone_for_100_ms_data()
+void tst_Keyboard::the_pause_of_start_lasts_100_ms_data()
 {
     addSides();
 }
 
-void tst_Keyboard::start_has_to_be_left_alone_for_100_ms()
+void tst_Keyboard::the_pause_of_start_lasts_100_ms()
 {
     QFETCH(int, side);
     start();
@@ -181,12 +181,12 @@ void tst_Keyboard::start_has_to_be_left_alone_for_100_ms()
     QVERIFY(pause->isActive());
 }
 
-void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew_data()
+void tst_Keyboard::every_press_of_start_restarts_its_pause_data()
 {
     addSides();
 }
 
-void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew()
+void tst_Keyboard::every_press_of_start_restarts_its_pause()
 {
     QFETCH(int, side);
     start();
@@ -196,7 +196,7 @@ void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew()
     m_stage->send(QEvent::KeyPress, key);
     QCOMPARE(m_stage->takeStart(), side);
     for (const bool autoRepeat : {true, false, true}) {
-        pause->setInterval(1h); // which a pause that only goes on keeps
+        pause->setInterval(1h); // kept unless the pause is restarted
         m_stage->send(QEvent::KeyPress, key, autoRepeat);
         QVERIFY(pause->isActive());
         QCOMPARE(pause->interval(), 100);
@@ -204,7 +204,7 @@ void tst_Keyboard::every_press_of_start_makes_the_pause_begin_anew()
     }
 }
 
-void tst_Keyboard::the_pause_of_one_side_is_not_that_of_the_other()
+void tst_Keyboard::each_side_has_its_own_pause()
 {
     start();
     m_stage->send(QEvent::KeyPress, Qt::Key_D);
@@ -244,7 +244,7 @@ void tst_Keyboard::a_key_of_the_left_never_reaches_the_right()
     QCOMPARE(m_stage->takeStart(), 0);
 }
 
-void tst_Keyboard::only_a_player_on_the_keyboard_hears_it_data()
+void tst_Keyboard::keys_act_only_for_a_player_on_the_keyboard_data()
 {
     QTest::addColumn<int>("side");
     QTest::addColumn<QString>("mode");
@@ -254,7 +254,7 @@ void tst_Keyboard::only_a_player_on_the_keyboard_hears_it_data()
     }
 }
 
-void tst_Keyboard::only_a_player_on_the_keyboard_hears_it()
+void tst_Keyboard::keys_act_only_for_a_player_on_the_keyboard()
 {
     QFETCH(int, side);
     QFETCH(QString, mode);

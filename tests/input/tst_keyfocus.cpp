@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Writes down the keys that came through to the window, because nobody on their way used them.
+/// Records the keys that reach the window because no other object used them.
 class UnusedKeys : public QObject
 {
 public:
@@ -24,7 +24,7 @@ public:
 
 } // namespace
 
-/// Where keys go, and what becomes of those that are held when the window no longer gets them.
+/// Which widget receives a key, and what happens to held keys when the window loses the focus.
 class tst_KeyFocus : public QObject
 {
     Q_OBJECT
@@ -32,15 +32,15 @@ class tst_KeyFocus : public QObject
 private slots:
     void cleanup() { m_stage.reset(); }
     void a_key_works_whichever_widget_has_the_focus();
-    void a_used_key_goes_no_further_data();
-    void a_used_key_goes_no_further();
+    void a_used_key_is_not_passed_on_data();
+    void a_used_key_is_not_passed_on();
     void an_unused_key_reaches_the_widget_with_the_focus();
-    void a_key_without_a_code_is_not_what_was_not_learnt();
+    void a_key_without_a_code_does_not_match_an_unlearnt_control();
     void a_dialog_keeps_its_keys();
-    void the_paddle_stops_when_the_window_is_left();
+    void the_paddle_stops_when_the_window_is_deactivated();
     void the_paddle_stops_when_a_list_pops_up();
     void a_change_of_focus_inside_the_window_stops_nothing();
-    void leaving_the_window_stops_no_paddle_of_another_device();
+    void deactivating_the_window_stops_no_paddle_of_another_device();
 
 private:
     void start(const PlayerStage::Settings &others = {}, const QStringList &midiDevices = {})
@@ -69,7 +69,7 @@ void tst_KeyFocus::a_key_works_whichever_widget_has_the_focus()
     QVERIFY(tried > 10);
 }
 
-void tst_KeyFocus::a_used_key_goes_no_further_data()
+void tst_KeyFocus::a_used_key_is_not_passed_on_data()
 {
     QTest::addColumn<QEvent::Type>("type");
     QTest::addColumn<Qt::Key>("key");
@@ -86,14 +86,14 @@ void tst_KeyFocus::a_used_key_goes_no_further_data()
     QTest::addRow("release of another key") << QEvent::KeyRelease << Qt::Key_Q << false << false;
 }
 
-void tst_KeyFocus::a_used_key_goes_no_further()
+void tst_KeyFocus::a_used_key_is_not_passed_on()
 {
     QFETCH(QEvent::Type, type);
     QFETCH(Qt::Key, key);
     QFETCH(bool, autoRepeat);
     QFETCH(bool, used);
     start();
-    m_stage->players[0].learnUp->setFocus(); // a button, which has no use for letters
+    m_stage->players[0].learnUp->setFocus(); // a button, which ignores letters
     const UnusedKeys unused(m_stage->widget());
     m_stage->send(type, key, autoRepeat);
     QCOMPARE(unused.types, used ? QList<QEvent::Type>() : QList<QEvent::Type>{type});
@@ -112,7 +112,7 @@ void tst_KeyFocus::an_unused_key_reaches_the_widget_with_the_focus()
     QCOMPARE(m_stage->step(0), fullUp);
 }
 
-void tst_KeyFocus::a_key_without_a_code_is_not_what_was_not_learnt()
+void tst_KeyFocus::a_key_without_a_code_does_not_match_an_unlearnt_control()
 {
     start({{u"KeyboardUpL"_s, u"0"_s}, {u"KeyboardStartL"_s, u"0"_s}});
     m_stage->press(Qt::Key_S);
@@ -140,7 +140,7 @@ void tst_KeyFocus::a_dialog_keeps_its_keys()
     QVERIFY(!m_stage->takeStart());
 }
 
-void tst_KeyFocus::the_paddle_stops_when_the_window_is_left()
+void tst_KeyFocus::the_paddle_stops_when_the_window_is_deactivated()
 {
     start();
     m_stage->press(Qt::Key_W);
@@ -162,7 +162,7 @@ void tst_KeyFocus::the_paddle_stops_when_a_list_pops_up()
     QVERIFY(QApplication::activePopupWidget());
     QCOMPARE(m_stage->step(0), 0);
     zones->hidePopup();
-    // The popup took the focus of the window system too, and gives it back in its own time.
+    // The popup also took the window system's focus, which returns asynchronously.
     QTRY_VERIFY(!QGuiApplication::focusWindow()
         || QGuiApplication::focusWindow() == m_stage->widget()->windowHandle());
     m_stage->widget()->activateWindow();
@@ -181,7 +181,7 @@ void tst_KeyFocus::a_change_of_focus_inside_the_window_stops_nothing()
     QCOMPARE(m_stage->step(0), fullUp);
 }
 
-void tst_KeyFocus::leaving_the_window_stops_no_paddle_of_another_device()
+void tst_KeyFocus::deactivating_the_window_stops_no_paddle_of_another_device()
 {
     constexpr int controlChange = 176;
     constexpr int controller = 7;

@@ -35,7 +35,7 @@ QPushButton *buttonOf(const PlayerStage &stage, const QString &control, int side
                                : player.learnStart;
 }
 
-/// The buttons that say that they are learning.
+/// The buttons that show that they are learning.
 QList<QPushButton *> learningButtons(const PlayerStage &stage)
 {
     QList<QPushButton *> learning;
@@ -68,7 +68,7 @@ private slots:
     void a_learnt_key_plays_and_is_kept();
     void a_key_that_is_bound_already_is_learnt_too();
     void a_key_of_the_right_player_is_learnt_for_the_left();
-    void the_keys_of_the_left_player_go_on_while_the_right_learns();
+    void the_left_players_keys_keep_working_while_the_right_learns();
     void the_keys_of_a_left_player_on_midi_are_learnt_for_the_right();
     void a_player_on_midi_learns_no_key();
     void a_key_without_a_code_is_not_learnt();
@@ -250,7 +250,7 @@ void tst_KeyLearn::a_key_of_the_right_player_is_learnt_for_the_left()
     QCOMPARE(m_stage->step(1), 0);
 }
 
-void tst_KeyLearn::the_keys_of_the_left_player_go_on_while_the_right_learns()
+void tst_KeyLearn::the_left_players_keys_keep_working_while_the_right_learns()
 {
     PlayerStage::Settings settings = bothOn(u"KEYBOARD"_s);
     settings.insert(u"KeyboardUpL"_s, QString::number(Qt::Key_W));

@@ -6,14 +6,14 @@
 
 using namespace Qt::StringLiterals;
 
-/// A value in the store that tells when it is compared with one that is to replace it.
+/// A value in the store that records when it is compared with its replacement.
 struct OldValue
 {
     QString key;
     static inline QStringList replaced;
 };
 
-// The store writes whatever it holds.
+// Required because the store writes every value.
 QDataStream &operator<<(QDataStream &stream, const OldValue &value)
 {
     return stream << value.key;
@@ -26,7 +26,7 @@ QDataStream &operator>>(QDataStream &stream, OldValue &value)
 
 namespace {
 
-/// Opens the window with a MIDI device of their own for both players.
+/// Opens the window and gives each player their own MIDI device.
 void openDevices(PlayerStage &stage)
 {
     stage.open();
@@ -47,12 +47,12 @@ private slots:
     void start_is_learnt_from_the_first_message();
     void messages_of_the_other_side_play_while_a_side_learns_data();
     void messages_of_the_other_side_play_while_a_side_learns();
-    void the_message_that_is_learnt_plays_nothing();
+    void a_message_being_learnt_does_not_play();
     void a_second_click_cancels_data();
     void a_second_click_cancels();
     void a_learn_cancels_every_other();
     void a_key_is_learnt_while_a_pad_learn_is_replaced();
-    void what_is_learnt_is_in_the_file();
+    void a_learnt_control_is_written_to_the_file();
     void the_status_is_stored_before_the_number_data();
     void the_status_is_stored_before_the_number();
 };
@@ -148,7 +148,7 @@ void tst_Learn::messages_of_the_other_side_play_while_a_side_learns()
     }
 }
 
-void tst_Learn::the_message_that_is_learnt_plays_nothing()
+void tst_Learn::a_message_being_learnt_does_not_play()
 {
     PlayerStage stage({u"First"_s, u"Second"_s}, 0,
         {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"CC_00"_s, u"176"_s}, {u"CC_01"_s, u"7"_s},
@@ -160,7 +160,7 @@ void tst_Learn::the_message_that_is_learnt_plays_nothing()
     for (QPushButton *button : {player.learnMove, player.learnStart}) {
         PlayerStage::click(button);
         stage.sendMidi(0, 176, 7, 127);
-        // The learnt message is over; what held the paddle before it still does.
+        // The learnt message did not play; the paddle keeps its previous step.
         QCOMPARE(stage.step(0), 16);
         QVERIFY(!stage.takeStart());
     }
@@ -217,7 +217,8 @@ void tst_Learn::a_second_click_cancels()
 
 void tst_Learn::a_learn_cancels_every_other()
 {
-    // The left player on a pad, the right one on the keyboard: every kind of learn button.
+    // With the left player on a pad and the right one on the keyboard there is every kind of learn
+    // button.
     PlayerStage stage({u"First"_s}, 1,
         {{u"ControlModeLeft"_s, u"XBOX"_s}, {u"ControlModeRight"_s, u"KEYBOARD"_s}});
     stage.open();
@@ -280,7 +281,7 @@ void tst_Learn::a_key_is_learnt_while_a_pad_learn_is_replaced()
     }
 }
 
-void tst_Learn::what_is_learnt_is_in_the_file()
+void tst_Learn::a_learnt_control_is_written_to_the_file()
 {
     PlayerStage stage({u"First"_s, u"Second"_s}, 1, bothOn(u"MIDI"_s));
     openDevices(stage);

@@ -18,7 +18,7 @@ const QString blue = u"QPushButton {background-color:#08F;} "
                      "QPushButton:hover {background-color:#0AF;} "
                      "QPushButton:pressed {background-color:#08D;}"_s;
 
-/// How a learn button looks; a hidden one looks of nothing.
+/// The look of a learn button; default-constructed for a hidden one.
 struct Look
 {
     QString text;
@@ -28,7 +28,7 @@ struct Look
     bool operator==(const Look &) const = default;
 };
 
-/// What QCOMPARE shows of a look.
+/// For messages of QCOMPARE.
 char *toString(const Look &look)
 {
     return QTest::toString(
@@ -42,7 +42,7 @@ Look lookOf(const QPushButton *button)
     return {button->text(), button->isEnabled(), button->styleSheet()};
 }
 
-/// Both players learnt everything, on every kind of device.
+/// Both players have learnt everything, on every kind of device.
 PlayerStage::Settings everything()
 {
     return {
@@ -88,9 +88,9 @@ private slots:
     void a_pad_control_counts_as_learnt_once_it_is_written_data();
     void a_pad_control_counts_as_learnt_once_it_is_written();
     void a_midi_control_counts_as_learnt_by_its_status_alone();
-    void a_tool_tip_tells_what_is_learnt_data();
-    void a_tool_tip_tells_what_is_learnt();
-    void a_tool_tip_follows_what_is_learnt();
+    void a_tool_tip_names_the_learnt_control_data();
+    void a_tool_tip_names_the_learnt_control();
+    void a_tool_tip_follows_a_new_binding();
     void a_learn_that_lost_its_device_stays_blue();
     void the_form_shows_no_text_of_its_own_after_the_start();
 };
@@ -187,7 +187,7 @@ void tst_LearnButtons::a_button_says_what_a_click_does()
         if (learning >= 0)
             PlayerStage::click(buttonsOf(player).at(learning));
         compare(player);
-        // What one player learns does not show on the other.
+        // A learn of one player does not show on the other's buttons.
         const PlayerStage::Player &other = stage.players[size_t(1 - player.side)];
         for (int i = 0; learning >= 0 && i < buttonsOf(other).size(); ++i)
             QCOMPARE(lookOf(buttonsOf(other).at(i)), idle[other.side][i]);
@@ -264,7 +264,7 @@ void tst_LearnButtons::a_midi_control_counts_as_learnt_by_its_status_alone()
     QCOMPARE(stage.players[1].learnStart->styleSheet(), mauve);
 }
 
-void tst_LearnButtons::a_tool_tip_tells_what_is_learnt_data()
+void tst_LearnButtons::a_tool_tip_names_the_learnt_control_data()
 {
     QTest::addColumn<QString>("mode");
     QTest::addColumn<QStringList>("tips"); // of the visible buttons, start first
@@ -277,7 +277,7 @@ void tst_LearnButtons::a_tool_tip_tells_what_is_learnt_data()
                               << QStringList({u"key D"_s, u"key W"_s, u"key Down"_s});
 }
 
-void tst_LearnButtons::a_tool_tip_tells_what_is_learnt()
+void tst_LearnButtons::a_tool_tip_names_the_learnt_control()
 {
     QFETCH(QString, mode);
     QFETCH(QStringList, tips);
@@ -320,7 +320,7 @@ void tst_LearnButtons::a_tool_tip_tells_what_is_learnt()
     }
 }
 
-void tst_LearnButtons::a_tool_tip_follows_what_is_learnt()
+void tst_LearnButtons::a_tool_tip_follows_a_new_binding()
 {
     PlayerStage stage({u"First"_s}, 0, {{u"ControlModeLeft"_s, u"MIDI"_s}});
     stage.open();
@@ -347,7 +347,7 @@ void tst_LearnButtons::a_learn_that_lost_its_device_stays_blue()
     player.midiList->setCurrentIndex(0);
     QCOMPARE(lookOf(player.learnMove), (Look{u"Learning Move..."_s, false, blue}));
     QCOMPARE(lookOf(player.learnStart), (Look{u"Click to learn Start"_s, false, grey}));
-    // With the device back it learns, as it says.
+    // Once the device is back, it learns as the button says.
     player.midiList->setCurrentIndex(1);
     QCOMPARE(lookOf(player.learnMove), (Look{u"Learning Move..."_s, true, blue}));
     stage.sendMidi(0, 0xB0, 7, 100);

@@ -31,8 +31,8 @@ private slots:
     void the_learnt_start_message_starts_whatever_its_value();
     void another_note_or_channel_starts_nothing();
     void a_message_learnt_for_both_moves_and_starts();
-    void what_is_not_learnt_never_matches_data();
-    void what_is_not_learnt_never_matches();
+    void an_unlearnt_binding_never_matches_data();
+    void an_unlearnt_binding_never_matches();
     void a_binding_that_no_message_can_carry_never_matches();
     void every_word_does_what_its_bytes_say_and_nothing_else();
 };
@@ -99,7 +99,7 @@ void tst_MidiBinding::with_14_bits_another_status_moves_nothing()
 void tst_MidiBinding::the_learnt_start_message_starts_whatever_its_value_data()
 {
     QTest::addColumn<int>("value");
-    QTest::addRow("a key let go, sent as velocity 0") << 0;
+    QTest::addRow("key released, sent as velocity 0") << 0;
     QTest::addRow("softly") << 1;
     QTest::addRow("hard") << 127;
 }
@@ -130,14 +130,14 @@ void tst_MidiBinding::a_message_learnt_for_both_moves_and_starts()
     }
 }
 
-void tst_MidiBinding::what_is_not_learnt_never_matches_data()
+void tst_MidiBinding::an_unlearnt_binding_never_matches_data()
 {
     QTest::addColumn<unsigned>("number");
     QTest::addRow("nothing learnt") << 0U;
     QTest::addRow("a number without a status, from a damaged file") << 7U;
 }
 
-void tst_MidiBinding::what_is_not_learnt_never_matches()
+void tst_MidiBinding::an_unlearnt_binding_never_matches()
 {
     QFETCH(unsigned, number);
     const MidiBinding binding = {0, number};

@@ -14,14 +14,14 @@ class tst_MidiDevices : public QObject
 
 private slots:
     void a_device_is_a_midi_with_its_three_signals();
-    void a_midi_is_a_class_of_its_own_with_nothing_in_it();
+    void midi_is_a_separate_empty_class();
     void a_new_device_is_closed();
     void the_players_devices_are_there_before_main();
-    void there_are_three_spare_bytes_and_the_last_stands_for_all_beyond();
+    void there_are_three_spare_bytes_and_larger_numbers_use_the_last();
 
     void without_devices_there_is_no_name();
     void devices_have_their_names_in_the_order_of_the_system();
-    void a_number_that_no_device_has_has_no_name();
+    void an_invalid_device_number_has_no_name();
     void a_device_whose_name_cannot_be_read_has_none();
     void a_device_opens_with_the_callback_and_the_instance();
     void a_failed_open_is_returned_and_touches_nothing_data();
@@ -34,8 +34,8 @@ private slots:
     void stopping_and_closing_what_is_not_open_is_harmless();
     void a_vanished_device_is_stopped_and_closed_all_the_same();
 
-    void a_thread_of_its_own_ends_with_the_device();
-    void destruction_announces_itself_and_leaves_the_device_open();
+    void a_devices_own_thread_ends_with_it();
+    void destruction_is_signalled_and_leaves_the_device_open();
 };
 
 void tst_MidiDevices::a_device_is_a_midi_with_its_three_signals()
@@ -57,7 +57,7 @@ void tst_MidiDevices::a_device_is_a_midi_with_its_three_signals()
     QCOMPARE(output.metaObject()->methodCount(), output.metaObject()->methodOffset());
 }
 
-void tst_MidiDevices::a_midi_is_a_class_of_its_own_with_nothing_in_it()
+void tst_MidiDevices::midi_is_a_separate_empty_class()
 {
     const midi base;
     const QMetaObject *meta = base.metaObject();
@@ -88,7 +88,7 @@ void tst_MidiDevices::the_players_devices_are_there_before_main()
     }
 }
 
-void tst_MidiDevices::there_are_three_spare_bytes_and_the_last_stands_for_all_beyond()
+void tst_MidiDevices::there_are_three_spare_bytes_and_larger_numbers_use_the_last()
 {
     MidiDevIn device;
     for (unsigned i = 0; i < 3; ++i)
@@ -122,7 +122,7 @@ void tst_MidiDevices::devices_have_their_names_in_the_order_of_the_system()
     QCOMPARE(MidiDevIn::deviceNameAt(3), longest);
 }
 
-void tst_MidiDevices::a_number_that_no_device_has_has_no_name()
+void tst_MidiDevices::an_invalid_device_number_has_no_name()
 {
     const FakeMidi system({u"Fader"_s});
     for (const int index :
@@ -157,7 +157,7 @@ void tst_MidiDevices::a_failed_open_is_returned_and_touches_nothing_data()
     QTest::addColumn<unsigned>("result");
     QTest::addRow("in use by another program") << 1U << unsigned(MMSYSERR_ALLOCATED);
     QTest::addRow("no such device") << 2U << unsigned(MMSYSERR_BADDEVICEID);
-    QTest::addRow("a number far beyond") << 0xFFFFFFFF << unsigned(MMSYSERR_BADDEVICEID);
+    QTest::addRow("a number far out of range") << 0xFFFFFFFF << unsigned(MMSYSERR_BADDEVICEID);
 }
 
 void tst_MidiDevices::a_failed_open_is_returned_and_touches_nothing()
@@ -280,7 +280,7 @@ void tst_MidiDevices::a_vanished_device_is_stopped_and_closed_all_the_same()
     QVERIFY(system.openInputs.isEmpty());
 }
 
-void tst_MidiDevices::a_thread_of_its_own_ends_with_the_device()
+void tst_MidiDevices::a_devices_own_thread_ends_with_it()
 {
     FakeMidi system({u"Fader"_s});
     auto device = std::make_unique<MidiDevIn>();
@@ -299,7 +299,7 @@ void tst_MidiDevices::a_thread_of_its_own_ends_with_the_device()
     QVERIFY(finished);
 }
 
-void tst_MidiDevices::destruction_announces_itself_and_leaves_the_device_open()
+void tst_MidiDevices::destruction_is_signalled_and_leaves_the_device_open()
 {
     FakeMidi system({u"Fader"_s});
     bool announced = false;

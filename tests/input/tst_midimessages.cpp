@@ -19,7 +19,8 @@ struct Message
     bool operator==(const Message &) const = default;
 };
 
-/// What arrives in the GUI thread from both players' devices, and on what thread it left.
+/// Collects the messages of both players' devices in the GUI thread, with the thread that emitted
+/// them.
 class Receiver : public QObject
 {
 public:
@@ -37,7 +38,7 @@ public:
         }
     }
 
-    /// Delivers what is queued and returns all that has come since the last take.
+    /// Delivers queued messages and returns all those received since the last take.
     QList<Message> take()
     {
         QCoreApplication::sendPostedEvents(this);
@@ -74,20 +75,20 @@ class tst_MidiMessages : public QObject
     Q_OBJECT
 
 private slots:
-    void a_message_leaves_on_the_systems_thread_and_arrives_in_the_gui_thread();
+    void a_message_is_emitted_on_the_systems_thread_and_arrives_in_the_gui_thread();
     void each_device_names_its_side();
     void a_short_message_of_any_kind_passes_unchanged_data();
     void a_short_message_of_any_kind_passes_unchanged();
     void every_word_arrives_as_its_three_bytes();
-    void what_is_no_short_message_is_ignored_data();
-    void what_is_no_short_message_is_ignored();
+    void messages_other_than_short_ones_are_ignored_data();
+    void messages_other_than_short_ones_are_ignored();
     void messages_flow_between_start_and_stop_only();
     void a_second_open_leaves_the_first_device_open_and_silent();
     void a_handle_that_neither_device_holds_is_dropped();
     void a_handle_that_both_devices_hold_is_the_left_ones();
 };
 
-void tst_MidiMessages::a_message_leaves_on_the_systems_thread_and_arrives_in_the_gui_thread()
+void tst_MidiMessages::a_message_is_emitted_on_the_systems_thread_and_arrives_in_the_gui_thread()
 {
     FakeMidi system({u"Fader"_s});
     const Running left(midiInLeft, 0);
@@ -156,7 +157,7 @@ void tst_MidiMessages::every_word_arrives_as_its_three_bytes()
     QCOMPARE(arrived, 5U * 0x10000);
 }
 
-void tst_MidiMessages::what_is_no_short_message_is_ignored_data()
+void tst_MidiMessages::messages_other_than_short_ones_are_ignored_data()
 {
     QTest::addColumn<unsigned>("message");
     QTest::addRow("opened") << unsigned(MIM_OPEN);
@@ -166,10 +167,10 @@ void tst_MidiMessages::what_is_no_short_message_is_ignored_data()
     QTest::addRow("error in system exclusive") << unsigned(MIM_LONGERROR);
     QTest::addRow("more data") << unsigned(MIM_MOREDATA);
     QTest::addRow("nothing") << 0U;
-    QTest::addRow("something far off") << 0xFFFFFFFFU;
+    QTest::addRow("an unknown message") << 0xFFFFFFFFU;
 }
 
-void tst_MidiMessages::what_is_no_short_message_is_ignored()
+void tst_MidiMessages::messages_other_than_short_ones_are_ignored()
 {
     QFETCH(unsigned, message);
     FakeMidi system({u"Fader"_s});

@@ -24,13 +24,13 @@ void settle(const CXBOXController &controller)
     QTRY_VERIFY(threadOf(controller) != QThread::currentThread());
 }
 
-/// One more poll, after those that wait.
+/// Runs one more poll, after those already queued.
 void pollOnce(CXBOXController &controller)
 {
     QMetaObject::invokeMethod(&controller, "CheckStates", Qt::BlockingQueuedConnection);
 }
 
-/// Stalls the first read of the first pad until it is ended.
+/// Stalls the first read of the first pad until released.
 class Stall
 {
 public:
@@ -63,7 +63,7 @@ private slots:
     void polls_run_on_the_worker_and_their_signals_arrive_in_the_gui_thread();
     void nothing_polls_before_it_is_started();
     void a_started_poller_polls_every_10_ms();
-    void a_stopped_poller_polls_no_more();
+    void a_stopped_poller_does_not_poll();
     void at_most_one_poll_waits_behind_a_stalled_one();
     void deleting_a_poller_waits_for_the_poll_under_way();
     void a_poller_deleted_before_its_thread_started_ends_at_once();
@@ -134,14 +134,14 @@ void tst_Polling::a_started_poller_polls_every_10_ms()
     for (int times = 1; times <= 3; ++times) {
         while (expired.timers.size() < times)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        pollOnce(controller); // after the one that the timer asked for
+        pollOnce(controller); // after the one that the timer queued
         QCOMPARE(int(system.pads[0].reads), 2 * times * readsPerPoll);
         QCOMPARE(expired.timers.last()->interval(), 10);
         QCOMPARE(expired.timers.last()->timerType(), Qt::PreciseTimer);
     }
 }
 
-void tst_Polling::a_stopped_poller_polls_no_more()
+void tst_Polling::a_stopped_poller_does_not_poll()
 {
     FakePads system(2);
     CXBOXController controller(1);

@@ -9,16 +9,16 @@
 
 #include <atomic>
 
-/// Lets the poller of the first pad work while the window does not.
+/// Lets the poller of the first pad run while the window processes no events.
 class UnseenPoll
 {
 public:
-    /// To be made before the window is opened, and to outlive it.
+    /// Must be created before the window is opened and outlive it.
     explicit UnseenPoll(PlayerStage &stage)
         : m_stage(stage)
     {
         stage.pads.onGetState = [this](DWORD pad) {
-            // The lists' own probe was the first read; the polls follow.
+            // The first read is the probe for the device lists; the polls follow.
             const bool isFirstRead = m_stage.pads.pads[0].reads % readsOfPoll == 1;
             if (pad != 0 || !isFirstRead || !m_holds.exchange(false))
                 return;
@@ -29,13 +29,13 @@ public:
     }
     ~UnseenPoll()
     {
-        m_goesOn.release(); // in case that a failed check left the poller waiting
+        m_goesOn.release(); // in case a failed check left the poller waiting
         m_stage.close();
     }
     UnseenPoll(const UnseenPoll &) = delete;
     UnseenPoll &operator=(const UnseenPoll &) = delete;
 
-    /// Pushes the left stick up and presses A, and lets a whole poll of that pass.
+    /// Pushes the left stick up, presses A and waits for a complete poll of that.
     void pushAndPress()
     {
         m_holds = true;
@@ -46,7 +46,7 @@ public:
         pad.thumbLX = 32767;
         pad.buttons = XINPUT_GAMEPAD_A;
         m_goesOn.release();
-        // By the read of the last stick the others have been told.
+        // When the last stick is read, all earlier signals have been emitted.
         for (const QDeadlineTimer patience(5000); pad.reads < end;) {
             QVERIFY(!patience.hasExpired());
             QThread::yieldCurrentThread();

@@ -9,8 +9,8 @@
 #include <array>
 #include <functional>
 
-/// Collects, on the test's thread, the messages of a device, which come on a thread of the system:
-/// each as its side, its status and its two data bytes.
+/// Collects, on the test's thread, the messages that a device emits on a system thread: each as
+/// side, status and two data bytes.
 class MidiInbox : public QObject
 {
 public:
@@ -19,13 +19,13 @@ public:
     QList<std::array<int, 4>> messages;
 };
 
-/// The number of the input device with this name in its own, or -1.
+/// The number of the input device whose name contains `name`, or -1.
 int inputNamed(const QString &name);
 
-/// Whether what `send` sends arrives where `hasArrived` looks: a connection that is made takes a
-/// moment to carry anything. Nothing is under way when it returns.
+/// Sends with `send` until `hasArrived` reports a message: a new connection takes a moment to work.
+/// No message is in transit when it returns.
 bool isConnected(const std::function<void(unsigned char status)> &send,
     const std::function<bool(unsigned char status)> &hasArrived);
 
-/// Whether what a sender sends arrives at a device that is open and started.
+/// The same for a sender and an open, started device.
 bool isConnected(MidiSender &sender, MidiDevIn &device);

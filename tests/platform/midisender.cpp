@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-// A MIDI device, played by whoever writes to its standard input: each line is a message in
-// hexadecimal bytes, "B2 07 64". Says "ready" when its port is there, "sent" after each message.
-// Ends with its input.
+// A MIDI device that sends messages from standard input, one per line in hexadecimal bytes:
+// "B2 07 64". Prints "ready" when its port exists and "sent" after each message. Exits at the end
+// of its input.
 //
 //     midisender alsa|jack NAME
 

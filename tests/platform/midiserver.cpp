@@ -36,7 +36,7 @@ void endWithThisProcess(QProcess &process)
 {
     process.setChildProcessModifier([parent = getpid()] {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
-        if (getppid() != parent) // it ended meanwhile
+        if (getppid() != parent) // the parent has exited in between
             _exit(EXIT_FAILURE);
     });
 }
@@ -58,7 +58,7 @@ MidiServer::MidiServer()
     qputenv("JACK_DEFAULT_SERVER", m_name.toLatin1());
     m_jackd.setProcessChannelMode(QProcess::MergedChannels);
     endWithThisProcess(m_jackd);
-    // It waits for late clients, half a second if need be, so that a busy machine loses no message.
+    // jackd waits up to half a second for late clients, so that a busy machine loses no message.
     m_jackd.start(jackd, {u"-r"_s, u"-S"_s, u"-n"_s, m_name, u"-d"_s, u"dummy"_s});
     m_jackd.waitForStarted();
     const QDeadlineTimer deadline(patience);
@@ -77,7 +77,7 @@ MidiServer::~MidiServer()
     m_jackd.terminate();
     if (!m_jackd.waitForFinished(patience))
         m_jackd.kill();
-    // The clients of this process outlive it and would leave their semaphores behind.
+    // This process's clients outlive the server and would leave their semaphores behind.
     const QDir sharedMemory(u"/dev/shm"_s);
     for (const QString &file :
         sharedMemory.entryList({u"jack*"_s + m_name + u'*'}, QDir::System | QDir::Files))

@@ -3,11 +3,11 @@
 #include <QProcess>
 #include <QString>
 
-/// Lets a process that is yet to be started end when this one does, killed or not.
+/// Makes a process, not yet started, end with this one, even if this one is killed.
 void endWithThisProcess(QProcess &process);
 
-/// The MIDI system that the tests play through: ALSA's sequencer where there is one, else a JACK
-/// server of their own without hardware, started here and ended with this object.
+/// The MIDI system for the tests: ALSA's sequencer if there is one, otherwise a private JACK server
+/// without hardware, which runs for the lifetime of this object.
 class MidiServer
 {
 public:
@@ -16,7 +16,7 @@ public:
     MidiServer(const MidiServer &) = delete;
     MidiServer &operator=(const MidiServer &) = delete;
 
-    /// Why there is none; empty when there is.
+    /// Why there is no MIDI system; empty if there is one.
     QString problem;
     /// "alsa" or "jack".
     QString api;
@@ -26,7 +26,7 @@ private:
     QProcess m_jackd;
 };
 
-/// A process of its own that is a MIDI device to this one.
+/// A separate process that acts as a MIDI device.
 class MidiSender
 {
 public:
@@ -35,11 +35,11 @@ public:
     MidiSender(const MidiSender &) = delete;
     MidiSender &operator=(const MidiSender &) = delete;
 
-    /// Whether its port is there.
+    /// Whether its port exists.
     bool isReady() const { return m_ready; }
-    /// Sends a message, "B2 07 64"; true when it has left.
+    /// Sends a message such as "B2 07 64". Returns true once it has been sent.
     bool send(const QByteArray &hexBytes);
-    /// Ends it as a cable that is pulled would.
+    /// Removes the device, as pulling its cable would.
     void kill();
 
 private:

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <iostream>
 
-// Runs a command where there is a MIDI system, whose name, "alsa" or "jack", it finds in
-// RALLYVANE_MIDI, and ends as the command does. Without one it says why and returns 77.
+// Runs a command with a MIDI system, whose name ("alsa" or "jack") is passed in RALLYVANE_MIDI, and
+// returns its exit code. If there is no MIDI system, prints the reason and returns 77.
 //
 //     midisystem COMMAND...
 

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Another process that holds the lock of a folder, started with this program's own file.
+/// Another process that holds the lock of a folder; it runs this test's own executable.
 class Holder
 {
 public:
@@ -38,7 +38,7 @@ private:
     QByteArray m_answer;
 };
 
-/// Tells whether the lock was to be had, and keeps it until killed.
+/// Prints whether the lock could be acquired and holds it until killed.
 int hold(const QString &folder)
 {
     const FolderLock lock(folder);

@@ -30,18 +30,18 @@ private slots:
     void cleanup();
 
     void without_a_pad_no_user_is_connected();
-    void a_user_that_cannot_be_is_refused();
+    void an_invalid_user_index_is_rejected();
     void buttons_set_their_bits_data();
     void buttons_set_their_bits();
     void sticks_point_right_and_up_data();
     void sticks_point_right_and_up();
-    void triggers_go_to_255_data();
-    void triggers_go_to_255();
-    void the_packet_number_tells_a_change();
+    void triggers_reach_255_data();
+    void triggers_reach_255();
+    void the_packet_number_changes_with_the_state();
     void pads_come_in_the_order_in_which_they_were_plugged_in();
-    void an_unplugged_pad_is_not_connected_and_leaves_its_place_to_the_next();
-    void a_fifth_pad_is_nobodys();
-    void motors_run_as_they_are_set();
+    void an_unplugged_pad_is_not_connected_and_frees_its_slot();
+    void a_fifth_pad_is_ignored();
+    void motors_run_at_the_set_speed();
     void a_poller_reports_what_is_played_on_the_pad();
 };
 
@@ -59,7 +59,7 @@ void tst_Gamepads::without_a_pad_no_user_is_connected()
     QCOMPARE(XInputSetState(0, &vibration), DWORD(ERROR_DEVICE_NOT_CONNECTED));
 }
 
-void tst_Gamepads::a_user_that_cannot_be_is_refused()
+void tst_Gamepads::an_invalid_user_index_is_rejected()
 {
     const VirtualPad pad;
     QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
@@ -142,24 +142,24 @@ void tst_Gamepads::sticks_point_right_and_up()
     QTRY_COMPARE(read(), (QList{0, 0, 0, 0}));
 }
 
-void tst_Gamepads::triggers_go_to_255_data()
+void tst_Gamepads::triggers_reach_255_data()
 {
     QTest::addColumn<int>("pulled");
     QTest::addColumn<int>("trigger");
-    // A trigger's axis rests at one end.
+    // A trigger's axis is at its minimum when released.
     QTest::addRow("at rest") << -32768 << 0;
     QTest::addRow("slightest pull of 255 steps") << -32768 + 257 << 1;
     QTest::addRow("half") << 0 << 127;
     QTest::addRow("full") << 32767 << 255;
 }
 
-void tst_Gamepads::triggers_go_to_255()
+void tst_Gamepads::triggers_reach_255()
 {
     QFETCH(int, pulled);
     QFETCH(int, trigger);
     VirtualPad pad;
     QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
-    // SDL takes the first small movement of an axis for its rest.
+    // SDL treats the first small movement of an axis as its rest position.
     for (const auto axis : {SDL_CONTROLLER_AXIS_TRIGGERLEFT, SDL_CONTROLLER_AXIS_TRIGGERRIGHT})
         pad.move(axis, 16000);
     QTRY_VERIFY(padOf(0).bLeftTrigger > 0 && padOf(0).bRightTrigger > 0);
@@ -171,7 +171,7 @@ void tst_Gamepads::triggers_go_to_255()
     QTRY_COMPARE(int(padOf(0).bRightTrigger), trigger);
 }
 
-void tst_Gamepads::the_packet_number_tells_a_change()
+void tst_Gamepads::the_packet_number_changes_with_the_state()
 {
     VirtualPad pad;
     QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
@@ -192,7 +192,7 @@ void tst_Gamepads::pads_come_in_the_order_in_which_they_were_plugged_in()
     QCOMPARE(resultOf(2), DWORD(ERROR_DEVICE_NOT_CONNECTED));
 }
 
-void tst_Gamepads::an_unplugged_pad_is_not_connected_and_leaves_its_place_to_the_next()
+void tst_Gamepads::an_unplugged_pad_is_not_connected_and_frees_its_slot()
 {
     auto first = std::make_unique<VirtualPad>();
     VirtualPad second;
@@ -210,7 +210,7 @@ void tst_Gamepads::an_unplugged_pad_is_not_connected_and_leaves_its_place_to_the
     QCOMPARE(int(padOf(1).wButtons), 0);
 }
 
-void tst_Gamepads::a_fifth_pad_is_nobodys()
+void tst_Gamepads::a_fifth_pad_is_ignored()
 {
     std::array<VirtualPad, 5> pads;
     QTRY_COMPARE(resultOf(3), DWORD(ERROR_SUCCESS));
@@ -221,7 +221,7 @@ void tst_Gamepads::a_fifth_pad_is_nobodys()
         QCOMPARE(int(padOf(user).wButtons), 0);
 }
 
-void tst_Gamepads::motors_run_as_they_are_set()
+void tst_Gamepads::motors_run_at_the_set_speed()
 {
     const VirtualPad pad;
     QTRY_COMPARE(resultOf(0), DWORD(ERROR_SUCCESS));
@@ -242,7 +242,7 @@ void tst_Gamepads::a_poller_reports_what_is_played_on_the_pad()
     CXBOXController other(2);
     QTRY_VERIFY(controller.isConnected());
     QVERIFY(!other.isConnected());
-    // Queued: they come from the threads of the pollers.
+    // Queued, because the signals come from the pollers' threads.
     QList<std::pair<CXBOXController::buttonList, bool>> buttons;
     connect(&controller, &CXBOXController::buttonXbox, this,
         [&](CXBOXController::buttonList button, bool pressed) {

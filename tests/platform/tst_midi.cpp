@@ -14,7 +14,7 @@ namespace {
 
 const QString faderName = u"Test fader"_s;
 
-/// Opens a player's device by its name and starts it; true when it receives what `sender` sends.
+/// Opens a player's device by name and starts it; true once it receives messages from `sender`.
 bool receives(MidiDevIn &device, MidiSender &sender, const QString &name)
 {
     return device.open(unsigned(inputNamed(name)), nullptr) == 0 && device.start() == 0
@@ -23,7 +23,7 @@ bool receives(MidiDevIn &device, MidiSender &sender, const QString &name)
 
 using Message = std::array<int, 4>;
 
-/// A second listener beside the program, or the only one that hears what the program sends.
+/// A MIDI listener independent of the program.
 class Listener
 {
 public:
@@ -68,15 +68,15 @@ private slots:
     void cleanup();
 
     void a_control_change_and_a_note_arrive_as_they_were_played();
-    void the_two_players_devices_keep_apart();
+    void the_two_players_devices_do_not_interfere();
     void the_clock_passes_and_system_exclusive_does_not();
     void a_device_that_is_not_started_is_silent();
-    void a_device_is_open_once();
+    void a_device_cannot_be_opened_twice();
     void a_handle_ends_with_its_device();
     void a_device_that_vanishes_is_gone_from_the_list_and_can_be_closed();
     void a_name_is_cut_between_its_characters();
-    void short_messages_leave_with_as_many_bytes_as_they_have_data();
-    void short_messages_leave_with_as_many_bytes_as_they_have();
+    void short_messages_are_sent_with_their_actual_length_data();
+    void short_messages_are_sent_with_their_actual_length();
 
 private:
     std::unique_ptr<MidiServer> m_server;
@@ -117,7 +117,7 @@ void tst_Midi::a_control_change_and_a_note_arrive_as_they_were_played()
     QCOMPARE(inbox.messages[1], (Message{0, 0x90, 0x3C, 0x7F}));
 }
 
-void tst_Midi::the_two_players_devices_keep_apart()
+void tst_Midi::the_two_players_devices_do_not_interfere()
 {
     MidiSender pads(*m_server, u"Test pads"_s);
     QVERIFY(pads.isReady());
@@ -162,7 +162,7 @@ void tst_Midi::a_device_that_is_not_started_is_silent()
     midiInLeft.stop();
     QCoreApplication::processEvents();
     const MidiInbox inbox(midiInLeft);
-    // What the witness heard first has passed the device by the time it hears the last.
+    // When the witness hears the last message, the first ones have passed the device.
     const auto before = witness.heard().size();
     for (int i = 1; i <= 5; ++i) {
         QVERIFY(m_fader->send("B0 01 02"));
@@ -176,7 +176,7 @@ void tst_Midi::a_device_that_is_not_started_is_silent()
     QCOMPARE(inbox.messages[0], (Message{0, 0xB0, 1, 3}));
 }
 
-void tst_Midi::a_device_is_open_once()
+void tst_Midi::a_device_cannot_be_opened_twice()
 {
     const auto index = unsigned(inputNamed(faderName));
     QCOMPARE(midiInLeft.open(index, nullptr), 0U);
@@ -217,7 +217,7 @@ void tst_Midi::a_device_that_vanishes_is_gone_from_the_list_and_can_be_closed()
 
 void tst_Midi::a_name_is_cut_between_its_characters()
 {
-    // 31 bytes are room for 15 of these and a half.
+    // 31 bytes hold 15 and a half of these characters.
     const QString name = u"é"_s.repeated(20);
     const MidiSender sender(*m_server, name);
     QVERIFY(sender.isReady());
@@ -226,7 +226,7 @@ void tst_Midi::a_name_is_cut_between_its_characters()
     QCOMPARE(cut, u"é"_s.repeated(15));
 }
 
-void tst_Midi::short_messages_leave_with_as_many_bytes_as_they_have_data()
+void tst_Midi::short_messages_are_sent_with_their_actual_length_data()
 {
     QTest::addColumn<int>("status");
     QTest::addColumn<QByteArray>("bytes");
@@ -242,7 +242,7 @@ void tst_Midi::short_messages_leave_with_as_many_bytes_as_they_have_data()
     QTest::addRow("system exclusive") << 0xF0 << QByteArray();
 }
 
-void tst_Midi::short_messages_leave_with_as_many_bytes_as_they_have()
+void tst_Midi::short_messages_are_sent_with_their_actual_length()
 {
     QFETCH(int, status);
     QFETCH(QByteArray, bytes);

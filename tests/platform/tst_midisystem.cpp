@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Whether a process runs that was started with this word.
+/// Whether a process with this word in its command line is running.
 bool runs(const QByteArray &word)
 {
     const QDir processes(u"/proc"_s);
@@ -29,14 +29,14 @@ class tst_MidiSystem : public QObject
     Q_OBJECT
 
 private slots:
-    void what_runs_in_a_midi_system_is_told_its_name_and_tells_its_own_end();
-    void a_killed_test_takes_its_jack_server_and_its_command_along();
+    void a_command_gets_the_name_of_the_midi_system_and_its_exit_code_is_returned();
+    void killing_a_test_ends_its_jack_server_and_its_command();
 
 private:
     const QString m_midiSystem = QCoreApplication::applicationDirPath() + u"/midisystem"_s;
 };
 
-void tst_MidiSystem::what_runs_in_a_midi_system_is_told_its_name_and_tells_its_own_end()
+void tst_MidiSystem::a_command_gets_the_name_of_the_midi_system_and_its_exit_code_is_returned()
 {
     QProcess process;
     process.start(m_midiSystem, {u"sh"_s, u"-c"_s, u"echo $RALLYVANE_MIDI; exit 5"_s});
@@ -48,7 +48,7 @@ void tst_MidiSystem::what_runs_in_a_midi_system_is_told_its_name_and_tells_its_o
     QCOMPARE(process.exitCode(), 5);
 }
 
-void tst_MidiSystem::a_killed_test_takes_its_jack_server_and_its_command_along()
+void tst_MidiSystem::killing_a_test_ends_its_jack_server_and_its_command()
 {
     const QString unlikeOthers = u"1000."_s + QString::number(QCoreApplication::applicationPid());
     QProcess process;

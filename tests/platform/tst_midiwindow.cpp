@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::array devices = {&midiInLeft, &midiInRight};
 
-/// Chooses MIDI and a device for a side, and waits until it carries what `sender` sends.
+/// Selects MIDI and a device for a side, and waits until messages from `sender` arrive.
 void choose(const OperatorWindow &window, int side, const QString &device, MidiSender &sender)
 {
     window.click(side == 0 ? u"leftMidiRadio"_s : u"rightMidiRadio"_s);
@@ -82,7 +82,7 @@ void tst_MidiWindow::a_learnt_control_change_moves_the_paddle_and_a_learnt_note_
     window.click("learnStart"_L1 + sideLetter(side));
     QVERIFY(m_fader->send("90 3C 7F"));
     QTRY_COMPARE(window.setting("Start_"_L1 + digit + u'1'), u"60"_s);
-    // What is learnt plays nothing yet.
+    // The learnt message itself has not played.
     QCOMPARE(window.step(side), 0);
     QVERIFY(!window.takeStart());
 
@@ -99,7 +99,7 @@ void tst_MidiWindow::a_learnt_control_change_moves_the_paddle_and_a_learnt_note_
 
 void tst_MidiWindow::each_player_plays_on_a_device_of_their_own()
 {
-    // Both have learnt the same of their own device.
+    // Both have learnt the same messages, each from their own device.
     OperatorWindow window("[General]\nCC_00=176\nCC_01=7\nStart_00=144\nStart_01=60\n"
                           "CC_10=176\nCC_11=7\nStart_10=144\nStart_11=60\n");
     window.open();
@@ -126,7 +126,7 @@ void tst_MidiWindow::a_side_that_leaves_its_device_is_not_moved_by_it()
     QTRY_COMPARE(window.step(0), 63);
     window.click(u"leftKeyboardRadio"_s);
     QCOMPARE(window.step(0), 0);
-    // The other side may have it now, and tells when it has come.
+    // The other side opens the device, to show when the message has arrived.
     choose(window, 1, u"Test fader"_s, *m_fader);
     QVERIFY(m_fader->send("B0 07 00"));
     QTRY_COMPARE(window.step(1), -64);

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What is written to standard error while it lives.
+/// Captures standard error during its lifetime.
 class StandardError
 {
 public:

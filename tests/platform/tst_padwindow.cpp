@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Chooses XBox and a pad, counted from 1, for a side.
+/// Selects XBox and a pad, counted from 1, for a side.
 void choose(const OperatorWindow &window, int side, int pad)
 {
     window.click(side == 0 ? u"leftXboxRadio"_s : u"rightXboxRadio"_s);
@@ -19,7 +19,7 @@ void choose(const OperatorWindow &window, int side, int pad)
 
 } // namespace
 
-/// From a pad as SDL shows it through the operator's window to the paddle.
+/// From an SDL pad through the operator's window to the paddle.
 class tst_PadWindow : public QObject
 {
     Q_OBJECT

@@ -5,20 +5,20 @@
 
 #include <SDL2/SDL.h>
 
-/// What the system says of a user's pad: ERROR_SUCCESS when it is connected.
+/// The result of reading a user's pad: ERROR_SUCCESS if it is connected.
 inline DWORD resultOf(DWORD user)
 {
     XINPUT_STATE state = {};
     return XInputGetState(user, &state);
 }
 
-/// A pad that is plugged in while it lives.
+/// A pad that is plugged in for the lifetime of this object.
 class VirtualPad
 {
 public:
     VirtualPad()
     {
-        resultOf(0); // SDL begins with the first question
+        resultOf(0); // the first query starts SDL
         const Locked locked;
         SDL_VirtualJoystickDesc desc = {};
         desc.version = SDL_VIRTUAL_JOYSTICK_DESC_VERSION;
@@ -67,7 +67,7 @@ public:
     Relaxed<Uint16> highMotor = 0;
 
 private:
-    /// SDL may be called from beside its own thread while its joysticks are locked.
+    /// Locks SDL's joysticks, so that SDL may be called from outside its own thread.
     class Locked
     {
     public:

@@ -6,8 +6,8 @@
 
 #include <cstdio>
 
-// Stands in for the game: loads the host's library that lies beside it and sends a moving picture
-// for so many seconds, at the pace of the game. framesender [seconds [zone [output 0 or 1]]]
+// Replaces the game: loads the host's library from its own folder and sends a moving picture at the
+// rate of the game. Usage: framesender [SECONDS [ZONE [OUTPUT 0 or 1]]]
 
 namespace {
 

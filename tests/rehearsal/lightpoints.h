@@ -7,7 +7,7 @@
 #include <cmath>
 #include <vector>
 
-// Points and lines as frames have them.
+// Points and lines for test frames.
 
 inline LdbPoint lit(double x, double y, std::int32_t color)
 {
@@ -32,7 +32,7 @@ inline std::vector<LdbPoint> litLine(
     return points;
 }
 
-/// The same as a stroke of the game: a blanked point before and behind it.
+/// The same as a stroke of the game, with a blanked point before and after it.
 inline std::vector<LdbPoint> strokeOf(
     const QPointF &from, const QPointF &to, int steps = 1, std::int32_t color = 0xFFFFFF)
 {

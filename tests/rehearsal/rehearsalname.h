@@ -5,7 +5,7 @@
 #include <QCoreApplication>
 #include <QFile>
 
-/// A rehearsal under a name of its own, so that tests and people do not meet; its files are gone
+/// A rehearsal with a unique name, so that tests and users do not interfere; its files are removed
 /// at the end.
 class RehearsalName
 {

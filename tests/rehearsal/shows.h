@@ -11,7 +11,7 @@
 #include <variant>
 #include <vector>
 
-// Shows made by hand, for what records them and plays them back.
+// Hand-made shows for the tests of recording and playback.
 
 inline constexpr SharedTime showMs = 1'000'000;
 inline constexpr SharedTime showStart = 90'000 * showMs;
@@ -34,7 +34,7 @@ inline Event eventAt(int at, Event::Kind kind, std::uint64_t process = 0)
     return {kind, showStart + at * showMs, process};
 }
 
-/// A frame of one white point that tells it from others by its place.
+/// One white point, whose position identifies the frame.
 inline std::vector<LdbPoint> pointAt(int x)
 {
     return {{float(x), 0, 0, 0xFFFFFF, 0, 0, 1, 0}};

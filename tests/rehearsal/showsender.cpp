@@ -13,9 +13,9 @@
 #include <memory>
 #include <vector>
 
-// Sends pictures of the game, as the game composes and sends them, to the rehearsal host: for
-// pictures of the host's views. showsender VIEW [SECONDS]; it ends with the last frame lit, as a
-// game that is killed does.
+// Sends frames to the rehearsal host as the game composes and sends them, for pictures of the
+// host's views. Usage: showsender VIEW [SECONDS]. Its last frame is lit, like that of a game that
+// is killed.
 
 using namespace Qt::StringLiterals;
 
@@ -54,7 +54,7 @@ Match winner()
     return match;
 }
 
-/// What is sent to the zones, from the first one on.
+/// The frames for the zones, starting with the first.
 QList<Match> matchesOf(const QString &view)
 {
     if (view == u"rally"_s)
@@ -76,7 +76,7 @@ int main(int argc, char *argv[])
     const QStringList arguments = QCoreApplication::arguments();
     QList<Match> matches = matchesOf(arguments.value(1));
     const int seconds = arguments.value(2, u"3"_s).toInt();
-    // One for each zone: a binding darkens the zone that it leaves.
+    // One per zone: a binding blanks the zone that it leaves.
     std::vector<std::unique_ptr<BadBey>> zones;
     for (qint32 zone = 0; zone < matches.size(); ++zone) {
         zones.push_back(std::make_unique<BadBey>());
@@ -101,10 +101,10 @@ int main(int argc, char *argv[])
             composeFrame(match, *zones[zone]);
             zones[zone]->SendFrame();
         }
-        // Late frames are not caught up with, as the game's are not.
+        // Like the game, do not catch up on late frames.
         due = std::max(due + frameNanoseconds, clock.nsecsElapsed());
         const qint64 early = std::max<qint64>(due - clock.nsecsElapsed(), 0);
         QThread::usleep(static_cast<unsigned long>(early / 1000));
     }
-    std::_Exit(EXIT_SUCCESS); // without a farewell
+    std::_Exit(EXIT_SUCCESS); // without blanking the laser
 }

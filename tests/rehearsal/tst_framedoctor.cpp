@@ -11,7 +11,7 @@ namespace {
 constexpr SharedTime ms = 1'000'000;
 constexpr SharedTime start = 3'600'000 * ms;
 
-/// Frames that all ask for the same, at even intervals up to `start`, and one more if wanted.
+/// Identical frames at even intervals up to `start`, and optionally one more.
 FrameHistory evenFrames(const std::vector<LdbPoint> &points, SharedTime interval, int count = 60)
 {
     FrameHistory history;
@@ -54,30 +54,30 @@ class tst_FrameDoctor : public QObject
 private slots:
     void a_frame_is_counted();
     void jumps_are_counted_around_the_repeat();
-    void an_empty_frame_asks_for_nothing();
-    void the_longest_lit_step_leaves_out_what_is_dark();
-    void a_stand_is_the_longest_row_of_lit_points_at_one_place();
+    void an_empty_frame_counts_nothing();
+    void the_longest_lit_step_ignores_blanked_points();
+    void a_stand_is_the_longest_run_of_lit_points_at_one_place();
     void frames_of_the_last_second_are_counted();
-    void the_rate_leaves_out_the_pauses();
+    void the_rate_excludes_pauses();
     void missed_frames_count_for_the_rate_of_the_game();
-    void nothing_received_is_a_rate_of_zero();
-    void times_that_go_back_count_as_the_ones_before();
+    void without_frames_the_rate_is_zero();
+    void a_time_that_goes_back_counts_as_the_previous_one();
     void intervals_are_those_between_lit_frames();
-    void an_exceeded_scan_rate_is_named_with_what_it_does();
-    void a_scan_rate_just_kept_is_not_named();
-    void missed_frames_count_for_what_is_asked_for();
-    void uneven_frames_are_named_with_their_spread();
-    void a_little_jitter_is_not_named();
-    void a_missed_frame_is_not_taken_for_an_uneven_one();
-    void a_standing_beam_is_named_from_its_limit_on();
-    void a_beam_that_never_moves_is_named_whatever_the_limit();
-    void points_outside_the_field_are_named();
-    void points_on_the_edge_of_the_field_are_not_named();
-    void output_with_nothing_sent_for_a_second_is_named();
-    void a_zone_left_lit_is_named();
-    void a_zone_left_dark_is_not_named();
-    void short_jumps_are_a_fact_and_no_fault();
-    void the_frames_of_a_rally_cause_no_finding_but_facts();
+    void an_exceeded_scan_rate_is_reported_with_its_effect();
+    void a_scan_rate_at_the_limit_is_not_reported();
+    void missed_frames_count_for_the_required_scan_rate();
+    void uneven_frames_are_reported_with_their_spread();
+    void a_little_jitter_is_not_reported();
+    void a_missed_frame_does_not_count_as_an_uneven_one();
+    void a_beam_that_stands_beyond_the_limit_is_reported();
+    void a_beam_that_never_moves_is_reported_whatever_the_limit();
+    void points_outside_the_field_are_reported();
+    void points_on_the_edge_of_the_field_are_not_reported();
+    void output_without_frames_for_a_second_is_reported();
+    void a_zone_left_lit_is_reported();
+    void a_zone_left_dark_is_not_reported();
+    void short_jumps_are_a_fact_not_a_fault();
+    void the_frames_of_a_rally_cause_only_facts();
 };
 
 void tst_FrameDoctor::a_frame_is_counted()
@@ -107,7 +107,7 @@ void tst_FrameDoctor::jumps_are_counted_around_the_repeat()
     QCOMPARE(factsOf(litLine({0, 0}, {9, 0}, 3)).jumps, 0);
 }
 
-void tst_FrameDoctor::an_empty_frame_asks_for_nothing()
+void tst_FrameDoctor::an_empty_frame_counts_nothing()
 {
     QVERIFY(factsOf({}).isEmpty());
     QCOMPARE(factsOf({}).litShare(), 0.0);
@@ -117,7 +117,7 @@ void tst_FrameDoctor::an_empty_frame_asks_for_nothing()
     QCOMPARE(factsOf(blanked).longestStand, 0);
 }
 
-void tst_FrameDoctor::the_longest_lit_step_leaves_out_what_is_dark()
+void tst_FrameDoctor::the_longest_lit_step_ignores_blanked_points()
 {
     const std::vector<LdbPoint> points = {lit(0, 0, 1), lit(100, 0, 1), dark(30000, 0),
         lit(30000, 0, 1), lit(30050, 0, 1), dark(0, 0)};
@@ -125,7 +125,7 @@ void tst_FrameDoctor::the_longest_lit_step_leaves_out_what_is_dark()
     QCOMPARE(factsOf(litLine({0, 0}, {9000, 0}, 9)).longestLitStep, 9000.0); // back to the start
 }
 
-void tst_FrameDoctor::a_stand_is_the_longest_row_of_lit_points_at_one_place()
+void tst_FrameDoctor::a_stand_is_the_longest_run_of_lit_points_at_one_place()
 {
     std::vector<LdbPoint> points = strokeOf({0, 0}, {9000, 0}, 9);
     QCOMPARE(factsOf(points).longestStand, 1);
@@ -145,7 +145,7 @@ void tst_FrameDoctor::frames_of_the_last_second_are_counted()
     QCOMPARE(history.framesInLastSecond(start + 1000 * ms), 0);
 }
 
-void tst_FrameDoctor::the_rate_leaves_out_the_pauses()
+void tst_FrameDoctor::the_rate_excludes_pauses()
 {
     FrameHistory history;
     for (const SharedTime beginning : {SharedTime(0), 60'000 * ms}) {
@@ -164,7 +164,7 @@ void tst_FrameDoctor::missed_frames_count_for_the_rate_of_the_game()
     QCOMPARE(history.framesPerSecond(), 100.0);
 }
 
-void tst_FrameDoctor::nothing_received_is_a_rate_of_zero()
+void tst_FrameDoctor::without_frames_the_rate_is_zero()
 {
     FrameHistory history;
     QCOMPARE(history.framesPerSecond(), 0.0);
@@ -173,7 +173,7 @@ void tst_FrameDoctor::nothing_received_is_a_rate_of_zero()
     QCOMPARE(history.framesPerSecond(), 0.0);
 }
 
-void tst_FrameDoctor::times_that_go_back_count_as_the_ones_before()
+void tst_FrameDoctor::a_time_that_goes_back_counts_as_the_previous_one()
 {
     FrameHistory history;
     history.add(start, {}, 0);
@@ -187,7 +187,7 @@ void tst_FrameDoctor::intervals_are_those_between_lit_frames()
 {
     FrameHistory history = evenFrames(lineOf(10), 9 * ms, 30);
     for (int i = 1; i <= 30; ++i)
-        history.add(start + i * 3 * ms, {}, 0); // hidden, at every tick
+        history.add(start + i * 3 * ms, {}, 0); // hidden: an empty frame at every tick
     history.add(start + 99 * ms, factsOf(lineOf(10)), 0);
     const Intervals intervals = history.litIntervals(start + 99 * ms);
     QCOMPARE(intervals.count, 29);
@@ -195,7 +195,7 @@ void tst_FrameDoctor::intervals_are_those_between_lit_frames()
     QCOMPARE(intervals.longest, 9 * ms);
 }
 
-void tst_FrameDoctor::an_exceeded_scan_rate_is_named_with_what_it_does()
+void tst_FrameDoctor::an_exceeded_scan_rate_is_reported_with_its_effect()
 {
     const auto findings = examine(1, evenFrames(lineOf(688), 9 * ms), at(start));
     const Finding *finding = find(findings, Cause::scanRateExceeded);
@@ -206,7 +206,7 @@ void tst_FrameDoctor::an_exceeded_scan_rate_is_named_with_what_it_does()
     QVERIFY(!finding->isFact());
 }
 
-void tst_FrameDoctor::a_scan_rate_just_kept_is_not_named()
+void tst_FrameDoctor::a_scan_rate_at_the_limit_is_not_reported()
 {
     QVERIFY(!names(evenFrames(lineOf(300), 10 * ms), Cause::scanRateExceeded, at(start)));
     QVERIFY(names(evenFrames(lineOf(301), 10 * ms), Cause::scanRateExceeded, at(start)));
@@ -215,9 +215,9 @@ void tst_FrameDoctor::a_scan_rate_just_kept_is_not_named()
     QVERIFY(!names(evenFrames(lineOf(301), 10 * ms), Cause::scanRateExceeded, faster));
 }
 
-void tst_FrameDoctor::missed_frames_count_for_what_is_asked_for()
+void tst_FrameDoctor::missed_frames_count_for_the_required_scan_rate()
 {
-    // Frames every 10 ms, of which every other one is missed, and those in pairs of 1 and 19 ms.
+    // Frames every 10 ms with every other one missed, and pairs of intervals of 1 and 19 ms.
     FrameHistory history;
     SharedTime now = start;
     for (int i = 0; i < 30; ++i) {
@@ -229,7 +229,7 @@ void tst_FrameDoctor::missed_frames_count_for_what_is_asked_for()
     QVERIFY(names(history, Cause::scanRateExceeded, at(now)));
 }
 
-void tst_FrameDoctor::uneven_frames_are_named_with_their_spread()
+void tst_FrameDoctor::uneven_frames_are_reported_with_their_spread()
 {
     FrameHistory history = evenFrames(lineOf(100), 10 * ms);
     history.add(start + 16 * ms, factsOf(lineOf(100)), 0);
@@ -239,21 +239,21 @@ void tst_FrameDoctor::uneven_frames_are_named_with_their_spread()
     QVERIFY2(finding->text.contains("10.0 ms to 16.0 ms"), qPrintable(finding->text));
 }
 
-void tst_FrameDoctor::a_little_jitter_is_not_named()
+void tst_FrameDoctor::a_little_jitter_is_not_reported()
 {
     FrameHistory history = evenFrames(lineOf(100), 10 * ms);
     history.add(start + 15 * ms, factsOf(lineOf(100)), 0);
     QVERIFY(!names(history, Cause::framesUneven, at(start + 15 * ms)));
 }
 
-void tst_FrameDoctor::a_missed_frame_is_not_taken_for_an_uneven_one()
+void tst_FrameDoctor::a_missed_frame_does_not_count_as_an_uneven_one()
 {
     FrameHistory history = evenFrames(lineOf(100), 10 * ms);
     history.add(start + 30 * ms, factsOf(lineOf(100)), 2);
     QVERIFY(!names(history, Cause::framesUneven, at(start + 30 * ms)));
 }
 
-void tst_FrameDoctor::a_standing_beam_is_named_from_its_limit_on()
+void tst_FrameDoctor::a_beam_that_stands_beyond_the_limit_is_reported()
 {
     const auto standing = [](int points) {
         std::vector<LdbPoint> frame = strokeOf({0, 0}, {20000, 0}, 40);
@@ -268,7 +268,7 @@ void tst_FrameDoctor::a_standing_beam_is_named_from_its_limit_on()
     QVERIFY(!names(standing(31), Cause::beamStands, conditions));
 }
 
-void tst_FrameDoctor::a_beam_that_never_moves_is_named_whatever_the_limit()
+void tst_FrameDoctor::a_beam_that_never_moves_is_reported_whatever_the_limit()
 {
     Conditions conditions = at(start);
     conditions.longestStand = 1;
@@ -277,7 +277,7 @@ void tst_FrameDoctor::a_beam_that_never_moves_is_named_whatever_the_limit()
         !names(evenFrames({lit(5, 5, 1), lit(500, 5, 1)}, 9 * ms), Cause::beamStands, conditions));
 }
 
-void tst_FrameDoctor::points_outside_the_field_are_named()
+void tst_FrameDoctor::points_outside_the_field_are_reported()
 {
     for (const double beyond :
         {32769.0, -32769.0, 1e30, double(std::numeric_limits<float>::quiet_NaN())}) {
@@ -288,13 +288,13 @@ void tst_FrameDoctor::points_outside_the_field_are_named()
     }
 }
 
-void tst_FrameDoctor::points_on_the_edge_of_the_field_are_not_named()
+void tst_FrameDoctor::points_on_the_edge_of_the_field_are_not_reported()
 {
     const std::vector<LdbPoint> edge = {lit(-32768, 32768, 1), lit(32768, -32768, 1)};
     QVERIFY(!names(evenFrames(edge, 9 * ms), Cause::outsideField, at(start)));
 }
 
-void tst_FrameDoctor::output_with_nothing_sent_for_a_second_is_named()
+void tst_FrameDoctor::output_without_frames_for_a_second_is_reported()
 {
     Conditions conditions = at(start + 999 * ms);
     conditions.outputSince = start - 50 * ms;
@@ -309,7 +309,7 @@ void tst_FrameDoctor::output_with_nothing_sent_for_a_second_is_named()
     QVERIFY(examineOutput(std::nullopt, conditions).isEmpty());
 }
 
-void tst_FrameDoctor::a_zone_left_lit_is_named()
+void tst_FrameDoctor::a_zone_left_lit_is_reported()
 {
     const FrameHistory history = evenFrames(lineOf(20), 9 * ms);
     QVERIFY(!names(history, Cause::zoneLeftLit, at(start + 499 * ms)));
@@ -319,7 +319,7 @@ void tst_FrameDoctor::a_zone_left_lit_is_named()
     QVERIFY2(finding->text.startsWith("Zone 3 is left lit"), qPrintable(finding->text));
 }
 
-void tst_FrameDoctor::a_zone_left_dark_is_not_named()
+void tst_FrameDoctor::a_zone_left_dark_is_not_reported()
 {
     QVERIFY(!names({}, Cause::zoneLeftLit, at(start)));
     FrameHistory history = evenFrames(lineOf(20), 9 * ms);
@@ -328,7 +328,7 @@ void tst_FrameDoctor::a_zone_left_dark_is_not_named()
     QVERIFY(!names(history, Cause::zoneLeftLit, at(start + 5000 * ms)));
 }
 
-void tst_FrameDoctor::short_jumps_are_a_fact_and_no_fault()
+void tst_FrameDoctor::short_jumps_are_a_fact_not_a_fault()
 {
     const auto findings = examine(1, evenFrames(lineOf(20), 9 * ms), at(start));
     const Finding *finding = find(findings, Cause::shortJumps);
@@ -340,7 +340,7 @@ void tst_FrameDoctor::short_jumps_are_a_fact_and_no_fault()
     QVERIFY(names(evenFrames(withShorterJump, 9 * ms), Cause::shortJumps, at(start)));
 }
 
-void tst_FrameDoctor::the_frames_of_a_rally_cause_no_finding_but_facts()
+void tst_FrameDoctor::the_frames_of_a_rally_cause_only_facts()
 {
     const FrameHistory history = evenFrames(lineOf(175), 9 * ms);
     for (const Finding &finding : examine(1, history, at(start + 9 * ms)))

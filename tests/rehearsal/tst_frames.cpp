@@ -19,7 +19,7 @@ std::unique_ptr<SharedMemory> memoryWithZones(int zones)
     return memory;
 }
 
-/// A frame that says in every point which one it is.
+/// A frame with its number in every point.
 std::vector<LdbPoint> frameOf(int number, std::size_t points)
 {
     std::vector<LdbPoint> frame(points);
@@ -41,18 +41,18 @@ class tst_Frames : public QObject
 private slots:
     void frames_are_taken_once_and_in_order();
     void a_frame_arrives_whole();
-    void a_reader_starts_behind_the_newest_frame();
-    void zones_have_rings_of_their_own();
-    void frames_that_were_written_over_are_counted_as_missed();
-    void a_frame_that_is_being_written_is_missed();
-    void a_frame_with_a_count_of_nonsense_is_missed();
-    void a_newest_number_of_nonsense_gives_no_frame_and_then_the_next_data();
-    void a_newest_number_of_nonsense_gives_no_frame_and_then_the_next();
+    void a_reader_starts_after_the_newest_frame();
+    void each_zone_has_its_own_ring();
+    void overwritten_frames_count_as_missed();
+    void a_frame_being_written_is_missed();
+    void a_frame_with_an_invalid_count_is_missed();
+    void a_corrupt_newest_number_yields_no_frame_and_then_the_next_data();
+    void a_corrupt_newest_number_yields_no_frame_and_then_the_next();
     void frame_numbers_may_wrap_around();
     void frames_out_of_range_are_refused();
-    void a_frame_that_is_being_read_is_not_written_over();
+    void a_frame_being_read_is_not_overwritten();
     void a_reader_that_died_while_reading_costs_no_frame();
-    void a_new_host_reads_nothing_yet();
+    void a_new_host_starts_with_no_frame_being_read();
     void a_torn_frame_is_never_taken();
 };
 
@@ -94,7 +94,7 @@ void tst_Frames::a_frame_arrives_whole()
     QCOMPARE(frame.points.back().color, 7);
 }
 
-void tst_Frames::a_reader_starts_behind_the_newest_frame()
+void tst_Frames::a_reader_starts_after_the_newest_frame()
 {
     const auto memory = memoryWithZones(1);
     writeFrame(*memory, 0, frameOf(1, 2), now);
@@ -107,7 +107,7 @@ void tst_Frames::a_reader_starts_behind_the_newest_frame()
     QCOMPARE(frame.missed, 0U);
 }
 
-void tst_Frames::zones_have_rings_of_their_own()
+void tst_Frames::each_zone_has_its_own_ring()
 {
     const auto memory = memoryWithZones(2);
     FrameReader first(memory->zones[0]);
@@ -119,7 +119,7 @@ void tst_Frames::zones_have_rings_of_their_own()
     QCOMPARE(numberOf(frame), 5);
 }
 
-void tst_Frames::frames_that_were_written_over_are_counted_as_missed()
+void tst_Frames::overwritten_frames_count_as_missed()
 {
     const auto memory = memoryWithZones(1);
     FrameReader reader(memory->zones[0]);
@@ -133,7 +133,7 @@ void tst_Frames::frames_that_were_written_over_are_counted_as_missed()
     QCOMPARE(frame.missed, 0U);
 }
 
-void tst_Frames::a_frame_that_is_being_written_is_missed()
+void tst_Frames::a_frame_being_written_is_missed()
 {
     const auto memory = memoryWithZones(1);
     FrameReader reader(memory->zones[0]);
@@ -148,7 +148,7 @@ void tst_Frames::a_frame_that_is_being_written_is_missed()
     QCOMPARE(frame.missed, 1U);
 }
 
-void tst_Frames::a_frame_with_a_count_of_nonsense_is_missed()
+void tst_Frames::a_frame_with_an_invalid_count_is_missed()
 {
     const auto memory = memoryWithZones(1);
     FrameReader reader(memory->zones[0]);
@@ -165,7 +165,7 @@ void tst_Frames::a_frame_with_a_count_of_nonsense_is_missed()
     QCOMPARE(frame.missed, 2U);
 }
 
-void tst_Frames::a_newest_number_of_nonsense_gives_no_frame_and_then_the_next_data()
+void tst_Frames::a_corrupt_newest_number_yields_no_frame_and_then_the_next_data()
 {
     QTest::addColumn<quint64>("newest");
     QTest::addRow("backwards") << quint64(2);
@@ -174,7 +174,7 @@ void tst_Frames::a_newest_number_of_nonsense_gives_no_frame_and_then_the_next_da
     QTest::addRow("the highest") << std::numeric_limits<quint64>::max();
 }
 
-void tst_Frames::a_newest_number_of_nonsense_gives_no_frame_and_then_the_next()
+void tst_Frames::a_corrupt_newest_number_yields_no_frame_and_then_the_next()
 {
     QFETCH(quint64, newest);
     const auto memory = memoryWithZones(1);
@@ -198,7 +198,7 @@ void tst_Frames::frame_numbers_may_wrap_around()
     Frame frame;
     for (int number = 1; number <= 4; ++number) {
         writeFrame(*memory, 0, frameOf(number, 1), now);
-        // Number 0 says that a frame is being written: none has it.
+        // No frame has number 0, which marks a frame being written.
         QVERIFY(reader.take(frame));
         QCOMPARE(numberOf(frame), number);
         QCOMPARE(frame.missed, 0U);
@@ -218,7 +218,7 @@ void tst_Frames::frames_out_of_range_are_refused()
     QCOMPARE(std::memcmp(memory.get(), before.get(), sizeof(SharedMemory)), 0);
 }
 
-void tst_Frames::a_frame_that_is_being_read_is_not_written_over()
+void tst_Frames::a_frame_being_read_is_not_overwritten()
 {
     const auto memory = memoryWithZones(1);
     ZoneRing &ring = memory->zones[0];
@@ -246,7 +246,7 @@ void tst_Frames::a_reader_that_died_while_reading_costs_no_frame()
     }
 }
 
-void tst_Frames::a_new_host_reads_nothing_yet()
+void tst_Frames::a_new_host_starts_with_no_frame_being_read()
 {
     const auto memory = memoryWithZones(8);
     for (ZoneRing &ring : memory->zones)
@@ -278,7 +278,7 @@ void tst_Frames::a_torn_frame_is_never_taken()
         QCOMPARE(frame.points.size(), std::size_t(number % 50 + 1));
         for (const LdbPoint &point : frame.points) {
             if (point.color != number || point.x != float(number) || point.y != float(-number))
-                QFAIL("The points are of two frames.");
+                QFAIL("The points are from two frames.");
         }
         last = number;
     }

@@ -20,7 +20,7 @@ struct Calls
     CallReader reader{memory->calls};
 
     void note(SharedTime at) { noteCall(*memory, {GameCall::EnableOutput, at, 42}); }
-    /// The time of the next call; -1 when there is none.
+    /// The time of the next call; -1 if there is none.
     SharedTime take()
     {
         const auto call = reader.take();
@@ -36,14 +36,14 @@ class tst_GameCalls : public QObject
 
 private slots:
     void calls_are_taken_once_and_in_order();
-    void a_reader_starts_behind_the_newest_call();
-    void calls_that_were_written_over_are_passed_over();
-    void a_call_that_is_being_written_is_waited_for_once();
-    void a_call_that_does_not_exist_is_passed_over();
+    void a_reader_starts_after_the_newest_call();
+    void overwritten_calls_are_skipped();
+    void an_incomplete_call_is_waited_for_once();
+    void an_unknown_call_is_skipped();
     void a_corrupt_count_ends_after_one_round_data();
     void a_corrupt_count_ends_after_one_round();
-    void calls_from_two_threads_have_numbers_of_their_own();
-    void a_call_is_noted_without_allocating();
+    void calls_from_two_threads_have_distinct_numbers();
+    void a_call_is_stored_without_allocating();
 };
 
 void tst_GameCalls::calls_are_taken_once_and_in_order()
@@ -63,7 +63,7 @@ void tst_GameCalls::calls_are_taken_once_and_in_order()
     QVERIFY(!calls.reader.take());
 }
 
-void tst_GameCalls::a_reader_starts_behind_the_newest_call()
+void tst_GameCalls::a_reader_starts_after_the_newest_call()
 {
     Calls calls;
     calls.note(1);
@@ -73,7 +73,7 @@ void tst_GameCalls::a_reader_starts_behind_the_newest_call()
     QCOMPARE(late.take()->at, SharedTime(2));
 }
 
-void tst_GameCalls::calls_that_were_written_over_are_passed_over()
+void tst_GameCalls::overwritten_calls_are_skipped()
 {
     Calls calls;
     for (int i = 1; i <= 70; ++i)
@@ -83,7 +83,7 @@ void tst_GameCalls::calls_that_were_written_over_are_passed_over()
     QCOMPARE(calls.take(), SharedTime(-1));
 }
 
-void tst_GameCalls::a_call_that_is_being_written_is_waited_for_once()
+void tst_GameCalls::an_incomplete_call_is_waited_for_once()
 {
     Calls calls;
     calls.note(1);
@@ -102,7 +102,7 @@ void tst_GameCalls::a_call_that_is_being_written_is_waited_for_once()
     QCOMPARE(calls.take(), SharedTime(4));
 }
 
-void tst_GameCalls::a_call_that_does_not_exist_is_passed_over()
+void tst_GameCalls::an_unknown_call_is_skipped()
 {
     Calls calls;
     for (const std::uint32_t unknown : {0U, 5U, std::numeric_limits<std::uint32_t>::max()})
@@ -127,14 +127,14 @@ void tst_GameCalls::a_corrupt_count_ends_after_one_round()
         calls.note(i);
     while (calls.take() > 0) { }
     calls.memory->calls.newest.write(newest);
-    // Each number of the round is waited for once.
+    // Each number in the ring is waited for once.
     for (quint64 i = 0; i <= rememberedCalls; ++i)
         calls.take();
     noteCall(*calls.memory, {GameCall::CloseSession, now, 42});
     QCOMPARE(calls.take(), now);
 }
 
-void tst_GameCalls::calls_from_two_threads_have_numbers_of_their_own()
+void tst_GameCalls::calls_from_two_threads_have_distinct_numbers()
 {
     constexpr int callsPerThread = 200'000;
     Calls calls;
@@ -156,7 +156,7 @@ void tst_GameCalls::calls_from_two_threads_have_numbers_of_their_own()
     QCOMPARE(taken, int(rememberedCalls));
 }
 
-void tst_GameCalls::a_call_is_noted_without_allocating()
+void tst_GameCalls::a_call_is_stored_without_allocating()
 {
     Calls calls;
     const auto before = allocations();

@@ -18,7 +18,7 @@ namespace {
 
 constexpr SharedTime second = 1'000'000'000;
 
-// The library's functions, as the game finds them.
+// The library's functions, as the game resolves them.
 namespace library {
 #define DECLARE_POINTER(name, parameters, arguments) std::int32_t(*name) parameters = nullptr;
 LDB_ENTRY_POINTS(DECLARE_POINTER)
@@ -30,7 +30,7 @@ std::int32_t send(std::int32_t zone, std::int32_t count, const LdbPoint *points)
     return ldbSendFrame(2, zone, 0, "SingleZone", count, points, nullptr, 100, -1);
 }
 
-/// A host that lives in this test: its side of the memory.
+/// A host in this test: its side of the shared memory.
 class TestHost
 {
 public:
@@ -62,22 +62,22 @@ private slots:
     void without_memory_there_is_no_host();
     void the_host_is_ready_when_it_says_so_data();
     void the_host_is_ready_when_it_says_so();
-    void the_host_is_gone_when_its_heart_stops_and_back_when_it_beats_again();
-    void a_host_that_takes_its_leave_is_gone_at_once();
+    void the_host_is_gone_when_its_heartbeat_stops_and_back_when_it_resumes();
+    void a_host_that_closes_is_gone_at_once();
     void a_host_that_was_replaced_during_a_session_is_gone_until_the_session_ends();
     void a_host_that_comes_back_in_a_new_file_is_found();
     void garbage_in_the_memory_is_no_host_data();
     void garbage_in_the_memory_is_no_host();
-    void the_version_and_the_zones_are_the_hosts();
+    void the_version_and_the_zone_count_come_from_the_host();
     void the_output_switch_reaches_the_host();
     void output_is_switched_off_in_a_host_that_seems_gone_too();
-    void the_session_and_the_output_are_noted_with_their_times();
-    void the_end_of_a_session_is_not_noted_in_a_host_that_came_later();
+    void session_and_output_calls_are_stored_with_their_times();
+    void the_end_of_a_session_is_not_stored_in_a_later_host();
     void a_frame_reaches_its_zone();
     void an_empty_frame_reaches_its_zone();
-    void bad_arguments_touch_no_memory_data();
-    void bad_arguments_touch_no_memory();
-    void what_the_game_never_calls_answers_zero();
+    void invalid_arguments_touch_no_memory_data();
+    void invalid_arguments_touch_no_memory();
+    void functions_that_the_game_never_calls_return_zero();
     void output_and_frames_may_be_used_from_two_threads_at_once();
 };
 
@@ -123,7 +123,7 @@ void tst_HostLibrary::the_host_is_ready_when_it_says_so()
     QCOMPARE(ldbGetBeyondVersion(), 1700);
 }
 
-void tst_HostLibrary::the_host_is_gone_when_its_heart_stops_and_back_when_it_beats_again()
+void tst_HostLibrary::the_host_is_gone_when_its_heartbeat_stops_and_back_when_it_resumes()
 {
     TestHost host;
     QCOMPARE(ldbBeyondExeReady(), 1);
@@ -139,7 +139,7 @@ void tst_HostLibrary::the_host_is_gone_when_its_heart_stops_and_back_when_it_bea
     QCOMPARE(send(0, 0, nullptr), 1);
 }
 
-void tst_HostLibrary::a_host_that_takes_its_leave_is_gone_at_once()
+void tst_HostLibrary::a_host_that_closes_is_gone_at_once()
 {
     TestHost host;
     QCOMPARE(ldbBeyondExeReady(), 1);
@@ -173,7 +173,7 @@ void tst_HostLibrary::a_host_that_comes_back_in_a_new_file_is_found()
     QCOMPARE(ldbBeyondExeReady(), 1);
     closeHost(host.memory());
     if (!QFile::remove(host.path()))
-        QSKIP("This system keeps a file that is in use.");
+        QSKIP("This system cannot remove a file that is in use.");
     QCOMPARE(ldbBeyondExeReady(), 0);
     MemoryFile file;
     QVERIFY(file.create(host.path()));
@@ -207,7 +207,7 @@ void tst_HostLibrary::garbage_in_the_memory_is_no_host()
     QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll() == content);
 }
 
-void tst_HostLibrary::the_version_and_the_zones_are_the_hosts()
+void tst_HostLibrary::the_version_and_the_zone_count_come_from_the_host()
 {
     TestHost host({.build = -7, .zoneCount = 5, .ready = true});
     QCOMPARE(ldbBeyondExeReady(), 1);
@@ -239,7 +239,7 @@ void tst_HostLibrary::output_is_switched_off_in_a_host_that_seems_gone_too()
     QVERIFY(!isOutputOn(host.memory()));
 }
 
-void tst_HostLibrary::the_session_and_the_output_are_noted_with_their_times()
+void tst_HostLibrary::session_and_output_calls_are_stored_with_their_times()
 {
     TestHost host;
     CallReader calls(host.memory().calls);
@@ -250,7 +250,7 @@ void tst_HostLibrary::the_session_and_the_output_are_noted_with_their_times()
     ldbEnableLaserOutput();
     ldbDisableLaserOutput();
     ldbDestroy();
-    ldbDestroy(); // of a session that is closed already
+    ldbDestroy(); // the session is already closed
     SharedTime last = before;
     for (const GameCall expected : {GameCall::OpenSession, GameCall::EnableOutput,
              GameCall::DisableOutput, GameCall::CloseSession}) {
@@ -264,7 +264,7 @@ void tst_HostLibrary::the_session_and_the_output_are_noted_with_their_times()
     QVERIFY(!calls.take());
 }
 
-void tst_HostLibrary::the_end_of_a_session_is_not_noted_in_a_host_that_came_later()
+void tst_HostLibrary::the_end_of_a_session_is_not_stored_in_a_later_host()
 {
     TestHost host;
     QCOMPARE(ldbBeyondExeReady(), 1);
@@ -307,7 +307,7 @@ void tst_HostLibrary::an_empty_frame_reaches_its_zone()
     QVERIFY(frame.points.empty());
 }
 
-void tst_HostLibrary::bad_arguments_touch_no_memory_data()
+void tst_HostLibrary::invalid_arguments_touch_no_memory_data()
 {
     QTest::addColumn<int>("zone");
     QTest::addColumn<int>("count");
@@ -322,10 +322,10 @@ void tst_HostLibrary::bad_arguments_touch_no_memory_data()
     QTest::addRow("8193 points") << 0 << 8193 << true;
     QTest::addRow("the lowest count") << 0 << lowest << true;
     QTest::addRow("the highest count") << 0 << highest << true;
-    QTest::addRow("no points where one is said") << 0 << 1 << false;
+    QTest::addRow("a count of one without points") << 0 << 1 << false;
 }
 
-void tst_HostLibrary::bad_arguments_touch_no_memory()
+void tst_HostLibrary::invalid_arguments_touch_no_memory()
 {
     QFETCH(int, zone);
     QFETCH(int, count);
@@ -338,7 +338,7 @@ void tst_HostLibrary::bad_arguments_touch_no_memory()
     QCOMPARE(std::memcmp(&host.memory(), before.get(), sizeof(SharedMemory)), 0);
 }
 
-void tst_HostLibrary::what_the_game_never_calls_answers_zero()
+void tst_HostLibrary::functions_that_the_game_never_calls_return_zero()
 {
     TestHost host;
     QCOMPARE(ldbBeyondExeReady(), 1);

@@ -9,7 +9,7 @@
 using namespace Qt::StringLiterals;
 namespace {
 
-/// Of a window that is to be placed.
+/// Minimum size of the window being placed.
 constexpr QSize smallest(620, 600);
 
 std::vector<LdbPoint> whiteLine()
@@ -17,7 +17,7 @@ std::vector<LdbPoint> whiteLine()
     return strokeOf({-20000, 0}, {20000, 0}, 60);
 }
 
-/// A view of a zone, looked at sixty times a second.
+/// A view of a zone, updated sixty times a second.
 class WatchedView : public ZoneView
 {
 public:
@@ -186,7 +186,7 @@ void tst_HostParts::marks_are_painted_over_the_light()
         }
         return colors.size();
     };
-    // Where the first line is, and in the middle, where the beam travels from one to the other.
+    // The first line, and the area between the lines, which the beam crosses.
     const QPoint line[] = {{30, 40}, {270, 80}};
     const QPoint travel[] = {{100, 120}, {200, 180}};
     QCOMPARE(colorsOf({}, line[0], line[1]), 0);

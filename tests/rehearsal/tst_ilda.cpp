@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A section as an independent reader takes it, byte by byte.
+/// A section, parsed byte by byte, independently of the code under test.
 struct Section
 {
     int records = 0;
@@ -34,7 +34,7 @@ int signedShortAt(const QByteArray &bytes, qsizetype at)
     return qFromBigEndian<qint16>(bytes.constData() + at);
 }
 
-/// The sections of a file; empty when it is none, or has anything after its end.
+/// The sections of a file; empty if it is not an ILDA file or has data after its end.
 std::vector<Section> sectionsOf(const QByteArray &bytes)
 {
     std::vector<Section> sections;
@@ -75,22 +75,22 @@ class tst_Ilda : public QObject
     Q_OBJECT
 
 private slots:
-    void a_section_says_what_it_is();
+    void a_section_has_its_header();
     void a_point_keeps_place_and_color();
     void colors_may_be_blue_first();
     void dark_points_have_the_blanking_bit_data();
     void dark_points_have_the_blanking_bit();
     void the_last_point_is_marked();
     void a_frame_without_points_is_one_blanked_point();
-    void places_are_rounded_and_bounded();
-    void a_point_that_is_nowhere_is_blanked_in_the_place_before();
+    void coordinates_are_rounded_and_clamped();
+    void a_non_finite_point_is_blanked_at_the_previous_position();
     void a_file_has_every_frame_of_the_zone_and_an_end();
     void long_shows_are_split();
-    void a_zone_without_frames_is_told();
-    void a_file_that_cannot_be_written_is_told();
+    void a_zone_without_frames_is_reported();
+    void a_file_that_cannot_be_written_is_reported();
 };
 
-void tst_Ilda::a_section_says_what_it_is()
+void tst_Ilda::a_section_has_its_header()
 {
     const Section section = sectionOf(pointAt(1));
     QCOMPARE(section.records, 1);
@@ -144,7 +144,7 @@ void tst_Ilda::a_frame_without_points_is_one_blanked_point()
     QCOMPARE(section.points.front(), (Section::Point{0, 0, 0xC0, 0, 0, 0}));
 }
 
-void tst_Ilda::places_are_rounded_and_bounded()
+void tst_Ilda::coordinates_are_rounded_and_clamped()
 {
     const auto place = [](float x, float y) {
         const Section::Point point = sectionOf({{x, y, 0, 1, 0, 0, 0, 0}}).points.front();
@@ -156,7 +156,7 @@ void tst_Ilda::places_are_rounded_and_bounded()
     QCOMPARE(place(0.6F, -0.6F), std::pair(1, -1));
 }
 
-void tst_Ilda::a_point_that_is_nowhere_is_blanked_in_the_place_before()
+void tst_Ilda::a_non_finite_point_is_blanked_at_the_previous_position()
 {
     constexpr float nowhere = std::numeric_limits<float>::quiet_NaN();
     constexpr float infinite = std::numeric_limits<float>::infinity();
@@ -214,7 +214,7 @@ void tst_Ilda::long_shows_are_split()
     }
 }
 
-void tst_Ilda::a_zone_without_frames_is_told()
+void tst_Ilda::a_zone_without_frames_is_reported()
 {
     const QTemporaryDir folder;
     Recording recording;
@@ -226,7 +226,7 @@ void tst_Ilda::a_zone_without_frames_is_told()
     QVERIFY(!QFile::exists(path));
 }
 
-void tst_Ilda::a_file_that_cannot_be_written_is_told()
+void tst_Ilda::a_file_that_cannot_be_written_is_reported()
 {
     Recording recording;
     QVERIFY(recording.read(recorded({frameAt(0, pointAt(1))})));

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A host's memory and what is taken from it. No event loop runs while it waits.
+/// A host's memory and the arrivals taken from it. No event loop runs while it waits.
 struct Taken
 {
     std::unique_ptr<SharedMemory> memory = std::make_unique<SharedMemory>();
@@ -31,7 +31,7 @@ struct Taken
         intake->handOver(arrivals);
         std::ranges::move(arrivals, std::back_inserter(all));
     }
-    /// Whether so many have come within a long time.
+    /// Waits, with a generous limit, for this many arrivals; returns whether they came.
     bool waitFor(std::size_t count)
     {
         const QDeadlineTimer deadline(60s);
@@ -76,12 +76,12 @@ private slots:
     void frames_of_every_zone_are_taken();
     void frames_and_events_come_in_the_order_of_their_times();
     void a_call_that_changes_nothing_is_no_event();
-    void output_that_was_switched_without_a_call_is_noticed();
-    void a_time_that_cannot_be_is_that_of_the_arrival();
+    void output_switched_without_a_call_is_noticed();
+    void an_impossible_time_is_replaced_by_the_time_of_arrival();
     void a_killed_game_is_gone();
     void a_game_that_closed_its_session_is_not_gone();
-    void a_game_that_never_was_is_gone();
-    void what_is_left_is_taken_at_the_end();
+    void a_process_that_never_existed_is_gone();
+    void remaining_frames_are_taken_at_the_end();
     void frames_that_do_not_fit_are_counted_as_missed();
 };
 
@@ -141,7 +141,7 @@ void tst_Intake::a_call_that_changes_nothing_is_no_event()
     QCOMPARE(kindsOf(taken.all), std::vector<int>{Event::OutputEnabled});
 }
 
-void tst_Intake::output_that_was_switched_without_a_call_is_noticed()
+void tst_Intake::output_switched_without_a_call_is_noticed()
 {
     Taken taken;
     taken.intake->start();
@@ -150,7 +150,7 @@ void tst_Intake::output_that_was_switched_without_a_call_is_noticed()
     QCOMPARE(kindsOf(taken.all), std::vector<int>{Event::OutputEnabled});
 }
 
-void tst_Intake::a_time_that_cannot_be_is_that_of_the_arrival()
+void tst_Intake::an_impossible_time_is_replaced_by_the_time_of_arrival()
 {
     Taken taken;
     const SharedTime before = sharedNow();
@@ -180,7 +180,7 @@ void tst_Intake::a_killed_game_is_gone()
     taken.note(GameCall::OpenSession, sharedNow(), process);
     QVERIFY(taken.waitFor(1));
     game.kill();
-    // Noticed before the system forgets the process: nothing has asked for how it ended yet.
+    // Noticed while the process is still a zombie: its exit code has not been read yet.
     QVERIFY(taken.waitFor(2));
     QCOMPARE(kindsOf(taken.all), (std::vector<int>{Event::SessionOpened, Event::GameGone}));
     QCOMPARE(taken.all.back().event.process, process);
@@ -204,7 +204,7 @@ void tst_Intake::a_game_that_closed_its_session_is_not_gone()
     QCOMPARE(kindsOf(taken.all), (std::vector<int>{Event::SessionOpened, Event::SessionClosed}));
 }
 
-void tst_Intake::a_game_that_never_was_is_gone()
+void tst_Intake::a_process_that_never_existed_is_gone()
 {
     Taken taken;
     taken.intake->start();
@@ -218,7 +218,7 @@ void tst_Intake::a_game_that_never_was_is_gone()
     QCOMPARE(kindsOf(taken.all), (std::vector<int>{Event::SessionOpened, Event::GameGone}));
 }
 
-void tst_Intake::what_is_left_is_taken_at_the_end()
+void tst_Intake::remaining_frames_are_taken_at_the_end()
 {
     Taken taken;
     taken.intake->start();

@@ -22,7 +22,7 @@ ScannerSettings asSent()
     return settings;
 }
 
-/// A projector and an eye that looks at it sixty times a second.
+/// A projector and an eye, updated sixty times a second.
 class Watched
 {
 public:
@@ -33,7 +33,7 @@ public:
         eye.resize(pictureSide);
     }
 
-    /// Shows a frame and looks at it until the picture is steady.
+    /// Shows a frame until the picture is steady.
     const QImage &look(const std::vector<LdbPoint> &points, int pictures = 30)
     {
         projector.show(points, now);
@@ -54,7 +54,7 @@ QImage pictureOf(const std::vector<LdbPoint> &points, int pictureSide = side)
     return watched.look(points).copy();
 }
 
-/// Dark points, so that the rest of a frame is dimmer.
+/// Dark points, which make the rest of a frame dimmer.
 std::vector<LdbPoint> pause(int points)
 {
     return {std::size_t(points), dark(0, 0)};
@@ -77,7 +77,7 @@ bool isBlack(const QImage &picture)
     return true;
 }
 
-/// Of a line drawn in pieces that take a second together.
+/// The energy of a line drawn in pieces that take one second in total.
 Exposure lineInPieces(int pieces)
 {
     Exposure exposure;
@@ -115,7 +115,7 @@ private slots:
     void a_list_too_long_for_the_rate_flickers();
     void light_fades_as_fast_as_persistence_says_data();
     void light_fades_as_fast_as_persistence_says();
-    void faded_light_is_black_and_asks_for_no_more_pictures();
+    void faded_light_is_black_and_needs_no_more_pictures();
     void light_that_fades_for_long_stays_exact();
     void a_corrupt_frame_is_drawn_in_part();
     void tones_rise_with_light();
@@ -154,7 +154,7 @@ void tst_Light::the_pieces_of_a_line_leave_no_seam()
 
 void tst_Light::the_energy_of_a_frame_is_the_same_however_many_points_its_line_has()
 {
-    // There and back, lit all the time: however often in a second, the beam is on for all of it.
+    // There and back, always lit: the beam is on all the time, whatever the number of passes.
     for (const bool hasMirrors : {false, true}) {
         for (const int steps : {5, 20, 100, 400}) {
             Watched watched;
@@ -277,7 +277,7 @@ void tst_Light::the_field_fills_the_square_but_for_a_narrow_margin()
 
 void tst_Light::a_repeated_frame_looks_steady()
 {
-    // 175 points, as in a rally: 171 passes a second are no whole number for a picture.
+    // 175 points, as in a rally: 171 passes a second, not a whole number per picture.
     Watched watched;
     const auto frame = strokeOf(left, right, 172, 0x800000);
     int dimmest = 255;
@@ -325,14 +325,14 @@ void tst_Light::light_fades_as_fast_as_persistence_says()
     watched.eye.setPersistence(persistence);
     watched.look(litLine(left, right, 50) + litLine(right, left, 50), 120);
     watched.projector.setOutputOn(false);
-    watched.eye.look(watched.now += 0.02); // what the eye has not made out yet
+    watched.eye.look(watched.now += 0.02); // light not yet fully seen
     const double before = watched.eye.exposure().energy();
     watched.eye.look(watched.now += persistence);
     const double left = watched.eye.exposure().energy() / before;
     QVERIFY2(std::abs(left - std::exp(-1)) < 0.01, qPrintable(QString::number(left)));
 }
 
-void tst_Light::faded_light_is_black_and_asks_for_no_more_pictures()
+void tst_Light::faded_light_is_black_and_needs_no_more_pictures()
 {
     Watched watched;
     watched.look(strokeOf(left, right, 50));
@@ -360,7 +360,7 @@ void tst_Light::light_that_fades_for_long_stays_exact()
 
 void tst_Light::a_corrupt_frame_is_drawn_in_part()
 {
-    // As sent, 500 times across the field in a picture: drawn for the longest way only.
+    // As sent, 500 times across the field in one picture: only the longest allowed path is drawn.
     std::vector<LdbPoint> points(ldbMaxPoints);
     for (std::size_t i = 0; i < points.size(); ++i)
         points[i] = lit(i % 2 == 0 ? -32768 : 32768, 0, 0xFF0000);

@@ -8,8 +8,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Frames at 0, 10, 20, 30 ms with places 1 ... 4, one of another zone in between, output enabled
-/// from 5 to 25 ms.
+/// Frames at 0, 10, 20, 30 ms with positions 1 ... 4, one of another zone in between; output
+/// enabled from 5 to 25 ms.
 Show fourFrames()
 {
     return {eventAt(0, Event::HostStarted), frameAt(0, pointAt(1)),
@@ -25,7 +25,7 @@ struct ShowPlayer
             qFatal("%s", qPrintable(recording.problem()));
         playback.emplace(recording);
     }
-    /// The place of the point that a zone shows; 0 when there is none.
+    /// The position of the point that a zone shows; 0 if there is none.
     int shown(int zone = 0)
     {
         const Frame *frame = playback->frame(zone);
@@ -44,17 +44,17 @@ class tst_Playback : public QObject
 
 private slots:
     void it_begins_paused_with_the_first_frame();
-    void it_goes_on_as_time_passes();
+    void it_advances_with_time();
     void it_stays_while_it_is_paused();
     void it_pauses_at_the_end();
-    void speed_changes_how_fast_it_goes_on_data();
-    void speed_changes_how_fast_it_goes_on();
-    void speed_is_bounded();
+    void speed_scales_its_advance_data();
+    void speed_scales_its_advance();
+    void speed_is_clamped();
     void a_step_goes_to_the_next_frame_of_any_zone();
     void a_step_back_goes_to_the_frame_before();
     void output_is_that_of_the_moment();
-    void any_moment_can_be_gone_to();
-    void time_never_runs_backwards_in_it();
+    void any_moment_can_be_sought();
+    void its_time_never_runs_backwards();
     void an_empty_recording_has_nothing_to_play();
 };
 
@@ -68,7 +68,7 @@ void tst_Playback::it_begins_paused_with_the_first_frame()
     QCOMPARE(player.playback->end(), 30 * showMs);
 }
 
-void tst_Playback::it_goes_on_as_time_passes()
+void tst_Playback::it_advances_with_time()
 {
     ShowPlayer player;
     player.playback->setPaused(false);
@@ -101,7 +101,7 @@ void tst_Playback::it_pauses_at_the_end()
     QCOMPARE(player.shown(), 4);
 }
 
-void tst_Playback::speed_changes_how_fast_it_goes_on_data()
+void tst_Playback::speed_scales_its_advance_data()
 {
     QTest::addColumn<double>("speed");
     QTest::addColumn<int>("elapsedMs");
@@ -112,7 +112,7 @@ void tst_Playback::speed_changes_how_fast_it_goes_on_data()
     QTest::addRow("a tenth, not yet") << 0.1 << 99 << 1;
 }
 
-void tst_Playback::speed_changes_how_fast_it_goes_on()
+void tst_Playback::speed_scales_its_advance()
 {
     QFETCH(double, speed);
     QFETCH(int, elapsedMs);
@@ -123,7 +123,7 @@ void tst_Playback::speed_changes_how_fast_it_goes_on()
     QTEST(player.shown(), "shown");
 }
 
-void tst_Playback::speed_is_bounded()
+void tst_Playback::speed_is_clamped()
 {
     ShowPlayer player;
     const auto speedFor = [&player](double wanted) {
@@ -182,7 +182,7 @@ void tst_Playback::output_is_that_of_the_moment()
     QVERIFY(!onAt(0));
 }
 
-void tst_Playback::any_moment_can_be_gone_to()
+void tst_Playback::any_moment_can_be_sought()
 {
     Show show;
     for (int i = 0; i < 1000; ++i)
@@ -198,7 +198,7 @@ void tst_Playback::any_moment_can_be_gone_to()
     QCOMPARE(player.shown(), 1000);
 }
 
-void tst_Playback::time_never_runs_backwards_in_it()
+void tst_Playback::its_time_never_runs_backwards()
 {
     ShowPlayer player({frameAt(10, pointAt(1)), frameAt(30, pointAt(2)), frameAt(20, pointAt(3))});
     player.playback->seek(29 * showMs);

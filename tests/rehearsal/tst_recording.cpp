@@ -20,7 +20,7 @@ bool samePoints(const std::vector<LdbPoint> &a, const std::vector<LdbPoint> &b)
         && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(LdbPoint)) == 0);
 }
 
-/// Frames in which anything may be, each a change of the one before in its zone.
+/// Random frames, each a modification of the previous one in its zone.
 Show anyShow(quint32 seed, int frames)
 {
     QRandomGenerator random(seed);
@@ -63,7 +63,7 @@ Show smallShow()
         eventAt(40, Event::HostEnded)};
 }
 
-/// The byte that a message names; -1 when it names none.
+/// The byte that a message names; -1 if it names none.
 qsizetype byteIn(const QString &problem)
 {
     const QString number = problem.section(u"Damaged at byte "_s, 1).section(u':', 0, 0);
@@ -79,25 +79,25 @@ class tst_Recording : public QObject
     Q_OBJECT
 
 private slots:
-    void what_was_recorded_is_read_to_the_bit();
+    void a_recording_is_lossless();
     void times_are_kept_in_microseconds();
     void any_frame_can_be_read_in_any_order();
-    void a_picture_that_stays_costs_a_few_bytes();
+    void an_unchanged_picture_takes_a_few_bytes();
     void a_recording_can_be_read_while_it_grows();
-    void what_is_no_recording_is_told_at_its_first_wrong_byte_data();
-    void what_is_no_recording_is_told_at_its_first_wrong_byte();
+    void a_file_that_is_not_a_recording_is_reported_with_its_first_wrong_byte_data();
+    void a_file_that_is_not_a_recording_is_reported_with_its_first_wrong_byte();
     void a_changed_byte_is_named_by_its_record();
     void a_cut_recording_keeps_what_comes_before();
     void bytes_after_the_end_are_named();
     void content_out_of_range_is_named_data();
     void content_out_of_range_is_named();
-    void a_missing_file_is_told();
+    void a_missing_file_is_reported();
     void a_recording_that_cannot_be_written_says_so();
-    void a_full_disk_is_told_at_the_end();
-    void a_dump_tells_every_point();
+    void a_full_disk_is_reported_at_the_end();
+    void a_dump_contains_every_point();
 };
 
-void tst_Recording::what_was_recorded_is_read_to_the_bit()
+void tst_Recording::a_recording_is_lossless()
 {
     for (quint32 seed = 1; seed <= 20; ++seed) {
         const Show show = anyShow(seed, 500);
@@ -147,7 +147,7 @@ void tst_Recording::any_frame_can_be_read_in_any_order()
     }
 }
 
-void tst_Recording::a_picture_that_stays_costs_a_few_bytes()
+void tst_Recording::an_unchanged_picture_takes_a_few_bytes()
 {
     constexpr int frames = 12'800;
     Show still;
@@ -180,7 +180,7 @@ void tst_Recording::a_recording_can_be_read_while_it_grows()
     QVERIFY(recording.isComplete());
 }
 
-void tst_Recording::what_is_no_recording_is_told_at_its_first_wrong_byte_data()
+void tst_Recording::a_file_that_is_not_a_recording_is_reported_with_its_first_wrong_byte_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<qsizetype>("byte");
@@ -191,7 +191,7 @@ void tst_Recording::what_is_no_recording_is_told_at_its_first_wrong_byte_data()
     QTest::addRow("another version") << QByteArray("RALLYREC\x02") << qsizetype(8);
 }
 
-void tst_Recording::what_is_no_recording_is_told_at_its_first_wrong_byte()
+void tst_Recording::a_file_that_is_not_a_recording_is_reported_with_its_first_wrong_byte()
 {
     QFETCH(QByteArray, bytes);
     Recording recording;
@@ -210,7 +210,7 @@ void tst_Recording::a_changed_byte_is_named_by_its_record()
         QVERIFY2(!recording.read(changed), qPrintable(QString::number(byte)));
         const qsizetype named = byteIn(recording.problem());
         QVERIFY2(named >= 0 && named <= byte, qPrintable(recording.problem()));
-        // What comes before the record is there, and the record is the changed one.
+        // Everything before the record is readable, and the record is the changed one.
         Recording before;
         QVERIFY(named < magicSize + 1 || before.read(whole.first(named)));
         QCOMPARE(recording.size(), before.size());
@@ -248,12 +248,12 @@ void tst_Recording::content_out_of_range_is_named_data()
 {
     QTest::addColumn<char>("type");
     QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("offset"); // of the named byte in the content
+    QTest::addColumn<int>("offset"); // of the reported byte in the content
     QTest::addRow("unknown type") << 'X' << QByteArray("\0", 1) << 0;
     QTest::addRow("no content") << 'W' << QByteArray() << 0;
     QTest::addRow("zone 8") << 'W' << QByteArray("\0\x08\0\0", 4) << 2;
     QTest::addRow("8193 points") << 'W' << QByteArray("\0\0\0\x81\x40", 5) << 3;
-    QTest::addRow("no points where one is said") << 'W' << QByteArray("\0\0\0\x01", 4) << 4;
+    QTest::addRow("a count of one without points") << 'W' << QByteArray("\0\0\0\x01", 4) << 4;
     QTest::addRow("a point of the frame before in a whole one")
         << 'W' << QByteArray("\0\0\0\x01\x01\0", 6) << 4;
     QTest::addRow("a change of nothing") << 'C' << QByteArray("\0\0\0\0", 4) << 3;
@@ -284,7 +284,7 @@ void tst_Recording::content_out_of_range_is_named()
     QCOMPARE(recording.size(), 0);
 }
 
-void tst_Recording::a_missing_file_is_told()
+void tst_Recording::a_missing_file_is_reported()
 {
     Recording recording;
     QVERIFY(!recording.open(u"/no/such/file"_s));
@@ -300,17 +300,17 @@ void tst_Recording::a_recording_that_cannot_be_written_says_so()
     QVERIFY(!recorder.isOpen());
 }
 
-void tst_Recording::a_full_disk_is_told_at_the_end()
+void tst_Recording::a_full_disk_is_reported_at_the_end()
 {
     if (!QFile::exists(u"/dev/full"_s))
-        QSKIP("This system has no disk that is always full.");
+        QSKIP("This system has no /dev/full.");
     Recorder recorder;
     recorder.open(u"/dev/full"_s);
     write(recorder, smallShow());
     QVERIFY(!recorder.finish());
 }
 
-void tst_Recording::a_dump_tells_every_point()
+void tst_Recording::a_dump_contains_every_point()
 {
     Show show = {eventAt(0, Event::HostStarted), eventAt(1, Event::SessionOpened, 42),
         eventAt(2, Event::OutputEnabled),

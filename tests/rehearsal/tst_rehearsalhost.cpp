@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The host's program, as a user starts it.
+/// The host program, run as a user would.
 class HostProcess : public QProcess
 {
 public:
@@ -34,13 +34,13 @@ public:
         waitForFinished();
     }
 
-    /// Asks it to end, as the system does.
+    /// Asks it to exit, as the system does.
     int end()
     {
         terminate();
         return result();
     }
-    /// Waits for the end and returns the exit code; -1 when there is none.
+    /// Waits until it exits and returns the exit code; -1 if there is none.
     int result() { return waitForFinished() && exitStatus() == NormalExit ? exitCode() : -1; }
     QString output() { return lines(readAllStandardOutput()); }
     QString errors() { return lines(readAllStandardError()); }
@@ -69,23 +69,23 @@ class tst_RehearsalHost : public QObject
 private slots:
     void initTestCase();
     void cleanup();
-    void it_ends_by_itself_with_a_summary();
-    void it_takes_frames_and_says_how_many();
+    void it_exits_by_itself_with_a_summary();
+    void it_counts_the_frames_that_it_takes();
     void a_snapshot_shows_the_light_only_with_output_enabled_data();
     void a_snapshot_shows_the_light_only_with_output_enabled();
     void a_recording_holds_every_frame_and_event();
     void a_damaged_recording_is_named_with_its_byte();
     void a_recording_is_used_without_a_display();
     void a_killed_game_that_left_a_zone_lit_is_reported();
-    void it_is_the_host_that_it_is_told_to_be();
-    void a_host_told_not_to_be_ready_is_not();
+    void it_has_the_properties_given_as_options();
+    void a_host_started_as_not_ready_is_not_ready();
     void it_starts_with_output_disabled_and_no_frames();
-    void its_end_shows_at_once();
-    void a_killed_one_grows_stale_and_is_found_again();
-    void a_stopped_one_holds_no_frame_up_and_counts_as_gone();
-    void a_second_one_says_so_and_ends();
-    void arguments_that_it_cannot_take_are_refused_with_a_clear_line_data();
-    void arguments_that_it_cannot_take_are_refused_with_a_clear_line();
+    void its_exit_is_noticed_at_once();
+    void a_killed_host_expires_and_is_found_again();
+    void a_stopped_host_delays_no_frame_and_counts_as_gone();
+    void a_second_host_says_so_and_exits();
+    void invalid_arguments_are_rejected_with_a_clear_message_data();
+    void invalid_arguments_are_rejected_with_a_clear_message();
     void help_and_version_need_no_display_data();
     void help_and_version_need_no_display();
 
@@ -132,7 +132,7 @@ int tst_RehearsalHost::send(const std::vector<LdbPoint> &points)
         nullptr, 100, -1);
 }
 
-void tst_RehearsalHost::it_ends_by_itself_with_a_summary()
+void tst_RehearsalHost::it_exits_by_itself_with_a_summary()
 {
     HostProcess host({u"--seconds"_s, u"0.2"_s});
     QCOMPARE(host.result(), 0);
@@ -141,12 +141,12 @@ void tst_RehearsalHost::it_ends_by_itself_with_a_summary()
         "0 frames, 0.0 per second, 0 points in the last one, 0 missed\n"_s);
 }
 
-void tst_RehearsalHost::it_takes_frames_and_says_how_many()
+void tst_RehearsalHost::it_counts_the_frames_that_it_takes()
 {
     HostProcess host({});
     QTRY_COMPARE(m_ready(), 1);
     const auto picture = gamePicture(0);
-    for (int i = 0; i < 10; ++i) // fewer than the memory holds, so that none can be missed
+    for (int i = 0; i < 10; ++i) // fewer than the ring holds, so that none can be missed
         QCOMPARE(send(picture), 1);
     QCOMPARE(host.end(), 0);
     const QRegularExpression summary(
@@ -228,7 +228,7 @@ void tst_RehearsalHost::a_damaged_recording_is_named_with_its_byte()
     HostProcess reader({u"--open"_s, path, u"--dump"_s});
     QCOMPARE(reader.result(), 1);
     QCOMPARE(reader.errors(),
-        u"\"%1\": Damaged at byte 9: the record that begins there is cut short.\n"_s.arg(path));
+        u"\"%1\": Damaged at byte 9: the record that begins here is truncated.\n"_s.arg(path));
 }
 
 void tst_RehearsalHost::a_recording_is_used_without_a_display()
@@ -287,7 +287,7 @@ void tst_RehearsalHost::a_killed_game_that_left_a_zone_lit_is_reported()
     QVERIFY2(report.contains(u"\nLeft lit: 1 of 1 endings.\n"_s), qPrintable(report));
 }
 
-void tst_RehearsalHost::it_is_the_host_that_it_is_told_to_be()
+void tst_RehearsalHost::it_has_the_properties_given_as_options()
 {
     HostProcess host({u"--build"_s, u"1613"_s, u"--zones"_s, u"8"_s});
     QTRY_COMPARE(m_ready(), 1);
@@ -295,10 +295,10 @@ void tst_RehearsalHost::it_is_the_host_that_it_is_told_to_be()
     QCOMPARE(m_zones(), 8);
 }
 
-void tst_RehearsalHost::a_host_told_not_to_be_ready_is_not()
+void tst_RehearsalHost::a_host_started_as_not_ready_is_not_ready()
 {
     HostProcess host({u"--not-ready"_s, u"--zones"_s, u"2"_s});
-    // It is there once its zones are.
+    // It is ready once its zone count is set.
     QTRY_VERIFY((m_ready(), m_zones() == 2));
     QCOMPARE(m_ready(), 0);
 }
@@ -323,7 +323,7 @@ void tst_RehearsalHost::it_starts_with_output_disabled_and_no_frames()
     QVERIFY(second.output().contains(u"\n0 frames"_s));
 }
 
-void tst_RehearsalHost::its_end_shows_at_once()
+void tst_RehearsalHost::its_exit_is_noticed_at_once()
 {
     HostProcess host({});
     QTRY_COMPARE(m_ready(), 1);
@@ -331,7 +331,7 @@ void tst_RehearsalHost::its_end_shows_at_once()
     QCOMPARE(m_ready(), 0);
 }
 
-void tst_RehearsalHost::a_killed_one_grows_stale_and_is_found_again()
+void tst_RehearsalHost::a_killed_host_expires_and_is_found_again()
 {
     {
         HostProcess host({});
@@ -346,7 +346,7 @@ void tst_RehearsalHost::a_killed_one_grows_stale_and_is_found_again()
     QCOMPARE(send(gamePicture(0)), 1);
 }
 
-void tst_RehearsalHost::a_stopped_one_holds_no_frame_up_and_counts_as_gone()
+void tst_RehearsalHost::a_stopped_host_delays_no_frame_and_counts_as_gone()
 {
     const QString kill = QStandardPaths::findExecutable(u"kill"_s);
     if (kill.isEmpty())
@@ -356,7 +356,7 @@ void tst_RehearsalHost::a_stopped_one_holds_no_frame_up_and_counts_as_gone()
     MemoryFile memory;
     QVERIFY(memory.attach(m_name->path()));
     QCOMPARE(QProcess::execute(kill, {u"-STOP"_s, QString::number(host.processId())}), 0);
-    beat(*memory.memory(), sharedNow()); // a second from here, however long the stop took
+    beat(*memory.memory(), sharedNow()); // expires in a second, however long the stop took
     const quint64 before = memory.memory()->zones[0].newest.read();
     quint64 sent = 0;
     while (send(gamePicture(0)) == 1) {
@@ -364,7 +364,7 @@ void tst_RehearsalHost::a_stopped_one_holds_no_frame_up_and_counts_as_gone()
         QThread::usleep(500);
     }
     QVERIFY(sent > framesPerZone);
-    // One that was being read when the host was stopped is passed over.
+    // A frame that was being read when the host was stopped is skipped.
     QVERIFY(memory.memory()->zones[0].newest.read() - before >= sent);
     QCOMPARE(m_ready(), 0);
     QCOMPARE(QProcess::execute(kill, {u"-CONT"_s, QString::number(host.processId())}), 0);
@@ -372,7 +372,7 @@ void tst_RehearsalHost::a_stopped_one_holds_no_frame_up_and_counts_as_gone()
     QCOMPARE(host.end(), 0);
 }
 
-void tst_RehearsalHost::a_second_one_says_so_and_ends()
+void tst_RehearsalHost::a_second_host_says_so_and_exits()
 {
     HostProcess first({});
     QTRY_COMPARE(m_ready(), 1);
@@ -384,7 +384,7 @@ void tst_RehearsalHost::a_second_one_says_so_and_ends()
     QCOMPARE(m_build(), 1700);
 }
 
-void tst_RehearsalHost::arguments_that_it_cannot_take_are_refused_with_a_clear_line_data()
+void tst_RehearsalHost::invalid_arguments_are_rejected_with_a_clear_message_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("line");
@@ -422,7 +422,7 @@ void tst_RehearsalHost::arguments_that_it_cannot_take_are_refused_with_a_clear_l
                                    << u"--record cannot write to \"/no/such/folder/x\": "_s;
 }
 
-void tst_RehearsalHost::arguments_that_it_cannot_take_are_refused_with_a_clear_line()
+void tst_RehearsalHost::invalid_arguments_are_rejected_with_a_clear_message()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, line);

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Seconds, short against the mirrors' lag.
+/// In seconds; short compared with the mirrors' lag.
 constexpr double fine = 1e-6;
 
 ScannerSettings asSent(int pointRate = 30000)
@@ -43,7 +43,7 @@ double litSeconds(const std::vector<BeamPiece> &way)
         [](double sum, const BeamPiece &piece) { return sum + piece.seconds; });
 }
 
-/// How often a piece ends near a place.
+/// The number of pieces that end near a position.
 int arrivals(const std::vector<BeamPiece> &way, const QPointF &place, double radius)
 {
     return static_cast<int>(std::count_if(way.begin(), way.end(), [&](const BeamPiece &piece) {
@@ -59,35 +59,35 @@ class tst_Scanner : public QObject
     Q_OBJECT
 
 private slots:
-    void a_small_step_overshoots_as_its_damping_says();
+    void a_small_step_overshoots_according_to_the_damping();
     void a_sine_at_the_bandwidth_is_followed_at_half_power();
-    void a_mirror_moves_alike_whatever_the_length_of_its_steps();
+    void a_mirrors_motion_does_not_depend_on_the_step_length();
     void a_wide_step_is_limited_by_the_slew_rate();
     void a_line_at_constant_speed_stays_straight();
     void a_corner_becomes_round();
     void a_short_jump_shows_its_tail_and_a_long_one_does_not();
-    void colours_come_as_late_as_they_are_set();
+    void colours_are_delayed_as_set();
     void as_sent_a_line_is_lit_between_two_lit_points();
     void as_sent_travel_to_and_from_a_blanked_point_is_dark_data();
     void as_sent_travel_to_and_from_a_blanked_point_is_dark();
-    void as_sent_a_point_that_is_lit_alone_is_a_dot();
-    void a_point_takes_its_time_at_the_set_rate_data();
-    void a_point_takes_its_time_at_the_set_rate();
+    void as_sent_a_single_lit_point_is_a_dot();
+    void the_rate_sets_the_duration_of_a_point_data();
+    void the_rate_sets_the_duration_of_a_point();
     void points_outside_the_field_are_drawn_at_its_edge();
     void points_without_finite_coordinates_are_blanked();
-    void colour_numbers_are_read_in_the_order_that_is_set();
+    void colours_are_read_in_the_set_order();
     void a_frame_is_repeated_until_the_next_comes();
     void the_next_frame_begins_when_the_last_point_is_drawn();
     void of_several_frames_the_last_one_is_drawn();
-    void a_frame_of_the_future_waits();
+    void a_frame_from_the_future_waits();
     void an_empty_frame_is_dark_at_once();
     void disabled_output_is_dark();
     void a_list_too_long_for_the_rate_is_drawn_less_often();
-    void slow_motion_is_the_same_way_in_more_time();
+    void slow_motion_draws_the_same_path_in_more_time();
     void after_a_pause_no_more_than_the_longest_run_is_drawn();
 };
 
-void tst_Scanner::a_small_step_overshoots_as_its_damping_says()
+void tst_Scanner::a_small_step_overshoots_according_to_the_damping()
 {
     Mirror mirror;
     mirror.setStep(fine);
@@ -116,7 +116,7 @@ void tst_Scanner::a_sine_at_the_bandwidth_is_followed_at_half_power()
         std::abs(highest - 1000 / std::numbers::sqrt2) < 5, qPrintable(QString::number(highest)));
 }
 
-void tst_Scanner::a_mirror_moves_alike_whatever_the_length_of_its_steps()
+void tst_Scanner::a_mirrors_motion_does_not_depend_on_the_step_length()
 {
     Mirror one;
     Mirror other;
@@ -148,7 +148,7 @@ void tst_Scanner::a_wide_step_is_limited_by_the_slew_rate()
 
 void tst_Scanner::a_line_at_constant_speed_stays_straight()
 {
-    // From a place on the same line, so that there is no jump before it.
+    // Start on the same line, so that no jump precedes it.
     const QPointF from(-20000, -10000);
     const QPointF to(20000, 10000);
     const std::vector<BeamPiece> way = wayOf(litLine(from, to, 60), {});
@@ -158,7 +158,8 @@ void tst_Scanner::a_line_at_constant_speed_stays_straight()
         QVERIFY2(std::abs(piece.to.y() - piece.to.x() / 2) < 1,
             qPrintable(QStringLiteral("%1 %2").arg(piece.to.x()).arg(piece.to.y())));
     }
-    // Once the mirrors are under way their speed is even, but for the ripple of the single points.
+    // Once the mirrors have accelerated, their speed is constant except for the ripple of the
+    // points.
     for (auto piece = way.begin() + way.size() / 2; piece != way.end(); ++piece) {
         const double step = piece->to.x() - piece->from.x();
         const double even = 40000.0 / 60 * piece->seconds * 30000;
@@ -194,7 +195,7 @@ void tst_Scanner::a_short_jump_shows_its_tail_and_a_long_one_does_not()
             if (std::abs(piece.to.x()) < 9000)
                 seconds += piece.seconds;
         }
-        // The first way, from the middle where mirrors rest, is no part of it.
+        // Skip the first move, from the centre where the mirrors rest.
         for (const BeamPiece &piece : wayOf({30, lit(-10000, 0, 0xFF)}, {})) {
             if (std::abs(piece.to.x()) < 9000)
                 seconds -= piece.seconds;
@@ -205,7 +206,7 @@ void tst_Scanner::a_short_jump_shows_its_tail_and_a_long_one_does_not()
     QVERIFY2(tail(20) < 1e-6, qPrintable(QString::number(tail(20))));
 }
 
-void tst_Scanner::colours_come_as_late_as_they_are_set()
+void tst_Scanner::colours_are_delayed_as_set()
 {
     for (const double delay : {0.0, 100e-6, 400e-6}) {
         ScannerSettings settings;
@@ -248,7 +249,7 @@ void tst_Scanner::as_sent_travel_to_and_from_a_blanked_point_is_dark()
     QCOMPARE(way[1].from, QPointF(10000, 0));
 }
 
-void tst_Scanner::as_sent_a_point_that_is_lit_alone_is_a_dot()
+void tst_Scanner::as_sent_a_single_lit_point_is_a_dot()
 {
     const std::vector<BeamPiece> way =
         wayOf({dark(0, 0), lit(5, 6, 0xff), dark(0, 0)}, asSent(10000));
@@ -256,14 +257,14 @@ void tst_Scanner::as_sent_a_point_that_is_lit_alone_is_a_dot()
     QCOMPARE(litSeconds(wayOf({lit(5, 6, 0xff)}, asSent(10000), 4)), 3e-4);
 }
 
-void tst_Scanner::a_point_takes_its_time_at_the_set_rate_data()
+void tst_Scanner::the_rate_sets_the_duration_of_a_point_data()
 {
     QTest::addColumn<int>("rate");
     for (const int rate : {8000, 30000, 60000})
         QTest::addRow("%d", rate) << rate;
 }
 
-void tst_Scanner::a_point_takes_its_time_at_the_set_rate()
+void tst_Scanner::the_rate_sets_the_duration_of_a_point()
 {
     QFETCH(int, rate);
     ScannerSettings drawn;
@@ -292,7 +293,7 @@ void tst_Scanner::points_without_finite_coordinates_are_blanked()
         QVERIFY(wayOf({lit(none, 0, 1), lit(0, none, 1), lit(none, none, 1)}, settings, 9).empty());
 }
 
-void tst_Scanner::colour_numbers_are_read_in_the_order_that_is_set()
+void tst_Scanner::colours_are_read_in_the_set_order()
 {
     QCOMPARE(rgbOf(0x0030FF, ColorOrder::RedGreenBlue), 0x0030FFU);
     QCOMPARE(rgbOf(0x0030FF, ColorOrder::BlueGreenRed), 0xFF3000U);
@@ -322,7 +323,7 @@ void tst_Scanner::the_next_frame_begins_when_the_last_point_is_drawn()
     projector.setSettings(asSent(10000));
     projector.setOutputOn(true);
     projector.show(strokeOf({0, 0}, {1000, 0}, 7), 1.0);
-    projector.show(strokeOf({0, 0}, {0, 1000}, 7), 1.0025); // in the midst of the third pass
+    projector.show(strokeOf({0, 0}, {0, 1000}, 7), 1.0025); // in the middle of the third pass
     std::vector<BeamPiece> way;
     projector.run(1.00595, way);
     QCOMPARE(arrivals(way, {1000, 0}, 1), 3);
@@ -345,7 +346,7 @@ void tst_Scanner::of_several_frames_the_last_one_is_drawn()
     QVERIFY(arrivals(way, {0, -1000}, 1) > 10);
 }
 
-void tst_Scanner::a_frame_of_the_future_waits()
+void tst_Scanner::a_frame_from_the_future_waits()
 {
     Projector projector;
     projector.setOutputOn(true);
@@ -404,7 +405,7 @@ void tst_Scanner::a_list_too_long_for_the_rate_is_drawn_less_often()
     QVERIFY2(passes == 43 || passes == 44, qPrintable(QString::number(passes)));
 }
 
-void tst_Scanner::slow_motion_is_the_same_way_in_more_time()
+void tst_Scanner::slow_motion_draws_the_same_path_in_more_time()
 {
     const auto points = strokeOf({0, 0}, {3000, 4000}, 20) + strokeOf({-9000, 0}, {0, 0}, 20);
     ScannerSettings slow;

@@ -30,23 +30,23 @@ class tst_SharedMemory : public QObject
 private slots:
     void the_layout_is_that_of_version_3();
     void zeroed_memory_has_no_host();
-    void an_opened_host_says_what_it_is_with_output_disabled();
+    void an_opened_host_has_its_properties_and_output_disabled();
     void a_host_is_alive_for_a_second_after_its_last_beat_data();
     void a_host_is_alive_for_a_second_after_its_last_beat();
     void a_closed_host_is_gone_at_once();
-    void memory_of_something_else_has_no_host();
-    void a_zone_count_out_of_range_counts_as_none_data();
-    void a_zone_count_out_of_range_counts_as_none();
-    void the_file_is_made_once_and_found_again();
+    void foreign_memory_has_no_host();
+    void a_zone_count_out_of_range_reads_as_zero_data();
+    void a_zone_count_out_of_range_reads_as_zero();
+    void the_file_is_created_once_and_found_again();
     void a_file_that_is_missing_or_too_small_is_not_attached();
-    void a_file_of_something_else_is_made_one_of_ours();
+    void a_foreign_file_is_resized_and_cleared();
     void a_name_that_could_leave_the_folder_is_refused_data();
     void a_name_that_could_leave_the_folder_is_refused();
 };
 
 void tst_SharedMemory::the_layout_is_that_of_version_3()
 {
-    // Whoever changes one of these numbers counts the version up.
+    // If one of these numbers changes, interfaceVersion must be incremented.
     QCOMPARE(interfaceVersion, 3U);
     QCOMPARE(sizeof(HostHeader), 40U);
     QCOMPARE(offsetof(HostHeader, version), 8U);
@@ -82,7 +82,7 @@ void tst_SharedMemory::zeroed_memory_has_no_host()
     QVERIFY(!FrameReader(memory->zones[0]).take(frame));
 }
 
-void tst_SharedMemory::an_opened_host_says_what_it_is_with_output_disabled()
+void tst_SharedMemory::an_opened_host_has_its_properties_and_output_disabled()
 {
     const auto memory = std::make_unique<SharedMemory>();
     setOutput(*memory, true);
@@ -126,7 +126,7 @@ void tst_SharedMemory::a_closed_host_is_gone_at_once()
     QVERIFY(!isOutputOn(*memory));
 }
 
-void tst_SharedMemory::memory_of_something_else_has_no_host()
+void tst_SharedMemory::foreign_memory_has_no_host()
 {
     const auto memory = memoryWithZones(1);
     memory->header.magic.write(memoryMagic + 1);
@@ -138,7 +138,7 @@ void tst_SharedMemory::memory_of_something_else_has_no_host()
     QVERIFY(isHostAlive(*memory, now));
 }
 
-void tst_SharedMemory::a_zone_count_out_of_range_counts_as_none_data()
+void tst_SharedMemory::a_zone_count_out_of_range_reads_as_zero_data()
 {
     QTest::addColumn<int>("written");
     QTest::addColumn<int>("zones");
@@ -150,14 +150,14 @@ void tst_SharedMemory::a_zone_count_out_of_range_counts_as_none_data()
     QTest::addRow("the highest") << std::numeric_limits<int>::max() << 0;
 }
 
-void tst_SharedMemory::a_zone_count_out_of_range_counts_as_none()
+void tst_SharedMemory::a_zone_count_out_of_range_reads_as_zero()
 {
     QFETCH(int, written);
     const auto memory = memoryWithZones(written);
     QTEST(hostZoneCount(*memory), "zones");
 }
 
-void tst_SharedMemory::the_file_is_made_once_and_found_again()
+void tst_SharedMemory::the_file_is_created_once_and_found_again()
 {
     const RehearsalName name;
     MemoryFile host;
@@ -168,7 +168,7 @@ void tst_SharedMemory::the_file_is_made_once_and_found_again()
     QCOMPARE(hostBuild(*game.memory()), 1800);
     writeFrame(*game.memory(), 0, {}, now);
     QCOMPARE(host.memory()->zones[0].newest.read(), 1U);
-    // A host that comes back finds it as it was left.
+    // A restarted host finds it unchanged.
     MemoryFile again;
     QVERIFY(again.create(name.path()));
     QCOMPARE(again.memory()->zones[0].newest.read(), 1U);
@@ -186,7 +186,7 @@ void tst_SharedMemory::a_file_that_is_missing_or_too_small_is_not_attached()
     QVERIFY(!MemoryFile().attach(name.path()));
 }
 
-void tst_SharedMemory::a_file_of_something_else_is_made_one_of_ours()
+void tst_SharedMemory::a_foreign_file_is_resized_and_cleared()
 {
     const RehearsalName name;
     QFile other(name.path());

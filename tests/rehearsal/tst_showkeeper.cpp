@@ -35,7 +35,7 @@ struct Rehearsal
     }
 };
 
-/// What a recording holds: kinds of events, and -1 less the number of points for frames.
+/// The content of a recording: the kind of each event; for a frame, -1 minus its number of points.
 std::vector<int> contentOf(const QString &path)
 {
     Recording recording;
@@ -55,14 +55,14 @@ class tst_ShowKeeper : public QObject
     Q_OBJECT
 
 private slots:
-    void a_recording_from_the_start_has_all_of_the_show();
-    void a_recording_begun_in_the_show_begins_with_what_is_shown();
-    void a_second_recording_stands_alone();
+    void a_recording_from_the_start_has_the_whole_show();
+    void a_recording_begun_during_the_show_starts_with_the_current_frames();
+    void a_second_recording_is_self_contained();
     void the_report_is_kept_without_a_recording();
-    void a_file_that_cannot_be_written_is_told();
+    void a_file_that_cannot_be_written_is_reported();
 };
 
-void tst_ShowKeeper::a_recording_from_the_start_has_all_of_the_show()
+void tst_ShowKeeper::a_recording_from_the_start_has_the_whole_show()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"show.rec"_s);
@@ -83,7 +83,7 @@ void tst_ShowKeeper::a_recording_from_the_start_has_all_of_the_show()
             Event::OutputDisabled, Event::SessionClosed, Event::HostEnded}));
 }
 
-void tst_ShowKeeper::a_recording_begun_in_the_show_begins_with_what_is_shown()
+void tst_ShowKeeper::a_recording_begun_during_the_show_starts_with_the_current_frames()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"show.rec"_s);
@@ -103,7 +103,7 @@ void tst_ShowKeeper::a_recording_begun_in_the_show_begins_with_what_is_shown()
         (std::vector<int>{Event::SessionOpened, -2, Event::OutputEnabled, -1, Event::HostEnded}));
 }
 
-void tst_ShowKeeper::a_second_recording_stands_alone()
+void tst_ShowKeeper::a_second_recording_is_self_contained()
 {
     const QTemporaryDir folder;
     Rehearsal rehearsal;
@@ -136,7 +136,7 @@ void tst_ShowKeeper::the_report_is_kept_without_a_recording()
         report.constData());
 }
 
-void tst_ShowKeeper::a_file_that_cannot_be_written_is_told()
+void tst_ShowKeeper::a_file_that_cannot_be_written_is_reported()
 {
     Rehearsal rehearsal;
     QVERIFY(!rehearsal.keeper.startRecording(u"/no/such/folder/show.rec"_s));

@@ -25,7 +25,7 @@ struct Show
     {
         log.note(zone, {.missed = 0, .sentAt = time(at), .points = std::move(points)});
     }
-    /// The lines of one part of the report, without the blanks before them.
+    /// The lines of one part of the report, without leading blanks.
     QStringList part(const QString &name) const
     {
         const QString text = QString::fromUtf8(log.report());
@@ -52,17 +52,17 @@ private slots:
     void a_zone_repeats_a_lit_frame_for_ever();
     void a_point_is_lit_when_the_beam_is_on_data();
     void a_point_is_lit_when_the_beam_is_on();
-    void what_happens_is_listed_with_its_time();
+    void events_are_listed_with_their_times();
     void a_dark_frame_after_lit_ones_is_an_ending();
     void disabled_output_makes_every_zone_dark_at_once();
-    void an_ending_tells_for_how_long_a_zone_had_been_dark();
-    void an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark_data();
-    void an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark();
-    void a_zone_left_lit_is_told();
+    void an_ending_states_how_long_a_zone_had_been_dark();
+    void an_ending_that_leaves_a_zone_lit_states_when_it_went_dark_data();
+    void an_ending_that_leaves_a_zone_lit_states_when_it_went_dark();
+    void a_zone_left_lit_is_reported();
     void frames_that_stop_with_a_lit_one_are_an_ending();
     void a_pause_of_a_second_is_no_ending();
-    void zones_end_apart();
-    void zones_without_frames_are_left_out();
+    void zones_end_independently();
+    void zones_without_frames_are_omitted();
     void each_zone_has_its_figures();
     void a_flickering_game_does_not_fill_the_memory();
 };
@@ -115,7 +115,7 @@ void tst_ShowLog::a_point_is_lit_when_the_beam_is_on()
     QTEST(isLit(LdbPoint{x, 0, 0, color, 0, 0, std::uint8_t(flags), 0}), "lit");
 }
 
-void tst_ShowLog::what_happens_is_listed_with_its_time()
+void tst_ShowLog::events_are_listed_with_their_times()
 {
     Show show;
     show.happens(Event::SessionOpened, 10.5);
@@ -169,7 +169,7 @@ void tst_ShowLog::disabled_output_makes_every_zone_dark_at_once()
             u"9.000  output disabled: zone 8 dark 0.000 ms after"_s}));
 }
 
-void tst_ShowLog::an_ending_tells_for_how_long_a_zone_had_been_dark()
+void tst_ShowLog::an_ending_states_how_long_a_zone_had_been_dark()
 {
     Show show;
     show.happens(Event::OutputEnabled, 1);
@@ -180,7 +180,7 @@ void tst_ShowLog::an_ending_tells_for_how_long_a_zone_had_been_dark()
         u"105.250  session closed: zone 1 dark 100.250 ms before"_s);
 }
 
-void tst_ShowLog::an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark_data()
+void tst_ShowLog::an_ending_that_leaves_a_zone_lit_states_when_it_went_dark_data()
 {
     QTest::addColumn<int>("ending");
     QTest::addColumn<QString>("name");
@@ -188,7 +188,7 @@ void tst_ShowLog::an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark_data(
     QTest::addRow("game gone") << int(Event::GameGone) << u"game gone"_s;
 }
 
-void tst_ShowLog::an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark()
+void tst_ShowLog::an_ending_that_leaves_a_zone_lit_states_when_it_went_dark()
 {
     QFETCH(int, ending);
     QFETCH(QString, name);
@@ -204,7 +204,7 @@ void tst_ShowLog::an_ending_that_leaves_a_zone_lit_tells_when_it_went_dark()
     QCOMPARE(show.verdict(), u"Every ending left every zone dark."_s);
 }
 
-void tst_ShowLog::a_zone_left_lit_is_told()
+void tst_ShowLog::a_zone_left_lit_is_reported()
 {
     Show show;
     show.happens(Event::OutputEnabled, 1);
@@ -223,7 +223,7 @@ void tst_ShowLog::frames_that_stop_with_a_lit_one_are_an_ending()
     Show show;
     show.happens(Event::OutputEnabled, 1);
     show.lit(2, 0);
-    for (int at = 11; at < 1100; at += 9) // the game has gone over to another zone
+    for (int at = 11; at < 1100; at += 9) // the game has switched to another zone
         show.dark(at, 1);
     QVERIFY(show.part(u"Events"_s).contains(u"2.000  zone 1: frames stopped with a lit one"_s));
     QCOMPARE(show.part(u"Endings"_s), QStringList(u"2.000  zone 1, frames stopped: not dark"_s));
@@ -244,7 +244,7 @@ void tst_ShowLog::a_pause_of_a_second_is_no_ending()
     QCOMPARE(show.part(u"Endings"_s).size(), 1);
 }
 
-void tst_ShowLog::zones_end_apart()
+void tst_ShowLog::zones_end_independently()
 {
     Show show;
     show.happens(Event::OutputEnabled, 1);
@@ -257,7 +257,7 @@ void tst_ShowLog::zones_end_apart()
         QStringList(u"2.000  zone 4, last lit frame: dark 3.000 ms after"_s));
 }
 
-void tst_ShowLog::zones_without_frames_are_left_out()
+void tst_ShowLog::zones_without_frames_are_omitted()
 {
     Show show;
     show.happens(Event::OutputEnabled, 1);
@@ -288,7 +288,7 @@ void tst_ShowLog::a_flickering_game_does_not_fill_the_memory()
         show.dark(3 + 2 * i);
     }
     QVERIFY(show.part(u"Events"_s).size() <= 10'001);
-    QCOMPARE(show.part(u"Events"_s).last(), u"The list is full; later events are not in it."_s);
+    QCOMPARE(show.part(u"Events"_s).last(), u"The list is full; later events are not shown."_s);
     QCOMPARE(show.part(u"Endings"_s).size(), 10'000);
     QVERIFY(show.part(u"Zones"_s).first().startsWith(u"zone 1: 40000 frames, 20000 lit"_s));
 }

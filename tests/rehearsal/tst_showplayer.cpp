@@ -5,8 +5,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A player with a show, and what it gave out: places of points, 0 for frames without any, and the
-/// switches of the output as 1000 and -1000.
+/// A player with a show, and its signals: the positions of points, 0 for empty frames, and 1000 and
+/// -1000 for output switched on and off.
 struct Stage
 {
     ShowPlayer player;
@@ -52,12 +52,12 @@ class tst_Player : public QObject
 
 private slots:
     void a_recording_opens_with_its_first_moment();
-    void every_frame_that_passes_is_given_out();
-    void a_step_back_and_a_leap_give_out_the_moment();
+    void every_frame_played_is_emitted();
+    void a_step_back_and_a_seek_emit_the_current_frames();
     void it_plays_by_itself_to_the_end();
-    void played_at_its_end_it_begins_again();
+    void played_at_its_end_it_restarts();
     void without_a_recording_nothing_happens();
-    void a_damaged_recording_is_told_and_played_as_far_as_it_goes();
+    void a_damaged_recording_is_reported_and_played_as_far_as_possible();
 };
 
 void tst_Player::a_recording_opens_with_its_first_moment()
@@ -67,7 +67,7 @@ void tst_Player::a_recording_opens_with_its_first_moment()
     QVERIFY(stage.player.playback()->isPaused());
 }
 
-void tst_Player::every_frame_that_passes_is_given_out()
+void tst_Player::every_frame_played_is_emitted()
 {
     Stage stage(threeFrames());
     stage.take();
@@ -81,7 +81,7 @@ void tst_Player::every_frame_that_passes_is_given_out()
     QCOMPARE(stage.take(), Given{-1000});
 }
 
-void tst_Player::a_step_back_and_a_leap_give_out_the_moment()
+void tst_Player::a_step_back_and_a_seek_emit_the_current_frames()
 {
     Stage stage(threeFrames());
     stage.take();
@@ -106,7 +106,7 @@ void tst_Player::it_plays_by_itself_to_the_end()
     QVERIFY(stage.player.playback()->isPaused());
 }
 
-void tst_Player::played_at_its_end_it_begins_again()
+void tst_Player::played_at_its_end_it_restarts()
 {
     Stage stage(threeFrames());
     stage.player.seek(25 * showMs);
@@ -131,7 +131,7 @@ void tst_Player::without_a_recording_nothing_happens()
     QVERIFY(!player.playback());
 }
 
-void tst_Player::a_damaged_recording_is_told_and_played_as_far_as_it_goes()
+void tst_Player::a_damaged_recording_is_reported_and_played_as_far_as_possible()
 {
     const QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("show.rec")));

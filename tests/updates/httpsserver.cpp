@@ -29,7 +29,7 @@ QByteArray contents(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Sends what is left of `answer` piece by piece.
+/// Sends the rest of `answer` piece by piece.
 void send(QTcpSocket *socket, const Answer &answer, qsizetype from)
 {
     const qsizetype piece = (answer.bytes.size() + answer.pieces - 1) / answer.pieces;

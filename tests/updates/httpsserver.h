@@ -11,32 +11,32 @@
 /// A certificate and its key, made for this run with the openssl command.
 struct Identity
 {
-    /// One for `name`, a subject alternative name such as "IP:127.0.0.1", that is good for a day
-    /// or ended a day ago.
+    /// For `name`, a subject alternative name such as "IP:127.0.0.1"; valid for a day, or expired a
+    /// day ago.
     explicit Identity(const QString &name, bool expired = false);
 
     QSslCertificate certificate;
     QSslKey key;
 };
 
-/// One for the address that an HttpsServer listens on.
+/// The identity for the address that an HttpsServer listens on.
 const Identity &loopback();
 
-/// Makes this process trust `identities`, and nobody else.
+/// Makes this process trust only `identities`.
 void trust(const QList<Identity> &identities);
 
-/// What the server sends when it is asked.
+/// The server's response to a request.
 struct Answer
 {
     enum End { HangUp, StayConnected };
 
-    QByteArray bytes = {}; ///< the whole response, its head included
+    QByteArray bytes = {}; ///< the whole response, including the header
     End end = HangUp;
-    int pieces = 1; ///< into which the bytes are cut
+    int pieces = 1; ///< number of pieces in which the bytes are sent
     std::chrono::milliseconds pause = {}; ///< between two pieces
 };
 
-/// A response of HTTP with its length announced.
+/// An HTTP response with a Content-Length.
 QByteArray response(const QByteArray &body, const QByteArray &status = "200 OK");
 /// A redirect to `url`.
 QByteArray redirect(const QString &url);
@@ -52,9 +52,9 @@ public:
     /// 127.0.0.1 and the port.
     QString host() const;
 
-    /// By path; another path gets a status of 404.
+    /// By path; other paths get status 404.
     QHash<QString, Answer> answers;
-    /// The paths asked for, in order.
+    /// The requested paths, in order.
     QStringList asked;
 
 signals:

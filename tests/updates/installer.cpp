@@ -1,5 +1,5 @@
-// What the tests download and start in place of an installer: it leaves a file behind that tells
-// how it was started.
+// Downloaded and started by the tests in place of an installer; writes a file that records how it
+// was started.
 
 #include <cstdio>
 

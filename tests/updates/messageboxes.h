@@ -5,8 +5,8 @@
 
 #include <chrono>
 
-/// The message boxes that are shown while this object lives, each answered by a click on one of
-/// its buttons when it is up.
+/// Records the message boxes shown during the lifetime of this object and answers each with a click
+/// on one of its buttons.
 class MessageBoxes : public QObject
 {
     Q_OBJECT
@@ -18,9 +18,9 @@ public:
         QString title;
         QString text;
         QMessageBox::StandardButtons buttons;
-        bool defaultButton; ///< whether one was chosen for Enter
+        bool defaultButton; ///< whether it has a default button
         bool parent;
-        bool markup; ///< whether the text would be read as HTML
+        bool markup; ///< whether the text would be rendered as HTML
 
         bool operator==(const Box &) const = default;
     };
@@ -30,7 +30,7 @@ public:
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
-    std::chrono::milliseconds delay = {}; ///< from a box's showing to the click
+    std::chrono::milliseconds delay = {}; ///< between showing a box and the click
     QList<Box> shown; ///< in order
 
 private:
@@ -39,5 +39,5 @@ private:
     QList<QMessageBox::StandardButton> answers;
 };
 
-/// How a failed comparison shows a box.
+/// For messages of QCOMPARE.
 char *toString(const MessageBoxes::Box &box);

@@ -31,19 +31,19 @@ private slots:
     void an_empty_answer_is_complete();
     void an_answer_whose_length_is_not_announced_ends_with_the_connection();
     void a_redirect_to_https_is_followed();
-    void a_redirect_to_anything_else_is_no_answer_data();
-    void a_redirect_to_anything_else_is_no_answer();
-    void an_endless_redirect_is_no_answer();
-    void an_address_that_is_not_https_is_not_asked_data();
-    void an_address_that_is_not_https_is_not_asked();
-    void a_certificate_that_does_not_verify_is_no_answer_data();
-    void a_certificate_that_does_not_verify_is_no_answer();
+    void a_redirect_to_anything_else_fails_data();
+    void a_redirect_to_anything_else_fails();
+    void an_endless_redirect_fails();
+    void an_address_that_is_not_https_is_not_requested_data();
+    void an_address_that_is_not_https_is_not_requested();
+    void a_certificate_that_does_not_verify_fails_data();
+    void a_certificate_that_does_not_verify_fails();
     void a_status_other_than_200_yields_nothing_data();
     void a_status_other_than_200_yields_nothing();
     void a_truncated_answer_yields_nothing_data();
     void a_truncated_answer_yields_nothing();
-    void a_name_that_does_not_resolve_is_no_answer();
-    void a_port_where_nobody_listens_is_no_answer();
+    void a_name_that_does_not_resolve_fails();
+    void a_port_without_a_server_fails();
 };
 
 void tst_Download::initTestCase()
@@ -93,7 +93,7 @@ void tst_Download::a_redirect_to_https_is_followed()
     QCOMPARE(got.body, "body");
 }
 
-void tst_Download::a_redirect_to_anything_else_is_no_answer_data()
+void tst_Download::a_redirect_to_anything_else_fails_data()
 {
     QTest::addColumn<QString>("target");
     QTest::newRow("plain HTTP") << u"http://127.0.0.1:%1/there"_s;
@@ -101,7 +101,7 @@ void tst_Download::a_redirect_to_anything_else_is_no_answer_data()
     QTest::newRow("data of its own") << u"data:text/plain,body%1"_s;
 }
 
-void tst_Download::a_redirect_to_anything_else_is_no_answer()
+void tst_Download::a_redirect_to_anything_else_fails()
 {
     QFETCH(QString, target);
     QTcpServer plain;
@@ -117,7 +117,7 @@ void tst_Download::a_redirect_to_anything_else_is_no_answer()
     QCOMPARE(server.asked, QStringList{u"/here"_s});
 }
 
-void tst_Download::an_endless_redirect_is_no_answer()
+void tst_Download::an_endless_redirect_fails()
 {
     HttpsServer server(loopback());
     server.answers[u"/here"_s] = {redirect("https://"_L1 + server.host() + "/here"_L1)};
@@ -126,7 +126,7 @@ void tst_Download::an_endless_redirect_is_no_answer()
     QVERIFY2(got.failure.contains("redirect"_L1), qPrintable(got.failure));
 }
 
-void tst_Download::an_address_that_is_not_https_is_not_asked_data()
+void tst_Download::an_address_that_is_not_https_is_not_requested_data()
 {
     QTest::addColumn<QString>("address");
     QTest::newRow("plain HTTP") << u"http://127.0.0.1:%1/file"_s;
@@ -134,7 +134,7 @@ void tst_Download::an_address_that_is_not_https_is_not_asked_data()
     QTest::newRow("no scheme") << u"127.0.0.1:%1/file"_s;
 }
 
-void tst_Download::an_address_that_is_not_https_is_not_asked()
+void tst_Download::an_address_that_is_not_https_is_not_requested()
 {
     QFETCH(QString, address);
     QTcpServer plain;
@@ -147,17 +147,17 @@ void tst_Download::an_address_that_is_not_https_is_not_asked()
     QCOMPARE(connections.count(), 0);
 }
 
-void tst_Download::a_certificate_that_does_not_verify_is_no_answer_data()
+void tst_Download::a_certificate_that_does_not_verify_fails_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("expired");
     QTest::addColumn<bool>("trusted");
-    QTest::newRow("vouched for by nobody we trust") << u"IP:127.0.0.1"_s << false << false;
+    QTest::newRow("from an untrusted issuer") << u"IP:127.0.0.1"_s << false << false;
     QTest::newRow("of another host") << u"DNS:updates.rallyvane.example"_s << false << true;
     QTest::newRow("expired") << u"IP:127.0.0.1"_s << true << true;
 }
 
-void tst_Download::a_certificate_that_does_not_verify_is_no_answer()
+void tst_Download::a_certificate_that_does_not_verify_fails()
 {
     QFETCH(QString, name);
     QFETCH(bool, expired);
@@ -221,19 +221,19 @@ void tst_Download::a_truncated_answer_yields_nothing()
     QVERIFY2(!got.failure.isEmpty(), "no reason given");
 }
 
-void tst_Download::a_name_that_does_not_resolve_is_no_answer()
+void tst_Download::a_name_that_does_not_resolve_fails()
 {
     const Download got = download(QUrl(u"https://updates.invalid/file"_s), patient);
     QCOMPARE(got.result, Download::Failed);
     QVERIFY2(got.failure.contains("not found"_L1), qPrintable(got.failure));
 }
 
-void tst_Download::a_port_where_nobody_listens_is_no_answer()
+void tst_Download::a_port_without_a_server_fails()
 {
-    QTcpServer nobody;
-    QVERIFY(nobody.listen(QHostAddress::LocalHost));
-    const quint16 port = nobody.serverPort();
-    nobody.close();
+    QTcpServer closed;
+    QVERIFY(closed.listen(QHostAddress::LocalHost));
+    const quint16 port = closed.serverPort();
+    closed.close();
     const Download got = download(QUrl(u"https://127.0.0.1:%1/file"_s.arg(port)), patient);
     QCOMPARE(got.result, Download::Failed);
     QVERIFY2(got.failure.contains("refused"_L1), qPrintable(got.failure));

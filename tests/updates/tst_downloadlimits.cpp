@@ -34,10 +34,10 @@ class tst_DownloadLimits : public QObject
 
 private slots:
     void initTestCase();
-    void silence_for_the_limit_is_no_answer_data();
-    void silence_for_the_limit_is_no_answer();
-    void a_server_that_does_not_speak_tls_is_no_answer_after_the_limit();
-    void a_slow_answer_that_goes_on_is_waited_for();
+    void silence_beyond_the_limit_fails_data();
+    void silence_beyond_the_limit_fails();
+    void a_server_without_tls_fails_after_the_limit();
+    void a_slow_answer_that_keeps_arriving_is_waited_for();
     void a_redirect_ends_the_silence();
     void headers_end_the_silence();
     void an_answer_larger_than_the_limit_is_refused_data();
@@ -46,7 +46,7 @@ private slots:
     void closing_the_last_window_abandons_it_and_ends_the_program_data();
     void closing_the_last_window_abandons_it_and_ends_the_program();
     void an_answer_that_came_before_the_program_ended_is_abandoned_too();
-    void a_download_that_is_begun_when_the_program_has_ended_is_abandoned_at_once();
+    void a_download_begun_after_the_program_has_ended_is_abandoned_at_once();
     void quitting_abandons_it_and_ends_the_program();
 };
 
@@ -56,7 +56,7 @@ void tst_DownloadLimits::initTestCase()
     trust({loopback()});
 }
 
-void tst_DownloadLimits::silence_for_the_limit_is_no_answer_data()
+void tst_DownloadLimits::silence_beyond_the_limit_fails_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("from the start") << QByteArray();
@@ -64,7 +64,7 @@ void tst_DownloadLimits::silence_for_the_limit_is_no_answer_data()
     QTest::newRow("in the middle") << response(QByteArray(5000, 'x')).chopped(2500);
 }
 
-void tst_DownloadLimits::silence_for_the_limit_is_no_answer()
+void tst_DownloadLimits::silence_beyond_the_limit_fails()
 {
     QFETCH(QByteArray, bytes);
     HttpsServer server(loopback());
@@ -80,7 +80,7 @@ void tst_DownloadLimits::silence_for_the_limit_is_no_answer()
     }
 }
 
-void tst_DownloadLimits::a_server_that_does_not_speak_tls_is_no_answer_after_the_limit()
+void tst_DownloadLimits::a_server_without_tls_fails_after_the_limit()
 {
     QTcpServer mute;
     QVERIFY(mute.listen(QHostAddress::LocalHost));
@@ -92,7 +92,7 @@ void tst_DownloadLimits::a_server_that_does_not_speak_tls_is_no_answer_after_the
     QVERIFY(connections.count() > 0);
 }
 
-void tst_DownloadLimits::a_slow_answer_that_goes_on_is_waited_for()
+void tst_DownloadLimits::a_slow_answer_that_keeps_arriving_is_waited_for()
 {
     HttpsServer server(loopback());
     const QByteArray body(8000, 'x');
@@ -122,7 +122,7 @@ void tst_DownloadLimits::a_redirect_ends_the_silence()
 
 void tst_DownloadLimits::headers_end_the_silence()
 {
-    // In three pieces: half of the head, the other half, the body.
+    // In three pieces: half of the header, the other half, the body.
     QByteArray head = "HTTP/1.1 200 OK\r\nContent-Length: 50\r\nX-Padding: \r\n\r\n";
     head.insert(head.size() - 4, QByteArray(100 - head.size(), 'x'));
     HttpsServer server(loopback());
@@ -207,7 +207,7 @@ void tst_DownloadLimits::an_answer_that_came_before_the_program_ended_is_abandon
 {
     HttpsServer server(loopback());
     server.answers[u"/file"_s] = {response("body")};
-    // Like a message box that is up when the answer comes, and whose button ends the program.
+    // Like a message box that is shown when the answer arrives and whose button ends the program.
     connect(&server, &HttpsServer::requested, qApp, [] {
         QEventLoop box;
         QTimer::singleShot(300ms, &box, &QEventLoop::quit);
@@ -221,7 +221,7 @@ void tst_DownloadLimits::an_answer_that_came_before_the_program_ended_is_abandon
     QCOMPARE(got->result, Download::Abandoned);
 }
 
-void tst_DownloadLimits::a_download_that_is_begun_when_the_program_has_ended_is_abandoned_at_once()
+void tst_DownloadLimits::a_download_begun_after_the_program_has_ended_is_abandoned_at_once()
 {
     HttpsServer server(loopback());
     server.answers[u"/file"_s] = {response("body")};

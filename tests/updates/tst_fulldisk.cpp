@@ -1,5 +1,5 @@
-// For systems on which a process can limit the size of the files that it writes, which is as good
-// as a full disk.
+// For systems on which a process can limit the size of files that it writes, to simulate a full
+// disk.
 
 #include "updatecase.h"
 

@@ -68,13 +68,13 @@ class tst_Publish : public QObject
 private slots:
     void init();
     void cleanup();
-    void the_tree_is_what_the_program_asks_for();
-    void line_ends_of_windows_are_taken_too();
+    void the_tree_has_the_files_that_the_program_requests();
+    void windows_line_ends_are_accepted();
     void the_last_entry_of_a_changelog_ends_with_it();
-    void what_is_published_again_is_replaced();
-    void unless_told_otherwise_it_publishes_the_version_of_the_project();
-    void what_the_program_could_not_read_is_refused_data();
-    void what_the_program_could_not_read_is_refused();
+    void publishing_a_version_again_replaces_it();
+    void by_default_it_publishes_the_projects_version();
+    void notes_that_the_program_could_not_read_are_refused_data();
+    void notes_that_the_program_could_not_read_are_refused();
     void a_missing_file_is_named_data();
     void a_missing_file_is_named();
     void an_installer_larger_than_the_program_downloads_is_refused();
@@ -99,7 +99,7 @@ void tst_Publish::cleanup()
     QDir::setCurrent(QCoreApplication::applicationDirPath());
 }
 
-void tst_Publish::the_tree_is_what_the_program_asks_for()
+void tst_Publish::the_tree_has_the_files_that_the_program_requests()
 {
     const Outcome outcome = publish102();
     QCOMPARE(outcome.errors, QString());
@@ -111,12 +111,12 @@ void tst_Publish::the_tree_is_what_the_program_asks_for()
     QCOMPARE(contents(published + "VersionNotes.txt"_L1),
         "Laser Rallyvane\n" + separator
             + "\nV1.02 - 2027-03-01\n- Updates.\n  Of all kinds.\n- Caf\xE9.\n" + separator + "\n");
-    // The version file tells of the installer, so it must not be there first.
+    // The version file announces the installer, so it must not be published first.
     QVERIFY2(outcome.output.indexOf("setup.exe"_L1) < outcome.output.indexOf("VersionNotes"_L1),
         qPrintable(outcome.output));
 }
 
-void tst_Publish::line_ends_of_windows_are_taken_too()
+void tst_Publish::windows_line_ends_are_accepted()
 {
     QVERIFY(write(u"CHANGELOG.md"_s, changelog().replace("\n", "\r\n")));
     QCOMPARE(publish102().errors, QString());
@@ -132,7 +132,7 @@ void tst_Publish::the_last_entry_of_a_changelog_ends_with_it()
         readVersionFile(contents(published + "VersionNotes.txt"_L1)).notes, u"- All %1 new.\n"_s);
 }
 
-void tst_Publish::what_is_published_again_is_replaced()
+void tst_Publish::publishing_a_version_again_replaces_it()
 {
     QCOMPARE(publish102().exitCode, 0);
     QVERIFY(write(u"setup.exe"_s, "b"));
@@ -142,7 +142,7 @@ void tst_Publish::what_is_published_again_is_replaced()
     QCOMPARE(readVersionFile(contents(published + "VersionNotes.txt"_L1)).notes, u"- b\n"_s);
 }
 
-void tst_Publish::unless_told_otherwise_it_publishes_the_version_of_the_project()
+void tst_Publish::by_default_it_publishes_the_projects_version()
 {
     const QByteArray own = ownVersionText;
     QVERIFY(write(u"changes"_s, "## " + own + " - 2027-03-01\n- new\n"));
@@ -153,7 +153,7 @@ void tst_Publish::unless_told_otherwise_it_publishes_the_version_of_the_project(
         ownVersion);
 }
 
-void tst_Publish::what_the_program_could_not_read_is_refused_data()
+void tst_Publish::notes_that_the_program_could_not_read_are_refused_data()
 {
     QTest::addColumn<QByteArray>("changelog");
     QTest::addColumn<QString>("reason");
@@ -177,7 +177,7 @@ void tst_Publish::what_the_program_could_not_read_is_refused_data()
         << "## 1.02 - 2027-03-01\n- " + QByteArray(1 << 20, 'a') << u"could not read"_s;
 }
 
-void tst_Publish::what_the_program_could_not_read_is_refused()
+void tst_Publish::notes_that_the_program_could_not_read_are_refused()
 {
     QFETCH(QByteArray, changelog);
     QFETCH(QString, reason);
@@ -214,7 +214,7 @@ void tst_Publish::a_missing_file_is_named()
 void tst_Publish::an_installer_larger_than_the_program_downloads_is_refused()
 {
     QFile setup(u"setup.exe"_s);
-    QVERIFY(setup.resize(largestInstaller + 1)); // takes no room on the disk
+    QVERIFY(setup.resize(largestInstaller + 1)); // sparse, takes no disk space
     const Outcome outcome = publish102();
     QCOMPARE(outcome.exitCode, 1);
     QVERIFY2(outcome.errors.contains("setup.exe is larger than the program downloads"_L1),
@@ -234,7 +234,7 @@ void tst_Publish::the_version_file_is_not_written_without_its_installer()
 
 void tst_Publish::an_installer_that_does_not_read_back_is_not_published()
 {
-    // Its name leads to the version file, which is written over it.
+    // Its name links to the version file, which then overwrites it.
     QVERIFY(QDir().mkpath(published));
     QVERIFY(QFile::link(u"VersionNotes.txt"_s, published + "Rallyvane_v1.02_setup.exe"_L1));
     const Outcome outcome = publish102();

@@ -1,5 +1,5 @@
-// The whole way of an update: published by the tool, found by the program's window, downloaded and
-// started; and the ways in which the window ends the check.
+// A complete update: published by the tool, found by the program's window, downloaded and started;
+// and the ways in which the window ends the check.
 
 #include "fakehost.h"
 #include "fakemidi.h"
@@ -47,7 +47,7 @@ bool publish()
         == 0;
 }
 
-/// What a server answers that offers the files below `root`.
+/// The answers of a server that offers the files below `root`.
 QHash<QString, Answer> filesBelow(const QString &root)
 {
     QHash<QString, Answer> answers;
@@ -70,8 +70,8 @@ private slots:
     void cleanup();
 
     void a_published_update_is_found_downloaded_and_started_and_the_program_ends();
-    void a_program_that_is_up_to_date_goes_on();
-    void a_program_whose_update_was_declined_goes_on();
+    void a_program_that_is_up_to_date_keeps_running();
+    void a_program_whose_update_was_declined_keeps_running();
     void closing_the_window_during_a_download_ends_the_program_data();
     void closing_the_window_during_a_download_ends_the_program();
     void quitting_during_a_download_ends_the_program();
@@ -79,8 +79,8 @@ private slots:
     void a_missing_host_library_ends_the_program_after_an_answer_without_a_question();
 
 private:
-    /// Runs the program until its window is closed; that is done for it after `lastLine` was
-    /// logged. Returns its exit code.
+    /// Runs the program and closes its window once `lastLine` has been logged. Returns the exit
+    /// code.
     int run(const QString &lastLine = {});
 
     std::optional<QTemporaryDir> folder;
@@ -154,7 +154,7 @@ void tst_PublishedUpdate::a_published_update_is_found_downloaded_and_started_and
     QTRY_COMPARE(contents(u"installed"_s), "0 arguments\n" + path.toUtf8() + "\n");
 }
 
-void tst_PublishedUpdate::a_program_that_is_up_to_date_goes_on()
+void tst_PublishedUpdate::a_program_that_is_up_to_date_keeps_running()
 {
     const QByteArray separator(43, '=');
     server->answers[versionPath] = {
@@ -165,7 +165,7 @@ void tst_PublishedUpdate::a_program_that_is_up_to_date_goes_on()
     QCOMPARE(server->asked, QStringList{versionPath});
 }
 
-void tst_PublishedUpdate::a_program_whose_update_was_declined_goes_on()
+void tst_PublishedUpdate::a_program_whose_update_was_declined_keeps_running()
 {
     const MessageBoxes boxes({QMessageBox::No});
     QCOMPARE(run(u"Update declined"_s), 0);
@@ -219,7 +219,7 @@ void tst_PublishedUpdate::
     a_missing_host_library_ends_the_program_after_an_answer_without_a_question()
 {
     host->installed = false;
-    // The answer comes while the box about the library is up.
+    // The answer arrives while the message box about the library is shown.
     server->answers[versionPath].pieces = 2;
     server->answers[versionPath].pause = std::chrono::milliseconds(500);
     MessageBoxes boxes({QMessageBox::Ok});

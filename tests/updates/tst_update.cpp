@@ -29,7 +29,7 @@ MessageBoxes::Box question(const QString &version, const QString &notes)
     };
 }
 
-/// Marks what it translates: the texts of the main window.
+/// Appends a mark to the texts of the main window that it translates.
 class Marking : public QTranslator
 {
     Q_OBJECT
@@ -60,12 +60,12 @@ private slots:
     void a_server_that_falls_silent_counts_as_no_website();
     void a_name_that_does_not_resolve_counts_as_no_website();
     void a_certificate_that_does_not_verify_counts_as_no_website();
-    void the_reserved_domain_is_not_asked_data();
-    void the_reserved_domain_is_not_asked();
+    void the_reserved_domain_is_not_contacted_data();
+    void the_reserved_domain_is_not_contacted();
     void the_limits_are_5_seconds_for_the_version_file_and_30_for_the_installer();
     void a_newer_version_is_offered_with_its_notes_data();
     void a_newer_version_is_offered_with_its_notes();
-    void later_notes_are_shown_behind_earlier_ones();
+    void later_notes_are_shown_after_earlier_ones();
     void every_text_is_translated_as_the_main_windows();
     void a_version_file_of_any_size_is_read_and_shown_within_a_second_data();
     void a_version_file_of_any_size_is_read_and_shown_within_a_second();
@@ -177,7 +177,7 @@ void tst_Update::a_certificate_that_does_not_verify_counts_as_no_website()
     QCOMPARE(impostor.asked, QStringList());
 }
 
-void tst_Update::the_reserved_domain_is_not_asked_data()
+void tst_Update::the_reserved_domain_is_not_contacted_data()
 {
     QTest::addColumn<QString>("host");
     QTest::newRow("in lower case") << u"updates.rallyvane.example"_s;
@@ -185,11 +185,11 @@ void tst_Update::the_reserved_domain_is_not_asked_data()
     QTest::newRow("with a port") << u"updates.rallyvane.example:8443"_s;
 }
 
-void tst_Update::the_reserved_domain_is_not_asked()
+void tst_Update::the_reserved_domain_is_not_contacted()
 {
     QFETCH(QString, host);
     const MessageBoxes boxes;
-    // Asking would mean waiting, and waiting would deliver this.
+    // A request would wait, and waiting would deliver this.
     bool waited = false;
     QMetaObject::invokeMethod(
         this, [&] { waited = true; }, Qt::QueuedConnection);
@@ -244,7 +244,7 @@ void tst_Update::a_newer_version_is_offered_with_its_notes()
     QCOMPARE(log->takeAll().first(), u"Update Requested - Actual Version = 101"_s);
 }
 
-void tst_Update::later_notes_are_shown_behind_earlier_ones()
+void tst_Update::later_notes_are_shown_after_earlier_ones()
 {
     const MessageBoxes boxes({QMessageBox::No, QMessageBox::No});
     for (const char *const news : {"- new\n", "- newer\n"}) {
@@ -258,7 +258,7 @@ void tst_Update::later_notes_are_shown_behind_earlier_ones()
 
 void tst_Update::every_text_is_translated_as_the_main_windows()
 {
-    // The installer is no program, so that the box about it is shown too.
+    // The installer is not a program, so the message box about it is shown too.
     server->answers[versionPath + "x"_L1] = {response(versionFile("1.02"))};
     server->answers[installerPath] = {response("This is no program.")};
     const MessageBoxes boxes({QMessageBox::Yes, QMessageBox::Ok});
@@ -299,8 +299,7 @@ void tst_Update::a_version_file_of_any_size_is_read_and_shown_within_a_second()
     const QByteArray file = versionFile(version, news);
     QVERIFY(file.size() <= largestVersionFile);
     server->answers[versionPath] = {response(file)};
-    // In the processor's time, of which a busy machine takes no more. What is measured besides is
-    // the transfer.
+    // In processor time, which does not depend on the machine's load. It includes the transfer.
     const MessageBoxes boxes({QMessageBox::No});
     const std::clock_t begin = std::clock();
     QVERIFY(!check());

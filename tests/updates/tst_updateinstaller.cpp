@@ -20,8 +20,8 @@ class tst_UpdateInstaller : public UpdateCase
 private slots:
     void a_newer_version_is_downloaded_and_started();
     void an_earlier_installer_is_replaced();
-    void an_installer_that_does_not_arrive_whole_is_neither_kept_nor_started_data();
-    void an_installer_that_does_not_arrive_whole_is_neither_kept_nor_started();
+    void an_incomplete_installer_is_neither_kept_nor_started_data();
+    void an_incomplete_installer_is_neither_kept_nor_started();
     void an_installer_that_cannot_be_written_is_not_started_data();
     void an_installer_that_cannot_be_written_is_not_started();
     void an_installer_that_cannot_be_started_is_reported();
@@ -61,7 +61,7 @@ void tst_UpdateInstaller::an_earlier_installer_is_replaced()
     QTRY_VERIFY(QFileInfo::exists(u"installed"_s));
 }
 
-void tst_UpdateInstaller::an_installer_that_does_not_arrive_whole_is_neither_kept_nor_started_data()
+void tst_UpdateInstaller::an_incomplete_installer_is_neither_kept_nor_started_data()
 {
     QTest::addColumn<Answer>("answer");
     QTest::addColumn<QString>("reason");
@@ -75,7 +75,7 @@ void tst_UpdateInstaller::an_installer_that_does_not_arrive_whole_is_neither_kep
                              << u"no data for 2000 ms"_s;
 }
 
-void tst_UpdateInstaller::an_installer_that_does_not_arrive_whole_is_neither_kept_nor_started()
+void tst_UpdateInstaller::an_incomplete_installer_is_neither_kept_nor_started()
 {
     QFETCH(Answer, answer);
     QFETCH(QString, reason);
@@ -103,9 +103,9 @@ void tst_UpdateInstaller::an_installer_that_cannot_be_written_is_not_started()
 {
     QFETCH(QString, obstacle);
     if (obstacle == "sw_fw/"_L1) {
-        // Not even root may write there.
+        // Not even root can write there.
         if (!QFileInfo(u"/proc"_s).isDir())
-            QSKIP("there is no folder that nobody may write");
+            QSKIP("This system has no folder that is read-only for every user");
         QVERIFY(QFile::link(u"/proc"_s, u"sw_fw"_s));
     } else {
         QVERIFY(QDir().mkpath(QFileInfo(obstacle).path()));
@@ -135,7 +135,7 @@ void tst_UpdateInstaller::an_installer_that_cannot_be_started_is_reported()
             .title = u"Setup program cannot be executed"_s,
             .text = "Setup program cannot be executed at following path: "_L1 + path,
             .buttons = QMessageBox::Ok,
-            .defaultButton = true, // being the only one
+            .defaultButton = true, // the only button
             .parent = false,
             .markup = false,
         }));

@@ -12,7 +12,7 @@ QByteArray separator()
     return {43, '='};
 }
 
-/// A version file in the form that is published.
+/// A version file in the published format.
 QByteArray versionFile(const QByteArray &versionLine, const QByteArray &notes)
 {
     return "Laser Rallyvane\r\n" + separator() + "\r\n" + versionLine + "\r\n\r\n" + notes
@@ -31,8 +31,8 @@ private slots:
     void version_and_notes_are_read_from_between_the_separators();
     void a_file_without_a_separator_is_no_version_file_data();
     void a_file_without_a_separator_is_no_version_file();
-    void a_file_that_is_not_whole_is_unreadable_data();
-    void a_file_that_is_not_whole_is_unreadable();
+    void an_incomplete_file_is_unreadable_data();
+    void an_incomplete_file_is_unreadable();
     void the_version_is_rounded_to_hundredths_in_single_precision_data();
     void the_version_is_rounded_to_hundredths_in_single_precision();
     void a_version_that_is_not_a_finite_number_is_version_0_data();
@@ -77,7 +77,7 @@ void tst_VersionFile::version_and_notes_are_read_from_between_the_separators_dat
         << versionFile("V1\xE9\xC3\xA9 ", "new") << u"1\u00E9\u00C3\u00A9"_s << u"new"_s;
     QTest::newRow("a zero byte") << versionFile("V1.02 ", QByteArray("a\0b", 3)) << u"1.02"_s
                                  << QString(u"a\0b"_s);
-    // The second separator is looked for from the first one's second character on.
+    // The search for the second separator starts at the second character of the first one.
     QTest::newRow("one line of 44 equals signs, and no other")
         << separator() + "=\nV1.02 \nnew" << u"1.02"_s << u"new"_s;
 }
@@ -105,7 +105,7 @@ void tst_VersionFile::a_file_without_a_separator_is_no_version_file()
     QCOMPARE(readVersionFile(bytes).state, VersionFile::NoVersionFile);
 }
 
-void tst_VersionFile::a_file_that_is_not_whole_is_unreadable_data()
+void tst_VersionFile::an_incomplete_file_is_unreadable_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("one separator") << separator() + "\nV1.02 \nnew\n";
@@ -116,7 +116,7 @@ void tst_VersionFile::a_file_that_is_not_whole_is_unreadable_data()
     QTest::newRow("no space up to the end") << separator() + "\nV1.02\nnew\n" + separator() + "\n";
 }
 
-void tst_VersionFile::a_file_that_is_not_whole_is_unreadable()
+void tst_VersionFile::an_incomplete_file_is_unreadable()
 {
     QFETCH(QByteArray, bytes);
     const VersionFile file = readVersionFile(bytes);
@@ -132,7 +132,7 @@ void tst_VersionFile::the_version_is_rounded_to_hundredths_in_single_precision_d
     QTest::newRow("1.01") << u"1.01"_s << 101;
     QTest::newRow("1.02") << u"1.02"_s << 102;
     QTest::newRow("1.004") << u"1.004"_s << 100;
-    // In double precision the product would lie below the half.
+    // In double precision the product would be below one half.
     QTest::newRow("1.005") << u"1.005"_s << 101;
     QTest::newRow("1.015") << u"1.015"_s << 102;
     QTest::newRow("1") << u"1"_s << 100;

@@ -16,16 +16,16 @@ inline const QString savedInstaller = QStringLiteral("sw_fw/Rallyvane_v1.02_setu
 
 /// The separator of a version file.
 QByteArray separator();
-/// A version file as it is published.
+/// A version file in the published format.
 QByteArray versionFile(const QByteArray &version, const QByteArray &notes = "- new\n");
-/// What a file holds; nothing if it cannot be read.
+/// The content of a file; empty if it cannot be read.
 QByteArray contents(const QString &path);
-/// The program that stands in for an installer: where it lies, and what is in it.
+/// The program that stands in for an installer: its path and its content.
 QString installerProgram();
 QByteArray installer();
 
-/// A test of the update check of a program of version 1.01, which runs in a new folder against a
-/// new server of its own.
+/// Base class for tests of the update check. Each test function runs as version 1.01, in a new
+/// folder and with a new server.
 class UpdateCase : public QObject
 {
     Q_OBJECT

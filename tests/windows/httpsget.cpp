@@ -1,5 +1,5 @@
-// httpsget URL CERTIFICATE: gets a page, trusting that certificate alone, and prints by which TLS
-// it came, and the page.
+// httpsget URL CERTIFICATE: fetches a page, trusting only that certificate, and prints the TLS
+// backend and the page.
 
 #include <QCoreApplication>
 #include <QNetworkAccessManager>

@@ -1,4 +1,4 @@
-// listen PROGRAM: starts a program as a debugger does and prints what it tells its debugger.
+// listen PROGRAM: starts a program under a minimal debugger and prints its debug output.
 
 #include <windows.h>
 
@@ -13,7 +13,7 @@ void print(HANDLE process, const OUTPUT_DEBUG_STRING_INFO &told)
     std::vector<char> text(size);
     SIZE_T read = 0;
     ReadProcessMemory(process, told.lpDebugStringData, text.data(), size, &read);
-    if (told.fUnicode) // the program under test tells plain letters only
+    if (told.fUnicode) // the program under test sends only ASCII
         std::erase(text, '\0');
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
@@ -35,7 +35,7 @@ int main(int argc, char *argv[])
         event.dwDebugEventCode != EXIT_PROCESS_DEBUG_EVENT && WaitForDebugEvent(&event, INFINITE)) {
         if (event.dwDebugEventCode == OUTPUT_DEBUG_STRING_EVENT)
             print(started.hProcess, event.u.DebugString);
-        // Where a debugger starts it, the system stops the program once, which is no fault of its.
+        // The system raises a breakpoint when a debugger starts a program; that is not a fault.
         const bool fault = event.dwDebugEventCode == EXCEPTION_DEBUG_EVENT
             && event.u.Exception.ExceptionRecord.ExceptionCode != EXCEPTION_BREAKPOINT;
         ContinueDebugEvent(

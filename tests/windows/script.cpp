@@ -41,7 +41,7 @@ void Script::follow(const std::string &word, const Play &play)
         for (;; Sleep(pollInterval)) {
             if (!file.is_open())
                 file.open(fileName(), std::ios::binary);
-            // A line that is still being written is read again when it is whole.
+            // An incomplete line is read again once it is complete.
             for (auto begin = file.tellg(); file.is_open(); begin = file.tellg()) {
                 if (!std::getline(file, line) || file.eof()) {
                     file.clear();

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-/// What a stand-in plays: lines that a test appends to the file that RALLYVANE_SCRIPT names, each a
-/// word and numbers, hexadecimal without a prefix. A thread of its own follows the file and calls
-/// `play` with the numbers of each line that begins with `word`, negative ones included. Calls of
-/// the stand-in are told to the file with ".calls" after its name.
+/// Input of a stand-in: lines that a test appends to the file named by RALLYVANE_SCRIPT, each a
+/// word and hexadecimal numbers without a prefix, which may be negative. A thread follows the file
+/// and calls `play` with the numbers of each line that begins with `word`. Calls of the stand-in
+/// are written to a file of the same name with ".calls" appended.
 class Script
 {
 public:
@@ -15,6 +15,6 @@ public:
 
     /// Follows the file from its beginning until the process ends.
     static void follow(const std::string &word, const Play &play);
-    /// Notes a call, once per text.
+    /// Records a call, once per text.
     static void note(const std::string &call);
 };

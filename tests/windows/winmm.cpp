@@ -1,5 +1,5 @@
-// In place of the system's library: two MIDI devices that a script plays. What else the program's
-// other libraries want of it is passed on to the real one.
+// Replaces the system library with two MIDI devices that are played by a script. Functions that
+// other libraries of the program need are forwarded to the real one.
 
 #include "script.h"
 

@@ -1,4 +1,4 @@
-// In place of the system's library: one pad, with the user index 0, that a script plays.
+// Replaces the system library with one pad, with user index 0, that is played by a script.
 
 #include "script.h"
 

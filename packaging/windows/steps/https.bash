@@ -1,15 +1,15 @@
-# Sourced by packaging/windows/try: a page fetched through Schannel.
+# Sourced by packaging/windows/try: the step that fetches a page through Schannel.
 
-# certificate NAME: makes NAME.pem and NAME-key.pem for loopback. The key is RSA, because Wine
-# rejects an elliptic signature if one of its two numbers happens to be short.
+# certificate NAME: creates NAME.pem and NAME-key.pem for loopback. The key is RSA, because Wine
+# rejects an ECDSA signature if one of its two numbers happens to be short.
 certificate() {
     openssl req -x509 -newkey rsa:2048 -nodes -days 1 -subj "/CN=$1" \
         -addext subjectAltName=IP:127.0.0.1 -keyout "$https/$1-key.pem" -out "$https/$1.pem" \
         2>/dev/null
 }
 
-# serve_page: serves a page on a free port, which it puts into $port. The answer has its length, as
-# an update's has, because Wine's Schannel does not report the end of a connection.
+# serve_page: serves a page on a free port, stored in $port. The response has a Content-Length, as an
+# update's has, because Wine's Schannel does not report the end of a connection.
 serve_page() {
     printf 'HTTP/1.1 200 OK\r\nContent-Length: 15\r\n\r\nIt came by TLS.' >"$https/page.txt"
     (cd "$https" && exec openssl s_server -accept 127.0.0.1:0 -HTTP -key server-key.pem \
@@ -31,7 +31,7 @@ lacks() {
 }
 
 step_https() {
-    say "An HTTPS page on loopback comes through Schannel, and only from a trusted server"
+    say "An HTTPS page is fetched through Schannel, and only from a trusted server"
     after install
     local https=$stage/https port
     rm -rf "$https"
@@ -41,10 +41,10 @@ step_https() {
     serve_page
     cp "$output/bin/httpsget.exe" "$home"
     fetch_page server
-    expect "TLS is not Schannel's." grep -q '^schannel' "$https/server.out"
-    expect "The page did not come." grep -q "It came by TLS." "$https/server.out"
+    expect "TLS did not use Schannel." grep -q '^schannel' "$https/server.out"
+    expect "The page was not received." grep -q "It came by TLS." "$https/server.out"
     fetch_page other
-    expect "Nothing was tried with the other certificate." grep -q '^schannel' "$https/other.out"
-    expect "An untrusted server was believed." lacks "It came" "$https/other.out"
+    expect "The other certificate was not tried." grep -q '^schannel' "$https/other.out"
+    expect "An untrusted server was accepted." lacks "It came" "$https/other.out"
     rm "$home/httpsget.exe"
 }

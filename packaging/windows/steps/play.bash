@@ -16,12 +16,12 @@ close_message() {
 }
 
 step_missing_host() {
-    say "Without a host's library the game says so and ends"
+    say "Without a host's library the game shows a message and exits"
     after install
     shortcut "Laser Rallyvane"
     stage_window "BEYOND DLL Not Found" >/dev/null
     picture missing-host
-    expect "The log is not in the program's folder." test -s "$home/rallyvane.log"
+    expect "There is no log in the program's folder." test -s "$home/rallyvane.log"
     close_message
 }
 
@@ -46,7 +46,7 @@ start_rehearsal() {
     game=$(stage_window "Laser Rallyvane")
     stage_until 20 stage_logged "] 1700" || stage_fail "The game did not find the rehearsal host."
     xdotool windowmove --sync "$host" 0 480 windowmove --sync "$game" 0 0
-    # Wine gives keys to the window that was clicked last. There is no control in its corner.
+    # Wine sends keys to the window that was clicked last. There is no control in that corner.
     xdotool mousemove --window "$game" 2 2 click 1
     sleep 0.3
 }
@@ -81,7 +81,7 @@ tick() {
 
 # If the host cannot start, the user sees the reason, and the game is not started.
 step_refusal() {
-    say "A rehearsal whose host cannot start says so and starts no game"
+    say "If the host cannot start, the rehearsal says so and does not start the game"
     after install
     shortcut "Rehearse without a laser" --zones 99
     local box
@@ -146,7 +146,7 @@ learn_devices() {
 }
 
 step_devices() {
-    say "A MIDI device and a gamepad are learnt through the system's calls, and a point is played"
+    say "A MIDI device and a gamepad are learnt through the system's API, and a point is played"
     after install
     export RALLYVANE_SCRIPT=$stage/script
     rm -f "$home/.pong" "$RALLYVANE_SCRIPT.calls"
@@ -158,12 +158,12 @@ step_devices() {
     picture learnt-devices
     devices_send "midi 0 90 3C 7F" "midi 0 B0 7 7F" # leave the score display, paddle up
     sleep 1.6
-    devices_send "midi 0 B0 7 40" "midi 0 90 3C 7F" # hold it there, serve
+    devices_send "midi 0 B0 7 40" "midi 0 90 3C 7F" # stop the paddle, serve
     sleep 0.6
     picture devices
     stage_until 15 stage_logged "Score LR = 1-0" || stage_fail "No point was scored with devices."
-    expect "MIDI was not opened through the system." grep -qx "midiInOpen 0" "$RALLYVANE_SCRIPT.calls"
-    expect "The pads were not read through the system." \
+    expect "MIDI was not opened through winmm." grep -qx "midiInOpen 0" "$RALLYVANE_SCRIPT.calls"
+    expect "The pads were not read through XInput." \
         grep -qx "XInputGetState 0" "$RALLYVANE_SCRIPT.calls"
     close_game
     expect "MIDI was not closed." grep -qx "midiInClose" "$RALLYVANE_SCRIPT.calls"

@@ -25,7 +25,7 @@ expect_installed() {
     local file entry windows_home
     expect "The program is not in $home." test -d "$home"
     while read -r file; do
-        expect "$file is not installed as it was built." cmp -s "$output/stage/$file" "$home/$file"
+        expect "The installed $file differs from the built one." cmp -s "$output/stage/$file" "$home/$file"
     done < <(cd "$output/stage" && find . -type f)
     expect "The uninstaller is missing." test -s "$home/uninstall.exe"
     windows_home=$(wine winepath -w "$home" 2>/dev/null | tr -d '\r')
@@ -39,13 +39,13 @@ expect_installed() {
 }
 
 step_install() {
-    say "A quiet install asks nothing and puts every file in its place"
+    say "A silent install asks no questions and installs every file"
     run_quietly "$installer" /S
     expect_installed
 }
 
 step_update() {
-    say "An update closes the running program, blanks the laser and keeps the settings"
+    say "An update closes the running program, which blanks the laser, and keeps the settings"
     after install keys
     start_rehearsal update
     stage_show_game
@@ -66,13 +66,13 @@ is_unregistered() {
 
 # The uninstaller returns early and continues in a copy of itself.
 step_uninstall() {
-    say "A quiet uninstall removes everything but settings and log"
+    say "A silent uninstall removes everything except settings and log"
     after install keys
     local menu left
     menu=$(menu_folder)
     run_quietly "$home/uninstall.exe" /S
     stage_until 20 test ! -e "$home/uninstall.exe" || stage_fail "The uninstaller is still there."
-    stage_until 20 test ! -e "$menu" || stage_fail "The start menu's folder is still there."
+    stage_until 20 test ! -e "$menu" || stage_fail "The start menu folder is still there."
     stage_until 20 is_unregistered || stage_fail "The registry entry is still there."
     left=$(cd "$home" && find . -type f | sort | tr '\n' ' ')
     expect "Left behind: $left" test "$left" = "./.pong ./.rehearsal ./rallyvane.log "

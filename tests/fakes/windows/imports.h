@@ -1,8 +1,8 @@
 #pragma once
 
-/// What a program calls of a DLL it calls through a pointer of a certain name, which the linker
-/// takes from an import library unless there is one already. So a fake that has the name of a
-/// system's function becomes what the program imports.
+/// Defines the import pointer of a system function, so that calls reach the fake of the same name:
+/// a program calls DLL functions through pointers named __imp_..., which the linker takes from an
+/// import library only if they are undefined.
 #define IMPORT_FAKE(function)                             \
     extern "C" {                                          \
     decltype(&(function)) __imp_##function = &(function); \

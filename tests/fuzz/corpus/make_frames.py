@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the first inputs of fuzz_frames: the cases that its author thought of."""
+"""Writes the seed corpus of fuzz_frames."""
 import pathlib
 import struct
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the corpus of fuzz_midi: messages as devices send them, and as none should."""
+"""Writes the seed corpus of fuzz_midi: valid and invalid messages."""
 import pathlib
 import struct
 

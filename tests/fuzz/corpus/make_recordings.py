@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the first inputs of fuzz_recording: the cases that its author thought of."""
+"""Writes the seed corpus of fuzz_recording."""
 import pathlib
 
 

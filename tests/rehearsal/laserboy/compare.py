@@ -1,12 +1,12 @@
 """compare.py TEXT: compares the frames that LaserBoy wrote as text with a dump of the recording on
-standard input. Of the dump only zone 1 counts, and no more frames than an ILDA file can hold."""
+standard input. Only zone 1 of the dump is compared, up to the maximum frames of an ILDA file."""
 import sys
 
 MOST_FRAMES = 65535
 
 
 def place(text):
-    """A coordinate as it was exported; LaserBoy's lowest one is -32767."""
+    """A coordinate as exported; LaserBoy's minimum is -32767."""
     return max(-32767, min(32767, round(float(text))))
 
 
@@ -24,13 +24,13 @@ def recorded_frames(lines):
             color = int(color, 16)
             dark = color == 0 or flags == "3"
             frames[-1].append((place(x), place(y), None if dark else color))
-    # A section without points would end the file, so one blanked point stands for none.
+    # An empty section would end the file, so an empty frame is exported as one blanked point.
     return [frame or [(0, 0, None)] for frame in frames[:MOST_FRAMES]]
 
 
 def read_frames(path):
-    """The same of LaserBoy's text: for each frame a table of colours, -1 for blanked, then the
-    places."""
+    """The same from LaserBoy's text: for each frame a table of colours, -1 for blanked, then the
+    positions."""
     frames, colors, places, table = [], [], [], None
     with open(path) as text:
         for line in text:
@@ -69,7 +69,7 @@ def main():
                 sys.exit(f"Frame {number}, point {index}: {other} instead of {mine}")
     points = [point for frame in expected for point in frame]
     colors = {color for _, _, color in points if color is not None}
-    # A colour that reads the same with red and blue changed places would hide just that.
+    # If red equals blue in every colour, swapped components would go undetected.
     if not any(color >> 16 != color & 0xFF for color in colors):
         sys.exit("No colour would show a swapped order.")
     blanked = sum(color is None for _, _, color in points)
