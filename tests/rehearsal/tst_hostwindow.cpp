@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QScrollArea>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -203,10 +204,17 @@ void tst_HostWindow::a_host_that_comes_back_has_its_output_disabled()
     setOutput(memory(), true);
     QTRY_VERIFY(m_host->isOutputOn());
     const std::uint32_t run = hostRun(memory());
+    QSignalSpy switched(&*m_host, &Host::outputSwitched);
     action("gone")->trigger();
+    QVERIFY(!m_host->isOutputOn());
+    QCOMPARE(switched.takeFirst(), QVariantList{false});
+    // A game that has not noticed yet.
+    setOutput(memory(), true);
+    QTest::qWait(50);
     QVERIFY(!m_host->isOutputOn());
     action("gone")->trigger();
     QVERIFY(!m_host->isOutputOn() && !isOutputOn(memory()));
+    QVERIFY(switched.isEmpty());
     QVERIFY(hostRun(memory()) != run);
 }
 
