@@ -38,6 +38,8 @@ public:
     void setGone(bool gone);
     bool isGone() const { return m_startTime != 0 && !m_heartbeat.isActive(); }
     bool isOutputOn() const { return m_outputOn; }
+    /// Whether it was started and not closed yet.
+    bool isRunning() const { return m_receiving.isActive(); }
     /// When it showed itself to the game; 0 before.
     SharedTime startTime() const { return m_startTime; }
 

@@ -29,7 +29,11 @@ public:
     /// Makes the file anew. False when it cannot be written.
     bool open(const QString &path);
     bool isOpen() const { return m_file.isOpen(); }
-    QString errorString() const { return m_file.errorString(); }
+    /// Whether any of it could not be written; errorString says why.
+    bool hasFailed() const { return !m_error.isEmpty(); }
+    QString errorString() const { return m_error; }
+    /// The file that was opened last.
+    QString path() const { return m_file.fileName(); }
 
     // These do nothing while no file is open.
     /// Begins with the time from which all others count.
@@ -44,6 +48,7 @@ public:
 private:
     void writeTime(ByteWriter &to, SharedTime time);
     void append(std::uint8_t type);
+    void noteError();
 
     struct Zone
     {
@@ -59,5 +64,5 @@ private:
     std::uint64_t m_records = 0;
     SharedTime m_start = 0;
     SharedTime m_last = 0; ///< microseconds of the record before
-    bool m_failed = false;
+    QString m_error;
 };

@@ -22,6 +22,7 @@ public:
     QString problem() const { return m_recording.problem(); }
     /// Where it is; null until something was opened.
     const Playback *playback() const { return m_playback.get(); }
+    Recording &recording() { return m_recording; }
 
     void play();
     void pause();
@@ -37,6 +38,9 @@ signals:
     /// empty one if there was none yet.
     void frameReceived(int zone, const Frame &frame);
     void outputSwitched(bool on);
+    /// After a step back or a leap, when frameReceived has given out the moment: the frames before
+    /// it do not lead up to it.
+    void leapt();
     /// The position or the state has changed, and all that belongs to it has been given out.
     void received();
 

@@ -4,6 +4,7 @@
 #include "lightpoints.h"
 #include "rehearsalname.h"
 #include "scrubbar.h"
+#include "showkeeper.h"
 #include "sidepanel.h"
 
 #include <QAbstractSpinBox>
@@ -81,6 +82,7 @@ private:
     std::optional<QTemporaryDir> m_folder;
     std::optional<RehearsalName> m_name;
     std::optional<Host> m_host;
+    std::optional<ShowKeeper> m_keeper;
     std::optional<HostWindow> m_window;
     MemoryFile m_file;
 };
@@ -91,6 +93,7 @@ void tst_HostWindow::init()
     QDir::setCurrent(m_folder->path());
     m_name.emplace();
     m_host.emplace(HostInfo());
+    m_keeper.emplace(*m_host);
     QVERIFY(m_host->open());
     open();
     m_host->start();
@@ -99,7 +102,7 @@ void tst_HostWindow::init()
 
 void tst_HostWindow::open()
 {
-    m_window.emplace(*m_host);
+    m_window.emplace(*m_host, *m_keeper);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(&*m_window));
 }
@@ -107,6 +110,7 @@ void tst_HostWindow::open()
 void tst_HostWindow::cleanup()
 {
     m_window.reset();
+    m_keeper.reset();
     m_host.reset();
     m_name.reset();
     QDir::setCurrent(QCoreApplication::applicationDirPath());

@@ -409,8 +409,9 @@ void tst_RehearsalHost::arguments_that_it_cannot_take_are_refused_with_a_clear_l
                                    << u"--report cannot write to \"/no/such/folder/x\": "_s;
     QTest::addRow("dump of nothing")
         << QStringList{u"--dump"_s} << u"--dump needs a recording: --open FILE."_s;
-    QTest::addRow("open for nothing") << QStringList{
-        u"--open"_s, u"x"_s} << u"--open needs --dump, --dump-points, --report or --export-ilda."_s;
+    QTest::addRow("open and record")
+        << QStringList{u"--open"_s, u"x"_s, u"--record"_s, u"y"_s}
+        << u"--record cannot be combined with --open."_s;
     QTest::addRow("two uses") << QStringList{u"--open"_s, u"x"_s, u"--dump"_s, u"--report"_s,
         u"y"_s} << u"--report cannot be combined with another use of a recording."_s;
     QTest::addRow("open nothing") << QStringList{u"--open"_s, u"/no/such/file"_s, u"--dump"_s}
