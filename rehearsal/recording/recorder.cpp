@@ -60,9 +60,15 @@ void Recorder::flush()
 {
     if (!isOpen())
         return;
-    // Behind a part of a record, whole ones would be of no use.
-    if (!hasFailed() && m_file.write(m_pending) != m_pending.size())
-        noteError();
+    // A disk that gets full takes a part, and says why only when it is offered the rest. Behind a
+    // part of a record, whole ones would be of no use.
+    for (qsizetype done = 0; !hasFailed() && done < m_pending.size();) {
+        const qint64 written = m_file.write(m_pending.constData() + done, m_pending.size() - done);
+        if (written > 0)
+            done += written;
+        else
+            noteError();
+    }
     m_pending.clear();
 }
 

@@ -73,6 +73,8 @@ private:
     }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
     {
+        m_window->activateWindow(); // again after a dialog
+        QVERIFY(QTest::qWaitForWindowActive(&*m_window));
         QTest::keyClick(&*m_window, key, modifiers);
     }
     /// The place of the first point that a zone shows; 0 when it shows none.
@@ -395,7 +397,8 @@ void tst_HostPlayback::an_export_writes_a_file()
 void tst_HostPlayback::an_export_that_fails_says_why()
 {
     QVERIFY(m_window->openRecording(fileOf(recorded({frameAt(0, pointAt(1))}))));
-    answer(m_folder->filePath(u"no/such/folder/show.ild"_s));
+    // Longer than a file's name may be.
+    answer(m_folder->filePath(QString(300, u'x') + u".ild"_s));
     press(Qt::Key_E, Qt::ControlModifier);
     QString text;
     QTRY_VERIFY(!(text = message()).isEmpty());
