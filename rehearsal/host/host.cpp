@@ -1,5 +1,7 @@
 #include "host.h"
 
+#include <utility>
+
 using namespace std::chrono_literals;
 
 Host::Host(const HostInfo &info, QObject *parent)
@@ -52,16 +54,17 @@ void Host::start()
     m_intake->start();
     m_heartbeat.start();
     m_receiving.start();
+    emit changed();
 }
 
 void Host::close()
 {
     if (!m_receiving.isActive())
         return;
-    m_heartbeat.stop();
     m_receiving.stop();
     m_intake->stop();
     receive();
+    m_heartbeat.stop();
     closeHost(*m_file.memory());
     giveOut({Event::HostEnded, sharedNow()});
 }
@@ -82,6 +85,7 @@ void Host::setGone(bool gone)
     if (gone) {
         m_heartbeat.stop();
         closeHost(*m_file.memory());
+        switchOutput(false);
         giveOut({Event::HostEnded, sharedNow()});
     } else {
         const SharedTime now = sharedNow();
@@ -107,8 +111,25 @@ void Host::receive()
 void Host::giveOut(const Event &event)
 {
     emit happened(event);
-    if (event.kind != Event::OutputEnabled && event.kind != Event::OutputDisabled)
-        return;
-    m_outputOn = event.kind == Event::OutputEnabled;
-    emit outputSwitched(m_outputOn);
+    switch (event.kind) {
+    case Event::HostStarted:
+        m_opened = event.at;
+        switchOutput(false);
+        break;
+    case Event::OutputEnabled:
+        // A call of the run before may still have been under way through the intake.
+        switchOutput(!isGone() && event.at >= m_opened);
+        break;
+    case Event::OutputDisabled:
+        switchOutput(false);
+        break;
+    default:
+        break;
+    }
+}
+
+void Host::switchOutput(bool on)
+{
+    if (std::exchange(m_outputOn, on) != on)
+        emit outputSwitched(on);
 }

@@ -38,6 +38,8 @@ public:
     void setGone(bool gone);
     bool isGone() const { return m_startTime != 0 && !m_heartbeat.isActive(); }
     bool isOutputOn() const { return m_outputOn; }
+    /// Whether it was started and not closed yet.
+    bool isRunning() const { return m_receiving.isActive(); }
     /// When it showed itself to the game; 0 before.
     SharedTime startTime() const { return m_startTime; }
 
@@ -48,7 +50,7 @@ signals:
     /// end of the host.
     void happened(const Event &event);
     void outputSwitched(bool on);
-    /// It tells something else about itself, or has gone or come back.
+    /// It has started, tells something else about itself, or has gone or come back.
     void changed();
     /// All that had come has been given out; about 60 times a second.
     void received();
@@ -56,6 +58,7 @@ signals:
 private:
     void receive();
     void giveOut(const Event &event);
+    void switchOutput(bool on);
 
     HostInfo m_info;
     QString m_error;
@@ -65,6 +68,7 @@ private:
     std::vector<Arrival> m_arrivals;
     bool m_outputOn = false;
     SharedTime m_startTime = 0;
+    SharedTime m_opened = 0; ///< when it last showed itself to the game
     QTimer m_heartbeat;
     QTimer m_receiving;
 };

@@ -1,6 +1,8 @@
 #include "hostactions.h"
 
+#include "glyphicon.h"
 #include "hoststate.h"
+#include "palette.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -44,11 +46,19 @@ void addChoice(QMainWindow &window, QMenu *menu, QActionGroup *group, const QStr
     group->addAction(action);
 }
 
+/// A tool tip with the key in it.
+void explain(QAction *action, const QString &text)
+{
+    action->setToolTip(
+        tr("%1 (%2)").arg(text, action->shortcut().toString(QKeySequence::NativeText)));
+}
+
 } // namespace
 
 HostActions::HostActions(QMainWindow &window)
 {
     file = window.menuBar()->addMenu(tr("&File"));
+    addShow(window);
     savePicture = add(window, file, tr("&Save Picture…"), QKeySequence::Save);
     file->addSeparator();
     quit = add(window, file, tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q));
@@ -88,6 +98,8 @@ HostActions::HostActions(QMainWindow &window)
     addChoice(window, frame, pace, tr("Slow Motion 1 : 1,000"), QKeySequence(Qt::Key_3), 0.001);
     pace->actions().constFirst()->setChecked(true);
 
+    addPlayback(window);
+
     QMenu *host = window.menuBar()->addMenu(tr("&Host"));
     busy =
         addSwitch(window, host, "busy", tr("&Busy: Not Ready"), QKeySequence(Qt::CTRL | Qt::Key_B));
@@ -101,6 +113,53 @@ HostActions::HostActions(QMainWindow &window)
         addChoice(window, zoneMenu, zones, QStringLiteral("&%1").arg(count),
             QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + count)), count);
     }
+}
+
+void HostActions::addShow(QMainWindow &window)
+{
+    record = addSwitch(window, file, "record", tr("&Record…"), QKeySequence(Qt::CTRL | Qt::Key_R));
+    record->setIcon(switchIcon(Glyph::Record, palette::quiet, Glyph::Record, palette::lit));
+    explain(record, tr("Record every frame of the host, and what else happens, in a file"));
+    openRecording =
+        add(window, file, tr("&Open Recording…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
+    exportIlda = add(window, file, tr("&Export ILDA…"), QKeySequence(Qt::CTRL | Qt::Key_E));
+    file->addSeparator();
+}
+
+void HostActions::addPlayback(QMainWindow &window)
+{
+    QMenu *playback = window.menuBar()->addMenu(tr("&Playback"));
+    play = addSwitch(window, playback, "play", tr("&Play"), QKeySequence(Qt::Key_K));
+    play->setIcon(switchIcon(Glyph::Play, palette::text, Glyph::Pause, palette::text));
+    explain(play, tr("Play or pause"));
+    nextFrame = add(window, playback, tr("&Next Frame"), QKeySequence(Qt::Key_Period));
+    nextFrame->setIcon(glyphIcon(Glyph::Forward, palette::text));
+    explain(nextFrame, tr("Pause at the next frame"));
+    previousFrame = add(window, playback, tr("Pre&vious Frame"), QKeySequence(Qt::Key_Comma));
+    previousFrame->setIcon(glyphIcon(Glyph::Back, palette::text));
+    explain(previousFrame, tr("Pause at the frame before"));
+    laterMoment =
+        add(window, playback, tr("10 Seconds On"), QKeySequence(Qt::CTRL | Qt::Key_Right));
+    earlierMoment =
+        add(window, playback, tr("10 Seconds Back"), QKeySequence(Qt::CTRL | Qt::Key_Left));
+    playback->addSeparator();
+    faster = add(window, playback, tr("&Faster"), QKeySequence(Qt::Key_Plus));
+    slower = add(window, playback, tr("&Slower"), QKeySequence(Qt::Key_Minus));
+    playback->addSeparator();
+    backToLive =
+        add(window, playback, tr("&Back to the Live Show"), QKeySequence(Qt::CTRL | Qt::Key_L));
+    backToLive->setIconText(tr("Back to the live show"));
+    explain(backToLive, tr("Close the recording"));
+}
+
+QList<QAction *> HostActions::ofHost() const
+{
+    return QList<QAction *>{record, busy, tooOld, gone} + zones->actions();
+}
+
+QList<QAction *> HostActions::ofPlayback() const
+{
+    return {exportIlda, play, nextFrame, previousFrame, laterMoment, earlierMoment, faster, slower};
 }
 
 QList<QAction *> HostActions::remembered() const

@@ -15,6 +15,9 @@ struct HostActions
     explicit HostActions(QMainWindow &window);
 
     QMenu *file;
+    QAction *record;
+    QAction *openRecording;
+    QAction *exportIlda;
     QAction *savePicture;
     QAction *quit;
 
@@ -34,6 +37,15 @@ struct HostActions
     QAction *previousPoint;
     QActionGroup *pace; ///< the data of its actions is the speed, 1 for the real one
 
+    QAction *play;
+    QAction *nextFrame;
+    QAction *previousFrame;
+    QAction *laterMoment;
+    QAction *earlierMoment;
+    QAction *faster;
+    QAction *slower;
+    QAction *backToLive;
+
     QAction *busy;
     QAction *tooOld;
     QAction *gone;
@@ -41,4 +53,12 @@ struct HostActions
 
     /// Those that are on or off and stay so from one start to the next, by their object names.
     QList<QAction *> remembered() const;
+    /// Those that are about the host, which has to run.
+    QList<QAction *> ofHost() const;
+    /// Those that are about a recording, which has to be opened first.
+    QList<QAction *> ofPlayback() const;
+
+private:
+    void addShow(QMainWindow &window);
+    void addPlayback(QMainWindow &window);
 };

@@ -3,7 +3,10 @@
 #include "framedoctor.h"
 #include "host.h"
 #include "palette.h"
+#include "playbackbar.h"
 #include "scrubbar.h"
+#include "showkeeper.h"
+#include "showplayer.h"
 #include "sidepanel.h"
 #include "statusline.h"
 #include "viewgrid.h"
@@ -52,22 +55,23 @@ QLabel *advice()
 
 } // namespace
 
-HostWindow::HostWindow(Host &host)
+HostWindow::HostWindow(Host &host, ShowKeeper &keeper)
     : m_host(host)
+    , m_keeper(keeper)
     , m_actions(*this)
     , m_views(new ViewGrid)
     , m_panel(new SidePanel)
     , m_scrub(new ScrubBar)
-    , m_status(new StatusLine(host))
+    , m_playback(new PlaybackBar(m_actions))
+    , m_status(new StatusLine(host, m_actions.record))
     , m_below(new QWidget)
 {
-    setWindowTitle(tr("Rehearsal host"));
     setPalette(darkPalette());
     menuBar()->setPalette(palette());
     for (int number = 1; number <= maxZones; ++number) {
         auto *view = new ZoneView(tr("Zone %1").arg(number));
         m_views->add(view);
-        m_zones.push_back({view, {}});
+        m_zones.push_back(view);
         connect(view, &ZoneView::chosen, this, [this, number] { choose(number - 1); });
         connect(view, &ZoneView::doubleClicked, this,
             [this] { m_actions.large->setChecked(!m_actions.large->isChecked()); });
@@ -77,8 +81,10 @@ HostWindow::HostWindow(Host &host)
     connectView();
     connectFrame();
     connectHostSwitches();
+    connectShows();
     m_sinceFigures.start();
-    showHost();
+    showSource();
+    showRecording();
     const bool hasPlace = recallWindow(*this, m_actions, *m_panel);
     applySettings();
     if (!hasPlace) {
@@ -86,6 +92,8 @@ HostWindow::HostWindow(Host &host)
         setGeometry(placeBesideGame(screen, minimumSizeHint().expandedTo(minimumSize())));
     }
 }
+
+HostWindow::~HostWindow() = default;
 
 void HostWindow::layOut()
 {
@@ -109,6 +117,7 @@ void HostWindow::layOut()
     layout->setSpacing(8);
     layout->addWidget(middle, 1);
     layout->addWidget(m_scrub);
+    layout->addWidget(m_playback);
     layout->addWidget(m_below);
     setCentralWidget(content);
     m_scrub->hide();
@@ -116,9 +125,12 @@ void HostWindow::layOut()
 
 void HostWindow::connectHost()
 {
-    connect(&m_host, &Host::frameReceived, this, &HostWindow::takeFrame);
-    connect(&m_host, &Host::outputSwitched, this, &HostWindow::switchOutput);
-    connect(&m_host, &Host::received, this, &HostWindow::refresh);
+    connect(&m_host, &Host::frameReceived, this, &HostWindow::takeLive);
+    connect(&m_host, &Host::outputSwitched, this, &HostWindow::switchLiveOutput);
+    connect(&m_host, &Host::received, this, [this] {
+        if (!m_player)
+            refresh();
+    });
     connect(&m_host, &Host::changed, this, &HostWindow::showHost);
 }
 
@@ -151,7 +163,7 @@ void HostWindow::connectFrame()
     connect(m_actions.previousPoint, &QAction::triggered, this, [step] { step(-1); });
     connect(m_scrub, &ScrubBar::moved, this, [this](int count) {
         setPace(1);
-        m_zones[std::size_t(m_chosen)].view->setPointsShown(count);
+        m_zones[std::size_t(m_chosen)]->setPointsShown(count);
     });
 }
 
@@ -183,8 +195,8 @@ QImage HostWindow::snapshot()
     constexpr SharedTime step = 16'000'000;
     constexpr int steps = 12;
     for (int i = 1; i <= steps; ++i) {
-        for (const Zone &zone : m_zones)
-            zone.view->refresh(sharedNow() + i * step);
+        for (ZoneView *view : m_zones)
+            view->refresh(sharedNow() + i * step);
     }
     return m_views->grab().toImage();
 }
@@ -192,10 +204,10 @@ QImage HostWindow::snapshot()
 QString HostWindow::summary() const
 {
     return tr("%1 frames, %2 per second, %3 points in the last one, %4 missed")
-        .arg(m_total.frames())
-        .arg(m_total.framesPerSecond(), 0, 'f', 1)
-        .arg(m_total.facts().points)
-        .arg(m_total.missed());
+        .arg(m_live.total.frames())
+        .arg(m_live.total.framesPerSecond(), 0, 'f', 1)
+        .arg(m_live.total.facts().points)
+        .arg(m_live.total.missed());
 }
 
 void HostWindow::remember() const
@@ -203,33 +215,37 @@ void HostWindow::remember() const
     rememberWindow(*this, m_actions, *m_panel);
 }
 
-void HostWindow::takeFrame(int zone, const Frame &frame)
+void HostWindow::takeLive(int zone, const Frame &frame)
 {
-    const FrameFacts facts = factsOf(frame.points);
     // Whatever a writer has put there, differences of times stay in range.
     const SharedTime sentAt = std::clamp(frame.sentAt, SharedTime(0), sharedNow());
-    Zone &to = m_zones[std::size_t(zone)];
-    to.history.add(sentAt, facts, frame.missed);
-    m_total.add(sentAt, facts, frame.missed);
-    to.view->takeFrame(frame.points, sentAt);
+    m_live.add(zone, frame, sentAt);
+    if (!m_player)
+        m_zones[std::size_t(zone)]->takeFrame(frame.points, sentAt);
 }
 
-void HostWindow::switchOutput(bool on)
+void HostWindow::switchLiveOutput(bool on)
 {
-    m_outputSince = sharedNow();
+    m_live.outputSince = sharedNow();
+    if (!m_player)
+        showOutput(on);
+}
+
+void HostWindow::showOutput(bool on)
+{
     m_status->setOutputOn(on);
-    for (const Zone &zone : m_zones)
-        zone.view->setOutputOn(on);
+    for (ZoneView *view : m_zones)
+        view->setOutputOn(on);
 }
 
 void HostWindow::refresh()
 {
     const SharedTime now = sharedNow();
-    for (const Zone &zone : m_zones) {
-        if (zone.view->isVisible() && !isMinimized())
-            zone.view->refresh(now);
+    for (ZoneView *view : m_zones) {
+        if (view->isVisible() && !isMinimized())
+            view->refresh(now);
     }
-    const ZoneView *chosen = m_zones[std::size_t(m_chosen)].view;
+    const ZoneView *chosen = m_zones[std::size_t(m_chosen)];
     if (chosen->isHeld() && m_speed < 1)
         m_scrub->follow(chosen->nextPoint());
     if (m_sinceFigures.hasExpired(figuresInterval))
@@ -239,26 +255,31 @@ void HostWindow::refresh()
 void HostWindow::refreshFigures()
 {
     m_sinceFigures.start();
+    noticeFailedRecording();
+    showRecording();
+    const Reception &received = reception();
     const Conditions now = conditions();
-    QList<Finding> findings = examineOutput(m_total.lastSent(), now);
-    for (int number = 1; number <= m_host.info().zoneCount; ++number) {
-        const Zone &zone = m_zones[std::size_t(number) - 1];
-        zone.view->setFigures(tr("%1 frames/s \u00b7 %2 points")
-                                  .arg(zone.history.framesInLastSecond(now.now))
-                                  .arg(zone.history.facts().points));
+    QList<Finding> findings = examineOutput(received.total.lastSent(), now);
+    for (int number = 1; number <= zoneCount(); ++number) {
+        const FrameHistory &history = received.of(number - 1);
+        m_zones[std::size_t(number) - 1]->setFigures(tr("%1 frames/s \u00b7 %2 points")
+                                                         .arg(history.framesInLastSecond(now.now))
+                                                         .arg(history.facts().points));
         // A zone is left lit whichever one is looked at.
-        for (const Finding &finding : examine(number, zone.history, now)) {
+        for (const Finding &finding : examine(number, history, now)) {
             if (number == m_chosen + 1 || finding.cause == Cause::zoneLeftLit)
                 findings.append(finding);
         }
     }
     m_panel->setFindings(findings);
-    m_panel->setFigures(figuresOf(m_chosen + 1, m_zones[std::size_t(m_chosen)].history, now));
-    m_status->setFigures(tr("%1 missed").arg(m_total.missed()));
+    m_panel->setFigures(figuresOf(m_chosen + 1, received.of(m_chosen), now));
+    m_status->setFigures(tr("%1 missed").arg(received.total.missed()));
 }
 
 Conditions HostWindow::conditions() const
 {
-    return {sharedNow(), m_host.isOutputOn(), m_outputSince, m_panel->pointRate(),
-        m_panel->longestStand()};
+    const Playback *playback = m_player ? m_player->playback() : nullptr;
+    return {playback ? playback->position() : sharedNow(),
+        playback ? playback->isOutputOn() : m_host.isOutputOn(), reception().outputSince,
+        m_panel->pointRate(), m_panel->longestStand()};
 }

@@ -12,7 +12,6 @@
 #include <QEvent>
 #include <QFileDialog>
 #include <QMenuBar>
-#include <QMessageBox>
 
 #include <algorithm>
 
@@ -23,9 +22,11 @@ void HostWindow::showHost()
     m_actions.busy->setChecked(!info.ready);
     m_actions.gone->setChecked(m_host.isGone());
     m_actions.zones->actions().at(info.zoneCount)->setChecked(true);
-    m_views->setCount(info.zoneCount);
-    m_actions.large->setEnabled(info.zoneCount > 1);
-    choose(std::clamp(m_chosen, 0, std::max(info.zoneCount - 1, 0)));
+    for (QAction *action : m_actions.ofHost())
+        action->setEnabled(m_host.isRunning());
+    m_views->setCount(zoneCount());
+    m_actions.large->setEnabled(zoneCount() > 1);
+    choose(std::clamp(m_chosen, 0, std::max(zoneCount() - 1, 0)));
 }
 
 void HostWindow::applySettings()
@@ -38,11 +39,11 @@ void HostWindow::applySettings()
         m_actions.swappedColors->isChecked() ? ColorOrder::BlueGreenRed : ColorOrder::RedGreenBlue;
     const Marks marks = {
         m_actions.points->isChecked(), m_actions.travel->isChecked(), m_actions.order->isChecked()};
-    for (const Zone &zone : m_zones) {
-        scanner.speed = zone.view->isHeld() ? m_speed : 1;
-        zone.view->setScanner(scanner);
-        zone.view->setPersistence(m_panel->persistence());
-        zone.view->setMarks(marks);
+    for (ZoneView *view : m_zones) {
+        scanner.speed = view->isHeld() ? m_speed : 1;
+        view->setScanner(scanner);
+        view->setPersistence(m_panel->persistence());
+        view->setMarks(marks);
     }
 }
 
@@ -51,18 +52,18 @@ void HostWindow::choose(int zone)
     if (zone != m_chosen)
         m_actions.hold->setChecked(false);
     m_chosen = zone;
-    const bool areMany = m_host.info().zoneCount > 1;
+    const bool areMany = zoneCount() > 1;
     for (int i = 0; i < maxZones; ++i) {
-        m_zones[std::size_t(i)].view->setLineShown(areMany);
-        m_zones[std::size_t(i)].view->setChosen(areMany && i == zone);
+        m_zones[std::size_t(i)]->setLineShown(areMany);
+        m_zones[std::size_t(i)]->setChosen(areMany && i == zone);
     }
     if (m_views->alone())
-        m_views->setAlone(m_zones[std::size_t(zone)].view);
+        m_views->setAlone(m_zones[std::size_t(zone)]);
 }
 
 void HostWindow::setLarge(bool large)
 {
-    m_views->setAlone(large ? m_zones[std::size_t(m_chosen)].view : nullptr);
+    m_views->setAlone(large ? m_zones[std::size_t(m_chosen)] : nullptr);
 }
 
 void HostWindow::setFullScreen(bool full)
@@ -84,7 +85,7 @@ void HostWindow::changeEvent(QEvent *event)
 
 void HostWindow::hold(bool on)
 {
-    ZoneView *view = m_zones[std::size_t(m_chosen)].view;
+    ZoneView *view = m_zones[std::size_t(m_chosen)];
     if (!on)
         setPace(1);
     view->hold(on);
@@ -109,8 +110,6 @@ void HostWindow::savePicture()
     const QImage picture = snapshot();
     const QString file = QFileDialog::getSaveFileName(
         this, tr("Save Picture"), QStringLiteral("rehearsal.png"), tr("Pictures (*.png)"));
-    if (!file.isEmpty() && !picture.save(file)) {
-        QMessageBox::warning(
-            this, windowTitle(), tr("The picture cannot be written to \"%1\".").arg(file));
-    }
+    if (!file.isEmpty() && !picture.save(file))
+        warn(tr("The picture cannot be written to \"%1\".").arg(file));
 }

@@ -12,12 +12,14 @@
 #include <cstdlib>
 #include <memory>
 
+using namespace std::chrono_literals;
+
 namespace {
 
 std::atomic<bool> askedToEnd = false;
 static_assert(std::atomic<bool>::is_always_lock_free);
 
-/// On Ctrl+C and on a request of the system; the host looks at it as often as at its memory.
+/// On Ctrl+C and on a request of the system.
 void askToEnd(int /*signal*/)
 {
     askedToEnd = true;
@@ -62,18 +64,25 @@ int main(int argc, char *argv[])
     QFile report(options.reportFile);
     if (!options.reportFile.isEmpty() && !report.open(QIODevice::WriteOnly))
         return failTo("--report", options.reportFile, report.errorString());
-    if (!host.open())
+    const bool isHost = options.openFile.isEmpty();
+    if (isHost && !host.open())
         return fail(host.errorString());
-    HostWindow window(host);
+    HostWindow window(host, keeper);
     window.show();
-    host.start();
-    // The program that started this one waits for the line.
-    std::puts("The rehearsal host is running.");
-    std::fflush(stdout);
-    QObject::connect(&host, &Host::received, qApp, [] {
+    if (isHost) {
+        host.start();
+        // The program that started this one waits for the line.
+        std::puts("The rehearsal host is running.");
+        std::fflush(stdout);
+    } else {
+        window.openRecording(options.openFile);
+    }
+    QTimer requests;
+    QObject::connect(&requests, &QTimer::timeout, qApp, [] {
         if (askedToEnd)
             QApplication::quit();
     });
+    requests.start(16ms);
     if (options.seconds > 0)
         QTimer::singleShot(qRound64(options.seconds * 1000), qApp, &QApplication::quit);
 
@@ -86,7 +95,8 @@ int main(int argc, char *argv[])
         result =
             fail(QStringLiteral("--snapshot cannot write to \"%1\".").arg(options.snapshotFile));
     if (!keeper.stopRecording())
-        result = failTo("--record", options.recordFile, keeper.errorString());
+        result = fail(QStringLiteral("The recording \"%1\" is not complete: %2")
+                          .arg(keeper.recordingFile(), keeper.errorString()));
     if (report.isOpen() && (report.write(keeper.report()) < 0 || !report.flush()))
         result = failTo("--report", options.reportFile, report.errorString());
     std::printf("%s\n", qPrintable(window.summary()));

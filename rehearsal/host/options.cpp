@@ -78,7 +78,7 @@ RecordingTask taskOf(const QCommandLineParser &parser)
     if (!parser.isSet(u"open"_s))
         return {};
     if (task.kind == RecordingTask::None)
-        refuse(u"--open needs --dump, --dump-points, --report or --export-ilda."_s);
+        return {};
     task.zone = wholeNumber(parser, u"zone"_s, 1, maxZones) - 1;
     if (parser.isSet(u"blue-first"_s))
         task.colors = ColorOrder::BlueGreenRed;
@@ -114,7 +114,7 @@ Options Options::read(const QCoreApplication &application)
         {QStringLiteral("seconds"), QStringLiteral("End after so many seconds."),
             QStringLiteral("number")},
         {QStringLiteral("open"),
-            QStringLiteral("Be no host, but read a recording, and do one of these with it: --dump, "
+            QStringLiteral("Be no host, but show a recording, or do one of these with it: --dump, "
                            "--dump-points, --report, --export-ilda."),
             QStringLiteral("file")},
         {QStringLiteral("dump"),
@@ -141,7 +141,11 @@ Options Options::read(const QCoreApplication &application)
         std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
     options.host.zoneCount = wholeNumber(parser, QStringLiteral("zones"), 0, maxZones);
     options.host.ready = !parser.isSet(QStringLiteral("not-ready"));
+    if (options.task.kind == RecordingTask::None)
+        options.openFile = parser.value(QStringLiteral("open"));
     options.recordFile = parser.value(QStringLiteral("record"));
+    if (!options.openFile.isEmpty() && !options.recordFile.isEmpty())
+        refuse(QStringLiteral("--record cannot be combined with --open."));
     options.reportFile = parser.value(QStringLiteral("report"));
     options.snapshotFile = pictureFile(parser);
     options.seconds = secondsOf(parser);

@@ -23,6 +23,7 @@ struct Options
 {
     HostInfo host;
     RecordingTask task;
+    QString openFile; ///< a recording to be shown, instead of being a host; empty: none
     QString recordFile; ///< empty: no recording
     QString reportFile; ///< empty: no report
     QString snapshotFile; ///< empty: no snapshot

@@ -24,8 +24,18 @@ public:
     /// Completes the recording, if there is one. False when any of it could not be written.
     bool stopRecording();
     bool isRecording() const { return m_recorder.isOpen(); }
+    /// Whether part of the recording could not be written, as on a full disk.
+    bool hasFailed() const { return m_recorder.hasFailed(); }
     /// Why startRecording or stopRecording failed.
     QString errorString() const { return m_recorder.errorString(); }
+    /// The file of the last recording.
+    QString recordingFile() const { return m_recorder.path(); }
+    /// The frame that a zone, counted from 0, shows now; null before its first.
+    const Frame *shown(int zone) const
+    {
+        const auto &frame = m_shown.at(std::size_t(zone));
+        return frame ? &*frame : nullptr;
+    }
 
     /// What happened until now; see ShowLog.
     QByteArray report() const { return m_log.report(); }

@@ -3,8 +3,10 @@
 #include "host.h"
 #include "palette.h"
 
+#include <QAction>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QToolButton>
 
 namespace {
 
@@ -25,7 +27,7 @@ QString lamp(const QColor &color, const QString &text)
 
 } // namespace
 
-StatusLine::StatusLine(const Host &host, QWidget *parent)
+StatusLine::StatusLine(const Host &host, QAction *record, QWidget *parent)
     : QWidget(parent)
     , m_build(new QLabel)
     , m_state(new QLabel)
@@ -40,6 +42,13 @@ StatusLine::StatusLine(const Host &host, QWidget *parent)
     layout->addWidget(m_output);
     layout->addStretch();
     layout->addWidget(m_figures);
+    auto *button = new QToolButton;
+    button->setDefaultAction(record);
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setAccessibleName(record->iconText());
+    layout->addWidget(button);
     QPalette colors = m_figures->palette();
     colors.setColor(QPalette::WindowText, palette::quiet);
     m_figures->setPalette(colors);
@@ -53,7 +62,9 @@ void StatusLine::showHost(const Host &host)
 {
     const HostInfo &info = host.info();
     m_build->setText(tr("BEYOND %1").arg(info.build));
-    if (host.isGone())
+    if (!host.isRunning())
+        m_state->setText(lamp(palette::frame, tr("No host")));
+    else if (host.isGone())
         m_state->setText(lamp(palette::lit, tr("Gone")));
     else if (!info.ready)
         m_state->setText(lamp(palette::waiting, tr("Not ready")));

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class Host;
+class QAction;
 class QLabel;
 
 /// One line under the views: who the host is, how it is, and what else is to be told.
@@ -11,7 +12,8 @@ class StatusLine : public QWidget
     Q_OBJECT
 
 public:
-    explicit StatusLine(const Host &host, QWidget *parent = nullptr);
+    /// The button that records is in it too.
+    StatusLine(const Host &host, QAction *record, QWidget *parent = nullptr);
 
     void setOutputOn(bool on);
     /// Shows anew what the host tells about itself.

@@ -8,15 +8,19 @@
 bool Recorder::open(const QString &path)
 {
     m_file.setFileName(path);
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+    m_error.clear();
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
+        noteError();
         return false;
+    }
     m_pending = QByteArray(recordingMagic, magicSize) + static_cast<char>(recordingVersion);
     m_zones = {};
     m_records = 0;
     m_last = 0;
-    m_failed = false;
     flush();
-    return !m_failed;
+    if (hasFailed())
+        m_file.close();
+    return !hasFailed();
 }
 
 void Recorder::begin(SharedTime start)
@@ -56,20 +60,36 @@ void Recorder::flush()
 {
     if (!isOpen())
         return;
-    m_failed = m_file.write(m_pending) != m_pending.size() || m_failed;
+    // A disk that gets full takes a part, and says why only when it is offered the rest. Behind a
+    // part of a record, whole ones would be of no use.
+    for (qsizetype done = 0; !hasFailed() && done < m_pending.size();) {
+        const qint64 written = m_file.write(m_pending.constData() + done, m_pending.size() - done);
+        if (written > 0)
+            done += written;
+        else
+            noteError();
+    }
     m_pending.clear();
 }
 
 bool Recorder::finish()
 {
     if (!isOpen())
-        return !m_failed;
+        return !hasFailed();
     ByteWriter(m_content).number(m_records);
     append(static_cast<std::uint8_t>(RecordType::End));
     flush();
     m_file.close();
-    m_failed = m_failed || m_file.error() != QFileDevice::NoError;
-    return !m_failed;
+    if (m_file.error() != QFileDevice::NoError)
+        noteError();
+    return !hasFailed();
+}
+
+/// The first one; closing the file would forget it.
+void Recorder::noteError()
+{
+    if (m_error.isEmpty())
+        m_error = m_file.errorString();
 }
 
 void Recorder::writeTime(ByteWriter &to, SharedTime time)

@@ -30,7 +30,11 @@ public:
     /// Creates or overwrites the file. False if it cannot be written.
     bool open(const QString &path);
     bool isOpen() const { return m_file.isOpen(); }
-    QString errorString() const { return m_file.errorString(); }
+    /// Whether any of it could not be written; errorString says why.
+    bool hasFailed() const { return !m_error.isEmpty(); }
+    QString errorString() const { return m_error; }
+    /// The file that was opened last.
+    QString path() const { return m_file.fileName(); }
 
     // The functions below do nothing while no file is open.
     /// Begins the recording; all times count from `start`.
@@ -45,6 +49,7 @@ public:
 private:
     void writeTime(ByteWriter &to, SharedTime time);
     void append(std::uint8_t type);
+    void noteError();
 
     struct Zone
     {
@@ -59,6 +64,6 @@ private:
     std::array<Zone, maxZones> m_zones;
     std::uint64_t m_records = 0;
     SharedTime m_start = 0;
-    SharedTime m_last = 0; ///< time of the record before, in microseconds
-    bool m_failed = false;
+    SharedTime m_last = 0; ///< microseconds of the record before
+    QString m_error;
 };

@@ -98,6 +98,7 @@ void ShowPlayer::giveOutMoment()
         const Frame *frame = m_playback->frame(zone);
         emit frameReceived(zone, frame ? *frame : Frame());
     }
+    emit leapt();
     finish();
 }
 

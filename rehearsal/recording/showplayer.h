@@ -22,6 +22,7 @@ public:
     QString problem() const { return m_recording.problem(); }
     /// The current position; null until a recording was opened.
     const Playback *playback() const { return m_playback.get(); }
+    Recording &recording() { return m_recording; }
 
     void play();
     void pause();
@@ -37,7 +38,10 @@ signals:
     /// if it has had none yet).
     void frameReceived(int zone, const Frame &frame);
     void outputSwitched(bool on);
-    /// The position or the state has changed; all signals that belong to it have been emitted.
+    /// After a step back or a leap, when frameReceived has given out the moment: the frames before
+    /// it do not lead up to it.
+    void leapt();
+    /// The position or the state has changed, and all that belongs to it has been given out.
     void received();
 
 private:

@@ -4,6 +4,7 @@
 #include "lightpoints.h"
 #include "rehearsalname.h"
 #include "scrubbar.h"
+#include "showkeeper.h"
 #include "sidepanel.h"
 
 #include <QAbstractSpinBox>
@@ -12,6 +13,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QScrollArea>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -80,6 +82,7 @@ private:
     std::optional<QTemporaryDir> m_folder;
     std::optional<RehearsalName> m_name;
     std::optional<Host> m_host;
+    std::optional<ShowKeeper> m_keeper;
     std::optional<HostWindow> m_window;
     MemoryFile m_file;
 };
@@ -90,6 +93,7 @@ void tst_HostWindow::init()
     QDir::setCurrent(m_folder->path());
     m_name.emplace();
     m_host.emplace(HostInfo());
+    m_keeper.emplace(*m_host);
     QVERIFY(m_host->open());
     open();
     m_host->start();
@@ -98,7 +102,7 @@ void tst_HostWindow::init()
 
 void tst_HostWindow::open()
 {
-    m_window.emplace(*m_host);
+    m_window.emplace(*m_host, *m_keeper);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(&*m_window));
 }
@@ -106,6 +110,7 @@ void tst_HostWindow::open()
 void tst_HostWindow::cleanup()
 {
     m_window.reset();
+    m_keeper.reset();
     m_host.reset();
     m_name.reset();
     QDir::setCurrent(QCoreApplication::applicationDirPath());
@@ -203,10 +208,17 @@ void tst_HostWindow::a_host_that_comes_back_has_its_output_disabled()
     setOutput(memory(), true);
     QTRY_VERIFY(m_host->isOutputOn());
     const std::uint32_t run = hostRun(memory());
+    QSignalSpy switched(&*m_host, &Host::outputSwitched);
     action("gone")->trigger();
+    QVERIFY(!m_host->isOutputOn());
+    QCOMPARE(switched.takeFirst(), QVariantList{false});
+    // A game that has not noticed yet.
+    setOutput(memory(), true);
+    QTest::qWait(50);
     QVERIFY(!m_host->isOutputOn());
     action("gone")->trigger();
     QVERIFY(!m_host->isOutputOn() && !isOutputOn(memory()));
+    QVERIFY(switched.isEmpty());
     QVERIFY(hostRun(memory()) != run);
 }
 

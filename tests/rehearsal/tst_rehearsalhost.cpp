@@ -1,5 +1,6 @@
 #include "frames.h"
 #include "gamepicture.h"
+#include "recorder.h"
 #include "recording.h"
 #include "rehearsalname.h"
 
@@ -69,8 +70,9 @@ class tst_RehearsalHost : public QObject
 private slots:
     void initTestCase();
     void cleanup();
-    void it_exits_by_itself_with_a_summary();
-    void it_counts_the_frames_that_it_takes();
+    void it_ends_by_itself_with_a_summary();
+    void it_takes_frames_and_says_how_many();
+    void a_recording_is_shown_without_being_a_host();
     void a_snapshot_shows_the_light_only_with_output_enabled_data();
     void a_snapshot_shows_the_light_only_with_output_enabled();
     void a_recording_holds_every_frame_and_event();
@@ -154,6 +156,27 @@ void tst_RehearsalHost::it_counts_the_frames_that_it_takes()
             .arg(picture.size()));
     const QString output = host.output();
     QVERIFY2(summary.match(output).hasMatch(), qPrintable(output));
+}
+
+void tst_RehearsalHost::a_recording_is_shown_without_being_a_host()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"show.rec"_s);
+    Recorder recorder;
+    QVERIFY(recorder.open(path));
+    recorder.begin(0);
+    recorder.write(Event{Event::OutputEnabled, 0});
+    const LdbPoint left = {-20000, 0, 0, 0xFFFFFF, 0, 0, 1, 0};
+    LdbPoint right = left;
+    right.x = 20000;
+    recorder.write(0, {.missed = 0, .sentAt = 0, .points = {left, right}});
+    QVERIFY(recorder.finish());
+    const QString picture = folder.filePath(u"picture.png"_s);
+    HostProcess viewer({u"--open"_s, path, u"--snapshot"_s, picture, u"--seconds"_s, u"0.2"_s});
+    QCOMPARE(viewer.result(), 0);
+    QVERIFY(litPixels(picture) > 100);
+    QVERIFY(!viewer.output().contains(u"The rehearsal host is running."_s));
+    QVERIFY(!QFile::exists(m_name->path()));
 }
 
 void tst_RehearsalHost::a_snapshot_shows_the_light_only_with_output_enabled_data()
@@ -409,8 +432,8 @@ void tst_RehearsalHost::invalid_arguments_are_rejected_with_a_clear_message_data
                                    << u"--report cannot write to \"/no/such/folder/x\": "_s;
     QTest::addRow("dump of nothing")
         << QStringList{u"--dump"_s} << u"--dump needs a recording: --open FILE."_s;
-    QTest::addRow("open for nothing") << QStringList{
-        u"--open"_s, u"x"_s} << u"--open needs --dump, --dump-points, --report or --export-ilda."_s;
+    QTest::addRow("open and record") << QStringList{u"--open"_s, u"x"_s, u"--record"_s, u"y"_s}
+                                     << u"--record cannot be combined with --open."_s;
     QTest::addRow("two uses") << QStringList{u"--open"_s, u"x"_s, u"--dump"_s, u"--report"_s,
         u"y"_s} << u"--report cannot be combined with another use of a recording."_s;
     QTest::addRow("open nothing") << QStringList{u"--open"_s, u"/no/such/file"_s, u"--dump"_s}
