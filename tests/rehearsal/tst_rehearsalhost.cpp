@@ -134,7 +134,7 @@ int tst_RehearsalHost::send(const std::vector<LdbPoint> &points)
         nullptr, 100, -1);
 }
 
-void tst_RehearsalHost::it_exits_by_itself_with_a_summary()
+void tst_RehearsalHost::it_ends_by_itself_with_a_summary()
 {
     HostProcess host({u"--seconds"_s, u"0.2"_s});
     QCOMPARE(host.result(), 0);
@@ -143,7 +143,7 @@ void tst_RehearsalHost::it_exits_by_itself_with_a_summary()
         "0 frames, 0.0 per second, 0 points in the last one, 0 missed\n"_s);
 }
 
-void tst_RehearsalHost::it_counts_the_frames_that_it_takes()
+void tst_RehearsalHost::it_takes_frames_and_says_how_many()
 {
     HostProcess host({});
     QTRY_COMPARE(m_ready(), 1);
