@@ -46,7 +46,7 @@ public:
 signals:
     /// A frame of a zone, counted from 0; every one in order.
     void frameReceived(int zone, const Frame &frame);
-    /// What happened apart from frames; in order with them. The first is the start, the last the
+    /// An event other than a frame, in order with the frames. The first is the start, the last the
     /// end of the host.
     void happened(const Event &event);
     void outputSwitched(bool on);

@@ -40,7 +40,7 @@ public:
 
     /// A picture of the views.
     QImage snapshot();
-    /// What came from the game, as one line of text.
+    /// The totals of the frames received, as one line of text.
     QString summary() const;
     /// Keeps place and switches for the next start.
     void remember() const;

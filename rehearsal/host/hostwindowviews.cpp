@@ -1,4 +1,4 @@
-// What the window's menus do to its views.
+// The effects of the window's menus on its views.
 
 #include "host.h"
 #include "hostwindow.h"

@@ -12,7 +12,7 @@
 #include <mutex>
 #include <vector>
 
-/// What came from the game: a frame of a zone, or an event.
+/// One arrival from the game: a frame of a zone, or an event.
 struct Arrival
 {
     SharedTime at;

@@ -6,7 +6,7 @@
 
 class QPainter;
 
-/// What a technician may have drawn over the light.
+/// The marks that a technician can switch on over the light.
 struct Marks
 {
     bool points = false; ///< every point as a dot

@@ -54,7 +54,7 @@ QString pictureFile(const QCommandLineParser &parser)
     return file;
 }
 
-/// What is to be done with the recording that --open names.
+/// The task for the recording that --open names.
 RecordingTask taskOf(const QCommandLineParser &parser)
 {
     using namespace Qt::StringLiterals;

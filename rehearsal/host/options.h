@@ -7,7 +7,7 @@
 
 class QCoreApplication;
 
-/// What the command line asks to be done with a recording, instead of being a host.
+/// A task for a recording, given on the command line instead of being a host.
 struct RecordingTask
 {
     enum Kind { None, Dump, DumpPoints, Report, ExportIlda };
@@ -18,7 +18,7 @@ struct RecordingTask
     ColorOrder colors = ColorOrder::RedGreenBlue; ///< ExportIlda
 };
 
-/// What the command line asks for.
+/// The options of the command line.
 struct Options
 {
     HostInfo host;

@@ -5,7 +5,7 @@
 
 #include <array>
 
-/// What was received of a show: the history of each zone and of all together, and since when
+/// The frames received of a show: the history of each zone and of all together, and since when
 /// output is as it is. Its times are those of the show's clock.
 struct Reception
 {

@@ -37,7 +37,7 @@ public:
         return frame ? &*frame : nullptr;
     }
 
-    /// What happened until now; see ShowLog.
+    /// The report of all events so far; see ShowLog.
     QByteArray report() const { return m_log.report(); }
 
 private:
