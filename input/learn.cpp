@@ -58,7 +58,7 @@ const char *nameOf(Control control)
 
 void logLearnt(const Player &player, Control control, const QString &source)
 {
-    qDebug().nospace() << player.name() << ": learnt " << nameOf(control) << ", " << source;
+    qDebug("%s: learnt %s, %s", player.name(), nameOf(control), qUtf8Printable(source));
 }
 
 } // namespace
