@@ -14,6 +14,11 @@ if(RALLYVANE_SANITIZE)
         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${RALLYVANE_SANITIZE})
 endif()
+if(RALLYVANE_SANITIZE STREQUAL "thread" AND NOT QT_FEATURE_sanitize_thread)
+    # The sanitizer would not see its locks and queues, and report races that are none.
+    message(FATAL_ERROR "The Qt in ${Qt6_DIR} is not built with the thread sanitizer. "
+        "packaging/qt-tsan builds one; RALLYVANE_QT_TSAN names it. Configure with --fresh then.")
+endif()
 
 option(RALLYVANE_FUZZERS "Build the fuzzers, and instrument all code for coverage" OFF)
 if(RALLYVANE_FUZZERS)
