@@ -28,6 +28,12 @@ if(RALLYVANE_FUZZERS)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
+# Seconds for a test, which the sanitizers slow down.
+set(RALLYVANE_TEST_TIMEOUT 120)
+if(RALLYVANE_SANITIZE)
+    set(RALLYVANE_TEST_TIMEOUT 600)
+endif()
+
 # rallyvane_library(NAME SOURCES... [LIBRARIES ...]): a static library whose only public include path
 # is its own folder.
 function(rallyvane_library name)
@@ -47,7 +53,7 @@ function(rallyvane_test name)
     file(MAKE_DIRECTORY ${folder})
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${folder})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 120
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT ${RALLYVANE_TEST_TIMEOUT}
         SKIP_REGULAR_EXPRESSION "SKIP +: [A-Za-z_]+::initTestCase\\(")
 endfunction()
 
