@@ -93,6 +93,9 @@ install_tree() {
     quietly install env DESTDIR="$work/installed" cmake --install build "$@"
     cp -r source/LICENSES "$installed/licenses"
     cp source/debian/copyright "$installed/licenses/debian-copyright"
+    # Named in the installed licences, which offer this source.
+    (cd source && dpkg-parsechangelog -S Source && dpkg-parsechangelog -S Version) \
+        | paste -sd ' ' >"$installed/licenses/source-package"
 }
 
 # Moves the complete tree into place.
