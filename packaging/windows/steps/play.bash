@@ -88,7 +88,7 @@ step_refusal() {
     box=$(stage_window "^Rehearsal$")
     picture refusal
     expect "The game was started without its host." \
-        test -z "$(xdotool search --onlyvisible --name "Laser Rallyvane" 2>/dev/null)"
+        test -z "$(xdotool search --onlyvisible --name "Laser Rallyvane" 2>/dev/null || true)"
     xdotool windowfocus --sync "$box" key Return
     await_end
 }
