@@ -230,10 +230,12 @@ void tst_Teardown::a_missing_library_ends_the_program()
     running.window = std::make_unique<MainWindow>();
     running.window->show();
     bool stuck = false;
-    QTimer::singleShot(10s, this, [&stuck] {
+    QTimer patience;
+    connect(&patience, &QTimer::timeout, this, [&stuck] {
         stuck = true;
         QCoreApplication::exit(1);
     });
+    patience.start(60s);
     QApplication::setQuitOnLastWindowClosed(true);
     const int exitCode = QApplication::exec();
     QApplication::setQuitOnLastWindowClosed(false);
