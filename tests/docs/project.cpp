@@ -1,7 +1,6 @@
 #include "project.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -11,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -19,11 +19,22 @@ namespace {
 
 constexpr int helpTimeoutMs = 60000;
 
-/// Whether a file is no source of the project, or data of its tests.
-bool isForeign(const QString &file)
+/// Folders that have no sources of the project, or data of its tests.
+const QStringList foreignFolders = {u"build"_s, u".git"_s, u"tests/fuzz/corpus"_s};
+
+/// The files below a folder, relative to `top`.
+QStringList filesBelow(const QDir &folder, const QDir &top)
 {
-    return file.startsWith("build/"_L1) || file.startsWith(".git"_L1)
-        || file.startsWith("tests/fuzz/corpus/"_L1) || file.startsWith("tests/matches/"_L1);
+    QStringList files;
+    for (const QFileInfo &entry : folder.entryInfoList(
+             QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name)) {
+        const QString path = top.relativeFilePath(entry.filePath());
+        if (!entry.isDir())
+            files.append(path);
+        else if (!foreignFolders.contains(path))
+            files += filesBelow(QDir(entry.filePath()), top);
+    }
+    return files;
 }
 
 QSet<QString> presetsIn(const QByteArray &json)
@@ -43,10 +54,11 @@ Project::Project(QString folder, QString programs, QStringList tests)
     : m_folder(std::move(folder))
     , m_programs(std::move(programs))
     , m_tests(std::move(tests))
+    , m_files(filesBelow(QDir(m_folder), QDir(m_folder)))
     , m_presets(presetsIn(contentOf(u"CMakePresets.json"_s).toUtf8()))
 {
-    for (const QString &file : filesIn(QString(), u"*"_s)) {
-        if (!file.endsWith(".md"_L1) && !file.endsWith(".png"_L1)
+    for (const QString &file : std::as_const(m_files)) {
+        if (!file.endsWith(".md"_L1) && !file.endsWith(".png"_L1) && !file.endsWith(".match"_L1)
             && !file.startsWith("tests/docs/"_L1))
             m_sources += contentOf(file);
     }
@@ -60,17 +72,13 @@ QList<Document> Project::documents() const
     return documents;
 }
 
-QStringList Project::filesIn(const QString &subfolder, const QString &pattern) const
+QStringList Project::filesIn(const QString &beginning, const QString &pattern) const
 {
     QStringList found;
-    QDirIterator files(
-        pathOf(subfolder), {pattern}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString file = QDir(m_folder).relativeFilePath(files.next());
-        if (!isForeign(file))
-            found.append(file);
-    }
-    found.sort();
+    std::copy_if(
+        m_files.begin(), m_files.end(), std::back_inserter(found), [&](const QString &file) {
+            return file.startsWith(beginning) && QDir::match(pattern, file.section(u'/', -1));
+        });
     return found;
 }
 

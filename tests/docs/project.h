@@ -14,8 +14,8 @@ public:
 
     /// Every Markdown file.
     QList<Document> documents() const;
-    /// The files below a folder whose names match a pattern, relative to the project.
-    QStringList filesIn(const QString &subfolder, const QString &pattern) const;
+    /// The files whose paths begin so and whose names match a pattern, relative to the project.
+    QStringList filesIn(const QString &beginning, const QString &pattern) const;
     QString contentOf(const QString &file) const;
     /// The absolute path of a file.
     QString pathOf(const QString &file) const { return m_folder + u'/' + file; }
@@ -38,6 +38,7 @@ private:
     QString m_folder;
     QString m_programs;
     QStringList m_tests;
+    QStringList m_files; ///< all of them, relative to the folder
     QSet<QString> m_presets;
     QString m_sources;
     QMap<QString, QString> m_help; ///< by executable

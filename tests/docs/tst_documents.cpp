@@ -85,7 +85,7 @@ void tst_Documents::the_table_of_presets_is_complete()
 
 void tst_Documents::every_picture_is_shown_in_a_document_and_made_by_the_command()
 {
-    const QStringList pictures = m_project->filesIn(u"docs"_s, u"*.png"_s);
+    const QStringList pictures = m_project->filesIn(u"docs/"_s, u"*.png"_s);
     QVERIFY(!pictures.isEmpty());
     QStringList shown;
     for (const Document &document : m_project->documents()) {

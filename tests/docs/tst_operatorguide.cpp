@@ -76,8 +76,8 @@ private:
 
 void tst_OperatorGuide::initTestCase()
 {
-    for (const auto &folder : {u"app"_s, u"base"_s, u"game"_s, u"input"_s, u"laser"_s,
-             u"platform"_s, u"rehearsal/launcher"_s}) {
+    for (const auto &folder : {u"app/"_s, u"base/"_s, u"game/"_s, u"input/"_s, u"laser/"_s,
+             u"platform/"_s, u"rehearsal/launcher/"_s}) {
         for (const auto &pattern : {u"*.cpp"_s, u"*.h"_s, u"*.ui"_s})
             m_files += m_project.filesIn(folder, pattern);
     }
