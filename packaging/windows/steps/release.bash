@@ -53,6 +53,8 @@ step_release() {
     rm -rf "$release"
     mkdir -p "$sources" "$release/server"
     tar -C "$project" --exclude=./build --exclude=./.git -c . | tar -C "$sources" -x
+    # Compresses faster, with little effect on the test.
+    sed -i 's/^SetCompressor .*/SetCompressor zlib/' "$sources/packaging/windows/setup.nsi"
     local https=$release port
     certificate server
     serve_files "$release/server" 0
