@@ -16,7 +16,7 @@ serve_files() {
     (cd "$1" && exec openssl s_server -accept "127.0.0.1:$2" -HTTP -key "$https/server-key.pem" \
         -cert "$https/server.pem") >"$https/listening.out" 2>&1 &
     stage_processes+=($!)
-    stage_until 10 grep -q ACCEPT "$https/listening.out" || stage_fail "The HTTPS server did not start."
+    stage_until 60 grep -q ACCEPT "$https/listening.out" || stage_fail "The HTTPS server did not start."
     port=$(sed -n 's/^ACCEPT .*:\([0-9]*\)$/\1/p' "$https/listening.out")
 }
 

@@ -10,7 +10,7 @@ setup_shows() {
 go_through_setup() {
     local setup
     setup=$(stage_window "^Laser Rallyvane Setup")
-    stage_until 20 setup_shows "Destination Folder" || stage_fail "Setup does not ask for its folder."
+    stage_until 60 setup_shows "Destination Folder" || stage_fail "Setup does not ask for its folder."
     xdotool windowfocus --sync "$setup" key Return
     stage_until 60 setup_shows "BEYONDIOx64.dll" || stage_fail "Setup did not finish."
 }
@@ -40,7 +40,7 @@ without_library() {
     press Return
     stage_window "Rehearsal host" >/dev/null
     stage_window "^Laser Rallyvane$" >/dev/null
-    stage_until 20 stage_logged "] 1700" || stage_fail "The rehearsal did not begin."
+    stage_until 60 stage_logged "] 1700" || stage_fail "The rehearsal did not begin."
     xdotool windowfocus --sync "$(stage_window "^Laser Rallyvane$")"
     close_game
 }
@@ -67,13 +67,13 @@ step_last_page() {
     press space Tab space                           # the other one
     expect_page "[ ] Start Laser Rallyvane" "[x] Rehearse without a laser"
     press space Return                              # neither
-    stage_until 20 setup_ended || stage_fail "Setup did not end."
+    stage_until 60 setup_ended || stage_fail "Setup did not end."
     await_end
     rm "$drive/windows/system32/BEYONDIOx64.dll"
     mkdir -p "$drive/host"
     WINEPATH='C:\host' with_library "$drive/host" 'C:\host'
     press space Return
-    stage_until 20 setup_ended || stage_fail "Setup did not end."
+    stage_until 60 setup_ended || stage_fail "Setup did not end."
     rm -r "$drive/host"
     with_library "$home" 'Programs\Laser Rallyvane'
     press Return

@@ -95,14 +95,14 @@ step_upgrade() {
     picture offered
     xdotool windowfocus --sync "$box" key Return
     stage_window "^Laser Rallyvane Setup" >/dev/null
-    stage_until 20 rehearsal_closed || stage_fail "The old version did not end."
+    stage_until 60 rehearsal_closed || stage_fail "The old version did not end."
     expect "The installer was not saved." \
         cmp -s "$(setup_of "$next")" "$home/sw_fw/Rallyvane_v${next}_setup.exe"
     go_through_setup
     rm "$home/rallyvane.log"
     press Return
     stage_window "Rehearsal host" >/dev/null
-    stage_until 30 stage_logged "Software up to date" || stage_fail "The next version does not run."
+    stage_until 60 stage_logged "Software up to date" || stage_fail "The next version does not run."
     expect_registered DisplayVersion "$next"
     expect "The settings were lost." grep -q KeyboardUpL "$home/.pong"
     xdotool windowfocus --sync "$(stage_window "^Laser Rallyvane$")"
