@@ -39,9 +39,9 @@ without_library() {
     expect_page "It was not found" "[ ] Start Laser Rallyvane" "[x] Rehearse without a laser"
     press Return
     stage_window "Rehearsal host" >/dev/null
-    stage_window "^Laser Rallyvane$" >/dev/null
+    stage_window "^Laser Rallyvane - " >/dev/null
     stage_until 60 stage_logged "] 1700" || stage_fail "The rehearsal did not begin."
-    xdotool windowfocus --sync "$(stage_window "^Laser Rallyvane$")"
+    xdotool windowfocus --sync "$(stage_window "^Laser Rallyvane - ")"
     close_game
 }
 
@@ -77,10 +77,10 @@ step_last_page() {
     rm -r "$drive/host"
     with_library "$home" 'Programs\Laser Rallyvane'
     press Return
-    stage_window "^Laser Rallyvane$" >/dev/null
+    stage_window "^Laser Rallyvane - " >/dev/null
     expect "The game did not find the library beside it." \
         test -z "$(xdotool search --onlyvisible --name "BEYOND DLL" 2>/dev/null)"
-    xdotool windowfocus --sync "$(stage_window "^Laser Rallyvane$")"
+    xdotool windowfocus --sync "$(stage_window "^Laser Rallyvane - ")"
     close_game
     rm "$home/BEYONDIOx64.dll"
 }
