@@ -55,24 +55,53 @@ function(rallyvane_test name)
         SKIP_REGULAR_EXPRESSION "SKIP +: [A-Za-z_]+::initTestCase\\(")
 endfunction()
 
-# rallyvane_show_in_windows(TARGET DESCRIPTION): gives a program its icon, version and manifest on
-# Windows. Does nothing on other systems.
-function(rallyvane_show_in_windows target description)
-    if(NOT WIN32)
-        return()
-    endif()
+# The maker, as programs, packages and the installer name it.
+set(RALLYVANE_COMPANY "Vellaro")
+set(RALLYVANE_COPYRIGHT "Copyright (C) 2026 ${RALLYVANE_COMPANY}")
+
+# The program's icon, made from its drawing: in Windows' format, or as a picture for Qt.
+if(WIN32)
     set(RALLYVANE_ICON ${CMAKE_BINARY_DIR}/rallyvane.ico)
-    set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
-    configure_file(${CMAKE_SOURCE_DIR}/app/windows/program.rc.in ${resource} @ONLY)
-    set_source_files_properties(${resource} PROPERTIES OBJECT_DEPENDS
-        "${RALLYVANE_ICON};${CMAKE_SOURCE_DIR}/app/windows/program.manifest")
-    target_sources(${target} PRIVATE ${resource})
-    if(NOT TARGET icon)
-        set(picture ${CMAKE_SOURCE_DIR}/packaging/icon/rallyvane.svg)
-        add_custom_command(OUTPUT ${RALLYVANE_ICON}
-            COMMAND ${CMAKE_SOURCE_DIR}/packaging/icon/make ${picture} ${RALLYVANE_ICON}
-            DEPENDS ${picture} ${CMAKE_SOURCE_DIR}/packaging/icon/make)
-        add_custom_target(icon DEPENDS ${RALLYVANE_ICON})
+else()
+    set(RALLYVANE_ICON ${CMAKE_BINARY_DIR}/rallyvane.png)
+endif()
+set(drawing ${CMAKE_SOURCE_DIR}/packaging/icon/rallyvane.svg)
+set(make_icon ${CMAKE_SOURCE_DIR}/packaging/icon/make)
+add_custom_command(OUTPUT ${RALLYVANE_ICON}
+    COMMAND ${make_icon} ${drawing} ${RALLYVANE_ICON} DEPENDS ${drawing} ${make_icon})
+add_custom_target(icon DEPENDS ${RALLYVANE_ICON})
+
+# rallyvane_describe(TARGET DESCRIPTION): gives a program its icon and, on Windows, its manifest and
+# version; a library its version there.
+function(rallyvane_describe target description)
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL EXECUTABLE)
+        add_dependencies(${target} icon)
     endif()
-    add_dependencies(${target} icon)
+    if(WIN32)
+        rallyvane_describe_to_windows(${target} ${type} ${description})
+    elseif(type STREQUAL EXECUTABLE)
+        target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/platform/linux/windowicon.cpp)
+        qt_add_resources(${target} icon PREFIX / BASE ${CMAKE_BINARY_DIR} FILES ${RALLYVANE_ICON})
+    endif()
+endfunction()
+
+function(rallyvane_describe_to_windows target type description)
+    set(windows ${CMAKE_SOURCE_DIR}/app/windows)
+    set(filetype VFT_DLL)
+    set(suffix .dll)
+    if(type STREQUAL EXECUTABLE)
+        set(filetype VFT_APP)
+        set(suffix .exe)
+    endif()
+    set(version ${CMAKE_CURRENT_BINARY_DIR}/${target}-version.rc)
+    configure_file(${windows}/version.rc.in ${version} @ONLY)
+    target_sources(${target} PRIVATE ${version})
+    if(type STREQUAL EXECUTABLE)
+        set(program ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+        configure_file(${windows}/program.rc.in ${program} @ONLY)
+        set_source_files_properties(${program} PROPERTIES OBJECT_DEPENDS
+            "${RALLYVANE_ICON};${windows}/program.manifest")
+        target_sources(${target} PRIVATE ${program})
+    endif()
 endfunction()

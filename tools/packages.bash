@@ -3,7 +3,7 @@
 build_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev libgl-dev
-    libjack-jackd2-dev librtmidi-dev libsdl2-dev
+    libjack-jackd2-dev librtmidi-dev libsdl2-dev librsvg2-bin
 )
 headless_packages=(xvfb xauth xdotool imagemagick x11-utils)
 bench_packages=(libbenchmark-dev)
@@ -14,9 +14,11 @@ test_packages=(
 coverage_packages=(gcovr)
 fuzz_packages=(clang libclang-rt-14-dev)
 windows_packages=(
-    g++-mingw-w64-x86-64-posix qt6-base-dev-tools nsis zip librsvg2-bin icoutils
+    g++-mingw-w64-x86-64-posix qt6-base-dev-tools nsis zip icoutils
 )
-wine_packages=(wine wine64 unzip fonts-dejavu-core "${headless_packages[@]}" openssl)
+wine_packages=(
+    wine wine64 unzip fonts-dejavu-core "${headless_packages[@]}" openssl osslsigncode
+)
 # In addition, for building Qt from Debian's source package.
 qt_source_packages=(dpkg-dev perl patch xz-utils)
 # In addition to these, for building it with the thread sanitizer.
