@@ -14,6 +14,11 @@ if(RALLYVANE_SANITIZE)
         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${RALLYVANE_SANITIZE})
 endif()
+if(RALLYVANE_SANITIZE STREQUAL "thread" AND NOT QT_FEATURE_sanitize_thread)
+    # The sanitizer would not see its locks and queues, and report races that are none.
+    message(FATAL_ERROR "The Qt in ${Qt6_DIR} is not built with the thread sanitizer. "
+        "packaging/qt-tsan builds one; RALLYVANE_QT_TSAN names it. Configure with --fresh then.")
+endif()
 
 option(RALLYVANE_FUZZERS "Build the fuzzers, and instrument all code for coverage" OFF)
 if(RALLYVANE_FUZZERS)
@@ -22,6 +27,9 @@ if(RALLYVANE_FUZZERS)
     endif()
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
+
+# Seconds for a test, which takes longer with a sanitizer and on a busy machine.
+set(RALLYVANE_TEST_TIMEOUT 900)
 
 # rallyvane_library(NAME SOURCES... [LIBRARIES ...]): a static library whose only public include path
 # is its own folder.
@@ -42,7 +50,8 @@ function(rallyvane_test name)
     file(MAKE_DIRECTORY ${folder})
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${folder})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 900
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1"
+        TIMEOUT ${RALLYVANE_TEST_TIMEOUT}
         SKIP_REGULAR_EXPRESSION "SKIP +: [A-Za-z_]+::initTestCase\\(")
 endfunction()
 

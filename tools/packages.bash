@@ -19,8 +19,15 @@ windows_packages=(
 wine_packages=(
     wine wine64 unzip fonts-dejavu-core "${headless_packages[@]}" openssl osslsigncode
 )
-# In addition, for building Qt for Windows.
-windows_qt_packages=(dpkg-dev perl patch xz-utils)
+# In addition, for building Qt from Debian's source package.
+qt_source_packages=(dpkg-dev perl patch xz-utils)
+# In addition to these, for building it with the thread sanitizer.
+tsan_qt_packages=(
+    libfontconfig-dev libfreetype-dev libssl-dev libx11-xcb-dev libxcb1-dev libxcb-cursor-dev
+    libxcb-icccm4-dev libxcb-image0-dev libxcb-keysyms1-dev libxcb-randr0-dev
+    libxcb-render-util0-dev libxcb-shape0-dev libxcb-sync-dev libxcb-util-dev libxcb-xfixes0-dev
+    libxcb-xinerama0-dev libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev
+)
 # Includes the cross compiler's headers, for analysing the sources of the Windows program.
 lint_packages=(clang-format clang-tidy clazy libclang-14-dev llvm-14-dev g++-mingw-w64-x86-64-posix)
 
