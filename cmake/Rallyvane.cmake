@@ -42,7 +42,7 @@ function(rallyvane_test name)
     file(MAKE_DIRECTORY ${folder})
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${folder})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 120
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 900
         SKIP_REGULAR_EXPRESSION "SKIP +: [A-Za-z_]+::initTestCase\\(")
 endfunction()
 

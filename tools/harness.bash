@@ -62,7 +62,7 @@ stage_screen() {
     Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp -noreset 3>"$stage/display" \
         >"$stage/screen.out" 2>&1 </dev/null &
     stage_processes+=($!)
-    stage_until 20 test -s "$stage/display" || stage_fail "The X server did not start."
+    stage_until 60 test -s "$stage/display" || stage_fail "The X server did not start."
     DISPLAY=:$(cat "$stage/display")
     export DISPLAY
 }

@@ -16,11 +16,11 @@ fuzz_packages=(clang libclang-rt-14-dev)
 windows_packages=(
     g++-mingw-w64-x86-64-posix qt6-base-dev-tools nsis zip librsvg2-bin icoutils
 )
-wine_packages=(wine wine64 unzip "${headless_packages[@]}" openssl)
+wine_packages=(wine wine64 unzip fonts-dejavu-core "${headless_packages[@]}" openssl)
 # In addition, for building Qt for Windows.
 windows_qt_packages=(dpkg-dev perl patch xz-utils)
 # Includes the cross compiler's headers, for analysing the sources of the Windows program.
-lint_packages=(clang-format clang-tidy clazy g++-mingw-w64-x86-64-posix)
+lint_packages=(clang-format clang-tidy clazy libclang-14-dev llvm-14-dev g++-mingw-w64-x86-64-posix)
 
 # need PACKAGE...: installs the missing ones, using sudo only if needed.
 need() {

@@ -98,7 +98,7 @@ void tst_Folders::initTestCase()
 {
     m_arrows = arrowsIn(u"CONTRIBUTING.md"_s);
     QVERIFY(m_arrows.size() > 10);
-    m_sources = sources({u"*.cpp"_s, u"*.h"_s}, {u"build"_s, u"tests"_s, u"bench"_s});
+    m_sources = sources({u"*.cpp"_s, u"*.h"_s}, {u"build"_s, u"tests"_s, u"bench"_s, u"tools"_s});
     QVERIFY(m_sources.size() > 50);
 }
 

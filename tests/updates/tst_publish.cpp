@@ -234,6 +234,9 @@ void tst_Publish::the_version_file_is_not_written_without_its_installer()
 
 void tst_Publish::an_installer_that_does_not_read_back_is_not_published()
 {
+#ifdef Q_OS_WIN
+    QSKIP("QFile makes shortcuts here, not links.");
+#endif
     // Its name links to the version file, which then overwrites it.
     QVERIFY(QDir().mkpath(published));
     QVERIFY(QFile::link(u"VersionNotes.txt"_s, published + "Rallyvane_v1.02_setup.exe"_L1));

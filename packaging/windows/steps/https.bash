@@ -15,7 +15,7 @@ serve_page() {
     (cd "$https" && exec openssl s_server -accept 127.0.0.1:0 -HTTP -key server-key.pem \
         -cert server.pem) >"$https/listening.out" 2>&1 &
     stage_processes+=($!)
-    stage_until 10 grep -q ACCEPT "$https/listening.out" || stage_fail "The HTTPS server did not start."
+    stage_until 60 grep -q ACCEPT "$https/listening.out" || stage_fail "The HTTPS server did not start."
     port=$(sed -n 's/^ACCEPT .*:\([0-9]*\)$/\1/p' "$https/listening.out")
 }
 
