@@ -18,10 +18,9 @@ void midiStorm(ProgramStage &stage)
     stage.play();
     stage.ask(u"set midiLComboBox 1"_s);
     stage.ask(u"set midiRComboBox 2"_s);
-    // In the short form only the whole storm counts, because a busy machine may fall behind for a
-    // second.
-    const int rounds = isLong() ? 30 : 1;
-    const int seconds = isLong() ? 1 : 2;
+    // A busy machine may fall behind for seconds, and then has to catch up first.
+    const int rounds = isLong() ? 3 : 1;
+    const int seconds = isLong() ? 10 : 2;
     stage.seams->messagesPerSecond = stormRate;
     for (int round = 0; round < rounds; ++round) {
         const int frames = stage.seams->framesSent;
