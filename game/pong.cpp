@@ -103,9 +103,6 @@ void Pong::startThread()
 void Pong::hostFound(int build)
 {
     qDebug() << build;
-    // A host that was never gone still holds the picture of the zone that was selected then, which
-    // the next "output on" would light.
-    bey->BlankLitZone();
     beyondState = BeyondReady;
     emit beyCoStatus(BeyondReady);
 }

@@ -77,13 +77,6 @@ void BadBey::SendFrame()
     points.clear();
 }
 
-void BadBey::BlankLitZone()
-{
-    points.clear();
-    if (litZone >= 0)
-        sendTo(litZone);
-}
-
 void BadBey::CloseSession()
 {
     if (sessionCreated)
@@ -91,7 +84,7 @@ void BadBey::CloseSession()
     sessionCreated = false;
 }
 
-void BadBey::sendTo(qint32 target)
+void BadBey::sendTo(qint32 target) const
 {
     std::array<LdbPoint, ldbMaxPoints> buffer = {};
     const qsizetype count = std::min<qsizetype>(points.size(), ldbMaxPoints);
@@ -100,8 +93,4 @@ void BadBey::sendTo(qint32 target)
         writePoint(*record++, *point);
     ldbSendFrame(
         2, target, 0, "SingleZone", static_cast<qint32>(count), buffer.data(), nullptr, 100, -1);
-    if (count > 0)
-        litZone = target;
-    else if (litZone == target)
-        litZone = -1;
 }

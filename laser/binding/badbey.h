@@ -40,9 +40,6 @@ public:
     /// Sends `points` to the selected zone, even if empty, and clears the list. At most
     /// ldbMaxPoints are sent. A deselected zone receives nothing more and keeps its last picture.
     void SendFrame();
-    /// Sends an empty frame to the zone that still shows the last picture sent, if any, whichever
-    /// zone is selected now.
-    void BlankLitZone();
     /// Closes the session if it is open.
     void CloseSession();
 
@@ -59,9 +56,8 @@ signals:
     void reqExit();
 
 private:
-    void sendTo(qint32 target);
+    void sendTo(qint32 target) const;
 
     const bool dllLoaded;
     bool sessionCreated = false;
-    qint32 litZone = -1; ///< where the last frame that was not empty was sent, or -1 once blanked
 };

@@ -17,7 +17,6 @@ private slots:
     void a_lost_host_is_reported_once_data();
     void a_lost_host_is_reported_once();
     void a_host_that_returns_has_its_output_off();
-    void a_host_that_returns_has_its_lit_zone_blanked_whichever_is_selected();
     void the_loss_of_the_host_is_signalled_before_the_frames_stop();
     void a_found_host_is_signalled_when_frames_already_reach_it();
 };
@@ -100,30 +99,6 @@ void tst_HostCheck::a_host_that_returns_has_its_output_off()
     game.host.ready = 1;
     game.pong.checkHost();
     QVERIFY(!game.host.outputOn);
-}
-
-void tst_HostCheck::a_host_that_returns_has_its_lit_zone_blanked_whichever_is_selected()
-{
-    Game game;
-    game.pong.setZone(2);
-    game.tickToFrame();
-    game.host.ready = 0;
-    game.pong.checkHost();
-    game.pong.gameShown = false;
-    game.pong.setZone(0);
-    game.host.takeCalls();
-    game.host.ready = 1;
-    game.pong.checkHost();
-    QCOMPARE(game.host.takeCalls(),
-        (QStringList{u"ldbDestroy"_s, u"ldbBeyondExeReady"_s, u"ldbCreate"_s,
-            u"ldbGetBeyondVersion"_s, u"ldbDisableLaserOutput"_s, sent(2, 0)}));
-    // Once is enough.
-    game.host.ready = 0;
-    game.pong.checkHost();
-    game.host.takeCalls();
-    game.host.ready = 1;
-    game.pong.checkHost();
-    QVERIFY(!game.host.takeCalls().contains(sent(2, 0)));
 }
 
 void tst_HostCheck::the_loss_of_the_host_is_signalled_before_the_frames_stop()
