@@ -13,6 +13,13 @@ stage_end() {
     stage_processes=()
 }
 
+# stage_end_last: ends the process that was started last.
+stage_end_last() {
+    kill "${stage_processes[-1]}"
+    wait "${stage_processes[-1]}" 2>/dev/null || true
+    unset 'stage_processes[-1]'
+}
+
 # stage_fail MESSAGE: prints why the rehearsal failed and the programs' output, and exits.
 stage_fail() {
     echo "Failed: $1" >&2
