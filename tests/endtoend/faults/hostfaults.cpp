@@ -159,6 +159,9 @@ void zonesChange(ProgramStage &stage)
         stage.waitForFrames();
         QVERIFY(stage.seams->points[2] > 0);
     }
+    // A zone that is left keeps its picture, as it does when the host comes back.
+    stage.ask(u"click showButton"_s);
+    stage.waitForFrames();
     loseAndFind(stage);
     stage.serve();
     stage.waitForFrames();
