@@ -35,8 +35,10 @@ setup_ended() {
 # close_started_game: closes the game, which may not have the keyboard yet: Wine sends keys to the
 # window that was clicked last. There is no control in that corner.
 close_started_game() {
-    xdotool mousemove --window "$(stage_window "^Laser Rallyvane - ")" 2 2 click 1
-    sleep 0.3
+    xdotool mousemove --window "$(stage_window "^Laser Rallyvane - ")" 2 2
+    sleep 0.5
+    xdotool click 1
+    sleep 0.5
     close_game
 }
 
@@ -84,7 +86,8 @@ step_last_page() {
     rm -r "$drive/host"
     with_library "$home" 'Programs\Laser Rallyvane'
     press Return
-    stage_window "^Laser Rallyvane - " >/dev/null
+    stage_until 60 stage_logged "Beyond not started or Incorrect Beyond Version" \
+        || stage_fail "The game did not start."
     expect "The game did not find the library beside it." \
         test -z "$(xdotool search --onlyvisible --name "BEYOND DLL" 2>/dev/null || true)"
     close_started_game
