@@ -8,7 +8,7 @@ namespace {
 
 constexpr int stormRate = 100'000; ///< messages per second and device
 
-/// Both faders send as fast as no fader can. The game goes on, and the window answers.
+/// Both faders send faster than any real one. The game continues, and the window responds.
 void midiStorm(ProgramStage &stage)
 {
     stage.settings[u"ControlModeLeft"_s] = u"MIDI"_s;

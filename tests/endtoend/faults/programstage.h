@@ -59,7 +59,7 @@ public:
     QByteArray log() const { return contentOf(QStringLiteral("rallyvane.log")); }
 
     Seams *seams = nullptr;
-    /// What the settings file must hold at the end, by key.
+    /// The values, by key, that the settings file must have at the end.
     QMap<QString, QString> settings;
     QProcessEnvironment environment;
 

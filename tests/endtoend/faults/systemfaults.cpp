@@ -27,7 +27,7 @@ void logIsReadOnly(ProgramStage &stage)
     QCOMPARE(stage.log(), "before\n");
 }
 
-/// By an hour, while playing. Everything that must be punctual goes by the steady clock.
+/// By an hour, while playing. Everything that must be punctual uses the steady clock.
 void clockSetBack(ProgramStage &stage)
 {
     stage.play();
