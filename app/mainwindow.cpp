@@ -174,10 +174,10 @@ MainWindow::~MainWindow()
 {
     closed = true;
     playerControls->writeSettings();
-    // Changes made from here on could not be saved.
+    // Written while the laser is blanked, so that neither waits for the other.
+    store->startWriting();
     setEnabled(false);
     playerControls->cancelLearn();
-    store.reset();
     playerControls->releaseGamepads();
     pong->gameShown = false;
     disconnect(pong.get(), &Pong::beyCoStatus, this, &MainWindow::RefreshBeyondStatus);

@@ -14,7 +14,7 @@ class QCheckBox;
 class QComboBox;
 class QPushButton;
 class QRadioButton;
-class QSettings;
+class SettingsStore;
 class QSlider;
 
 /// The kind of controller that a player uses.
@@ -72,9 +72,10 @@ struct Player
     int paddleInput(int deflection) const;
 
     /// Reads the learnt MIDI messages and keys.
-    void loadBindings(const QSettings &store);
+    void loadBindings(const SettingsStore &store);
     /// Reads the learnt gamepad button and stick.
-    void loadPadBindings(const QSettings &store);
-    /// Updates the learn buttons: enabled or not, and whether their controls are learnt.
-    void showBindings(const QSettings &store);
+    void loadPadBindings(const SettingsStore &store);
+    /// Updates the learn buttons: enabled or not, and whether their controls are learnt. The button
+    /// that is learning keeps its look, which would otherwise be set twice.
+    void showBindings(const SettingsStore &store, const QPushButton *beingLearnt);
 };

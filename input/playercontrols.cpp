@@ -11,7 +11,8 @@
 #include <QSlider>
 #include <QThread>
 
-PlayerControls::PlayerControls(const PerSide<PlayerWidgets> &widgets, Pong &pong, QSettings &store)
+PlayerControls::PlayerControls(
+    const PerSide<PlayerWidgets> &widgets, Pong &pong, SettingsStore &store)
     : pong(pong)
     , store(store)
     , players{{{{.side = Side::Left, .ui = widgets[Side::Left], .midiIn = &midiInLeft},

@@ -6,17 +6,21 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
 #include <sys/resource.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const QString fileName = u".pong"_s;
+/// The argument of a second process of this test.
+const QString changeAndHang = u"change-and-hang"_s;
 
 void write(const QByteArray &content)
 {
@@ -68,6 +72,7 @@ private slots:
     void with_room_for_only_the_copy_the_file_is_unchanged();
     void without_room_for_a_change_the_file_is_unchanged();
     void a_change_without_room_is_written_once_there_is_room();
+    void a_change_outlives_a_program_that_is_killed();
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -104,7 +109,7 @@ void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_is_unchanged()
         const Room room(content.size() - 1);
         const auto store = settings::open();
         settings::write(*store, settings::ballSpeed, 30);
-        store->sync();
+        QVERIFY(store->flush());
         QCOMPARE(settings::read(*store, settings::ballSpeed), 30);
         lines = log.takeAll();
     }
@@ -132,15 +137,19 @@ void tst_SettingsOnDisk::without_room_for_a_change_the_file_is_unchanged()
 {
     const QByteArray content = "[General]\nBallSpeed=25\nSensR=600\n";
     write(content);
+    DebugLines log;
     {
         const Room room(10);
         const auto store = settings::open();
         settings::write(*store, settings::sensitivity[Side::Left], 300);
-        store->sync();
+        QVERIFY(store->flush());
         QCOMPARE(contentOf(fileName), content);
     }
     QCOMPARE(contentOf(fileName), content);
     QCOMPARE(files(), QStringList{fileName});
+    const QStringList lines = log.takeAll();
+    QCOMPARE(lines.size(), 1);
+    QVERIFY(lines[0].startsWith("The settings file cannot be written: "_L1));
 }
 
 void tst_SettingsOnDisk::a_change_without_room_is_written_once_there_is_room()
@@ -150,12 +159,36 @@ void tst_SettingsOnDisk::a_change_without_room_is_written_once_there_is_room()
     {
         const Room room(10);
         settings::write(*store, settings::sensitivity[Side::Left], 300);
-        store->sync();
+        QVERIFY(store->flush());
     }
     settings::write(*store, settings::sensitivity[Side::Right], 400);
-    store->sync();
+    QVERIFY(store->flush());
     QCOMPARE(contentOf(fileName), QByteArray("[General]\nBallSpeed=25\nSensL=300\nSensR=400\n"));
 }
 
-QTEST_GUILESS_MAIN(tst_SettingsOnDisk)
+void tst_SettingsOnDisk::a_change_outlives_a_program_that_is_killed()
+{
+    write("[General]\nBallSpeed=25\nSensR=600\n");
+    QProcess program;
+    program.start(QCoreApplication::applicationFilePath(), {changeAndHang});
+    QTRY_COMPARE(contentOf(fileName), QByteArray("[General]\nBallSpeed=30\nSensR=600\n"));
+    program.kill();
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 30);
+    QCOMPARE(files(), QStringList{fileName});
+}
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    if (QCoreApplication::arguments().contains(changeAndHang)) {
+        const auto store = settings::open();
+        settings::write(*store, settings::ballSpeed, 30);
+        for (;;)
+            pause();
+    }
+    tst_SettingsOnDisk test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_settingsondisk.moc"

@@ -28,21 +28,27 @@ QByteArray contentOf(QLatin1StringView name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+void write(const QByteArray &content)
+{
+    QFile file(fileName);
+    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+}
+
 /// Requires that reading twice gives the same value.
 template <class T>
-void read(const QSettings &store, const Setting<T> &setting)
+void read(const SettingsStore &store, const Setting<T> &setting)
 {
     require(settings::read(store, setting) == settings::read(store, setting));
 }
 
 template <class T>
-void read(const QSettings &store, const SettingOfSides<T> &setting)
+void read(const SettingsStore &store, const SettingOfSides<T> &setting)
 {
     read(store, setting[Side::Left]);
     read(store, setting[Side::Right]);
 }
 
-void readAll(const QSettings &store)
+void readAll(const SettingsStore &store)
 {
     read(store, settings::ballSpeed);
     read(store, settings::controlMode);
@@ -53,41 +59,65 @@ void readAll(const QSettings &store)
         read(store, setting);
 }
 
-/// QSettings lists keys and groups without a name, but they have no value.
-bool isTextOrNone(const QVariant &value)
+bool isText(const QVariant &value)
 {
     if (value.typeId() == QMetaType::QVariantList) {
         const QVariantList list = value.toList();
-        return std::all_of(list.begin(), list.end(), isTextOrNone);
+        return std::all_of(list.begin(), list.end(), isText);
     }
-    return !value.isValid() || value.typeId() == QMetaType::QString
-        || value.typeId() == QMetaType::QStringList;
+    return value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QStringList;
 }
 
 /// Requires that QSettings created no value of another type.
-void requireText(const QSettings &store)
+void requireText(const SettingsStore &store)
 {
-    for (const QString &key : store.allKeys())
-        require(isTextOrNone(store.value(key)));
+    for (const QVariant &value : store.values())
+        require(isText(value));
+}
+
+/// The values as a file can hold them: texts and lists of texts.
+QMap<QString, QStringList> texts(const SettingsStore &store)
+{
+    QMap<QString, QStringList> texts;
+    for (auto entry = store.values().begin(); entry != store.values().end(); ++entry) {
+        const bool isNumber = !isText(*entry);
+        texts.insert(
+            entry.key(), isNumber ? QStringList(entry->toString()) : entry->toStringList());
+    }
+    return texts;
+}
+
+/// Copies the settings file to a new folder and continues there, because QSettings does not read a
+/// file of the same name, size and time again.
+void moveTo(const QTemporaryDir &folder)
+{
+    const QByteArray content = contentOf(fileName);
+    require(QDir::setCurrent(folder.path()));
+    write(content);
 }
 
 void play(const QByteArray &content)
 {
-    QFile file(fileName);
-    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    file.close();
+    write(content);
     const QByteArray plain = withoutTypedValues(content);
     require(withoutTypedValues(plain) == plain);
+    QMap<QString, QStringList> written;
     {
         const auto store = settings::open();
         requireText(*store);
         readAll(*store);
         settings::write(*store, settings::ballSpeed, 25);
         require(settings::read(*store, settings::ballSpeed) == 25);
+        written = texts(*store);
     }
     const QByteArray copy = contentOf(copyName);
     require(copy.isEmpty() || copy == content);
-    require(settings::read(*settings::open(), settings::ballSpeed) == 25);
+    const QTemporaryDir other;
+    moveTo(other);
+    const auto store = settings::open();
+    require(texts(*store) == written);
+    require(settings::read(*store, settings::ballSpeed) == 25);
+    require(!QFile::exists(copyName));
 }
 
 void keepQuiet(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString & /*text*/)

@@ -4,12 +4,12 @@
 #include "playercontrols.h"
 #include "pong.h"
 
-#include <QSettings>
 #include <QWidget>
 
 #include <memory>
 
 class QGridLayout;
+class SettingsStore;
 
 /// Only the players' widgets of the operator's window, with the same names and connected to
 /// PlayerControls in the same way, with a game and the settings of the working directory.
@@ -21,6 +21,7 @@ public:
     ~PlayerForm() override;
 
     Pong game;
+    const std::unique_ptr<SettingsStore> store;
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
@@ -28,7 +29,6 @@ private:
     PlayerWidgets makeWidgets(Side side, QGridLayout &layout);
     void connectWidgets(Side side, const PlayerWidgets &widgets);
 
-    std::unique_ptr<QSettings> m_store;
     PerSide<PlayerWidgets> m_widgets;
 
 public:

@@ -1,6 +1,7 @@
 #include "playerstage.h"
 
 #include "cxboxcontroller.h"
+#include "settingsstore.h"
 
 #include <QSettings>
 #include <QTest>
@@ -95,11 +96,11 @@ void PlayerStage::receive(int play, int status, int number, int value) const
 
 PlayerStage::Settings PlayerStage::settings() const
 {
-    const QSettings store(fileName, QSettings::IniFormat);
-    Settings all;
-    for (const QString &key : store.allKeys())
-        all.insert(key, store.value(key).toString());
-    return all;
+    if (m_form)
+        m_form->store->flush();
+    else if (window)
+        window->settings().flush();
+    return settingsIn(fileName);
 }
 
 PlayerStage::Settings PlayerStage::settingsSince(const Settings &before) const
