@@ -135,6 +135,11 @@ void tst_SettingsWriter::changes_are_held_back_and_written_together()
     SettingsStore store = makeStore();
     for (int speed = 21; speed <= 30; ++speed)
         store.setValue(u"BallSpeed"_s, speed);
+    // A store without a rest, changed later, serves as the clock.
+    const auto other = std::make_shared<Disk>();
+    SettingsStore clock({}, Disk::of(other), 0ms);
+    clock.setValue(u"BallSpeed"_s, 21);
+    QTRY_COMPARE(int(other->begun), 1);
     QCOMPARE(int(disk->begun), 0);
     QVERIFY(store.flush());
     QCOMPARE(disk->written(), QByteArrayList{fileWith(30)});
