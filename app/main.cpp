@@ -2,11 +2,13 @@
 #include "folderlock.h"
 #include "lasercontrols.h"
 #include "mainwindow.h"
+#include "ownversion.h"
 #include "showmode.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QMessageBox>
+#include <QSysInfo>
 
 #include <cstdlib>
 
@@ -24,6 +26,22 @@ void sayRunningAlready()
     QMessageBox::information(nullptr, QApplication::translate("main", "Already Running"), text);
 }
 
+void logStart()
+{
+    qDebug("Laser Rallyvane %s started on %s, %s, with Qt %s", ownVersionText,
+        qUtf8Printable(QSysInfo::prettyProductName()),
+        qUtf8Printable(QSysInfo::currentCpuArchitecture()), qVersion());
+}
+
+int show(QApplication &application)
+{
+    showmode::prepare(application);
+    MainWindow window;
+    QObject::connect(&window.laser(), &LaserControls::gameShownChanged, showmode::keepAwake);
+    window.show();
+    return window.isVisible() ? QApplication::exec() : EXIT_SUCCESS;
+}
+
 int run(QApplication &application)
 {
     // A second instance would switch off the first one's output when it connects to the host, and
@@ -34,11 +52,10 @@ int run(QApplication &application)
         return EXIT_FAILURE;
     }
     const DebugLog log;
-    showmode::prepare(application);
-    MainWindow window;
-    QObject::connect(&window.laser(), &LaserControls::gameShownChanged, showmode::keepAwake);
-    window.show();
-    return window.isVisible() ? QApplication::exec() : EXIT_SUCCESS;
+    logStart();
+    const int exitCode = show(application);
+    qDebug("Ended with exit code %d", exitCode);
+    return exitCode;
 }
 
 } // namespace

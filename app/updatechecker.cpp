@@ -3,7 +3,12 @@
 #include "update.h"
 #include "updatehost.h"
 
+#include <QDebug>
+
 bool MainWindow::CheckForUpdate()
 {
-    return checkForUpdate({.host = updateHost()}, ownVersion, releaseNotes);
+    const UpdateServer server = {.host = updateHost()};
+    qDebug().nospace() << "Checking for updates, version " << ownVersionText << ", server "
+                       << server.host;
+    return checkForUpdate(server, ownVersion, releaseNotes);
 }

@@ -65,15 +65,17 @@ void picture(benchmark::State &state, bool hasMirrors)
     double sent = now;
     for (auto _ : state) {
         now += picturePeriod;
-        for (; sent <= now; sent += framePeriod)
+        while (sent <= now) {
             projector.show(frames[next++ % frames.size()], sent);
+            sent += framePeriod;
+        }
         benchmark::DoNotOptimize(eye.look(now));
     }
 }
 
 void clearAndCopy(benchmark::State &state)
 {
-    const std::vector<std::uint32_t>::size_type pixels = side * side;
+    const std::vector<std::uint32_t>::size_type pixels = std::size_t(side) * side;
     std::vector<std::uint32_t> cleared(pixels);
     std::vector<std::uint32_t> copied(pixels);
     for (auto _ : state) {
@@ -85,11 +87,17 @@ void clearAndCopy(benchmark::State &state)
     }
 }
 
-BENCHMARK_CAPTURE(picture, sent, false)->Name("picture as sent/ours");
-BENCHMARK(clearAndCopy)->Name("picture as sent/baseline");
-BENCHMARK_CAPTURE(picture, drawn, true)->Name("picture as drawn/ours");
-BENCHMARK(clearAndCopy)->Name("picture as drawn/baseline");
-
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char *argv[])
+{
+    benchmark::RegisterBenchmark("picture as sent/ours", picture, false);
+    benchmark::RegisterBenchmark("picture as sent/baseline", clearAndCopy);
+    benchmark::RegisterBenchmark("picture as drawn/ours", picture, true);
+    benchmark::RegisterBenchmark("picture as drawn/baseline", clearAndCopy);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

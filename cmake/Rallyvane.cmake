@@ -14,6 +14,11 @@ if(RALLYVANE_SANITIZE)
         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${RALLYVANE_SANITIZE})
 endif()
+if(RALLYVANE_SANITIZE STREQUAL "thread" AND NOT QT_FEATURE_sanitize_thread)
+    # The sanitizer would not see its locks and queues, and report races that are none.
+    message(FATAL_ERROR "The Qt in ${Qt6_DIR} is not built with the thread sanitizer. "
+        "packaging/qt-tsan builds one; RALLYVANE_QT_TSAN names it. Configure with --fresh then.")
+endif()
 
 option(RALLYVANE_FUZZERS "Build the fuzzers, and instrument all code for coverage" OFF)
 if(RALLYVANE_FUZZERS)
@@ -22,6 +27,9 @@ if(RALLYVANE_FUZZERS)
     endif()
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
+
+# Seconds for a test, which takes longer with a sanitizer and on a busy machine.
+set(RALLYVANE_TEST_TIMEOUT 900)
 
 # rallyvane_library(NAME SOURCES... [LIBRARIES ...]): a static library whose only public include path
 # is its own folder.
@@ -42,28 +50,58 @@ function(rallyvane_test name)
     file(MAKE_DIRECTORY ${folder})
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${folder})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 120
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1"
+        TIMEOUT ${RALLYVANE_TEST_TIMEOUT}
         SKIP_REGULAR_EXPRESSION "SKIP +: [A-Za-z_]+::initTestCase\\(")
 endfunction()
 
-# rallyvane_show_in_windows(TARGET DESCRIPTION): gives a program its icon, version and manifest on
-# Windows. Does nothing on other systems.
-function(rallyvane_show_in_windows target description)
-    if(NOT WIN32)
-        return()
-    endif()
+# The maker, as programs, packages and the installer name it.
+set(RALLYVANE_COMPANY "Vellaro")
+set(RALLYVANE_COPYRIGHT "Copyright (C) 2026 ${RALLYVANE_COMPANY}")
+
+# The program's icon, made from its drawing: in Windows' format, or as a picture for Qt.
+if(WIN32)
     set(RALLYVANE_ICON ${CMAKE_BINARY_DIR}/rallyvane.ico)
-    set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
-    configure_file(${CMAKE_SOURCE_DIR}/app/windows/program.rc.in ${resource} @ONLY)
-    set_source_files_properties(${resource} PROPERTIES OBJECT_DEPENDS
-        "${RALLYVANE_ICON};${CMAKE_SOURCE_DIR}/app/windows/program.manifest")
-    target_sources(${target} PRIVATE ${resource})
-    if(NOT TARGET icon)
-        set(picture ${CMAKE_SOURCE_DIR}/packaging/icon/rallyvane.svg)
-        add_custom_command(OUTPUT ${RALLYVANE_ICON}
-            COMMAND ${CMAKE_SOURCE_DIR}/packaging/icon/make ${picture} ${RALLYVANE_ICON}
-            DEPENDS ${picture} ${CMAKE_SOURCE_DIR}/packaging/icon/make)
-        add_custom_target(icon DEPENDS ${RALLYVANE_ICON})
+else()
+    set(RALLYVANE_ICON ${CMAKE_BINARY_DIR}/rallyvane.png)
+endif()
+set(drawing ${CMAKE_SOURCE_DIR}/packaging/icon/rallyvane.svg)
+set(make_icon ${CMAKE_SOURCE_DIR}/packaging/icon/make)
+add_custom_command(OUTPUT ${RALLYVANE_ICON}
+    COMMAND ${make_icon} ${drawing} ${RALLYVANE_ICON} DEPENDS ${drawing} ${make_icon})
+add_custom_target(icon DEPENDS ${RALLYVANE_ICON})
+
+# rallyvane_describe(TARGET DESCRIPTION): gives a program its icon and, on Windows, its manifest and
+# version; a library its version there.
+function(rallyvane_describe target description)
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL EXECUTABLE)
+        add_dependencies(${target} icon)
     endif()
-    add_dependencies(${target} icon)
+    if(WIN32)
+        rallyvane_describe_to_windows(${target} ${type} ${description})
+    elseif(type STREQUAL EXECUTABLE)
+        target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/platform/linux/windowicon.cpp)
+        qt_add_resources(${target} icon PREFIX / BASE ${CMAKE_BINARY_DIR} FILES ${RALLYVANE_ICON})
+    endif()
+endfunction()
+
+function(rallyvane_describe_to_windows target type description)
+    set(windows ${CMAKE_SOURCE_DIR}/app/windows)
+    set(filetype VFT_DLL)
+    set(suffix .dll)
+    if(type STREQUAL EXECUTABLE)
+        set(filetype VFT_APP)
+        set(suffix .exe)
+    endif()
+    set(version ${CMAKE_CURRENT_BINARY_DIR}/${target}-version.rc)
+    configure_file(${windows}/version.rc.in ${version} @ONLY)
+    target_sources(${target} PRIVATE ${version})
+    if(type STREQUAL EXECUTABLE)
+        set(program ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+        configure_file(${windows}/program.rc.in ${program} @ONLY)
+        set_source_files_properties(${program} PROPERTIES OBJECT_DEPENDS
+            "${RALLYVANE_ICON};${windows}/program.manifest")
+        target_sources(${target} PRIVATE ${program})
+    endif()
 endfunction()

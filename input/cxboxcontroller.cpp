@@ -3,6 +3,7 @@
 #include <QThread>
 
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -93,14 +94,20 @@ void CXBOXController::stopPolling()
 
 XINPUT_STATE CXBOXController::getState() const
 {
-    XINPUT_STATE now = {};
-    XInputGetState(controllerIndex, &now);
+    XINPUT_STATE now;
+    read(now);
     return now;
 }
 
 bool CXBOXController::isConnected() const
 {
-    XINPUT_STATE now = {};
+    XINPUT_STATE now;
+    return read(now);
+}
+
+bool CXBOXController::read(XINPUT_STATE &now) const
+{
+    now = {};
     return XInputGetState(controllerIndex, &now) == ERROR_SUCCESS;
 }
 
@@ -128,8 +135,9 @@ void CXBOXController::CheckStates()
 {
     Q_ASSERT(QThread::currentThread() == QObject::thread());
     pollRequested = false;
+    bool answered = false;
     for (const ButtonSource &source : buttonSources) {
-        state = getState();
+        answered = read(state);
         bool &reported = buttonState[source.button];
         if (source.isPressed(state.Gamepad) != reported) {
             reported = !reported;
@@ -137,7 +145,7 @@ void CXBOXController::CheckStates()
         }
     }
     for (const StickSource &source : stickSources) {
-        state = getState();
+        answered = read(state);
         const SHORT value = withoutDeadZone(state.Gamepad.*source.value);
         SHORT &reported = axisValue[source.control];
         if (value != reported) {
@@ -145,4 +153,6 @@ void CXBOXController::CheckStates()
             emit controllerXbox(source.control, value);
         }
     }
+    if (std::exchange(connected, answered) != answered)
+        emit padConnection.changed(answered);
 }

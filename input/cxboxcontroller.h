@@ -20,6 +20,17 @@ constexpr SHORT withoutDeadZone(SHORT value)
     return value > -stickDeadZone && value < stickDeadZone ? SHORT(0) : value;
 }
 
+/// Reports whether a polled gamepad is connected.
+class PadConnection : public QObject
+{
+    Q_OBJECT
+
+signals:
+    /// The pad was unplugged or plugged in again. Emitted on the poller's worker thread; connect
+    /// with a queued connection.
+    void changed(bool connected);
+};
+
 /// Polls one gamepad and emits a signal for every change of a button or stick. An unplugged pad
 /// reads as released and centred.
 ///
@@ -67,6 +78,9 @@ public:
     XINPUT_STATE getState() const;
     /// Whether the pad is connected now. Any thread.
     bool isConnected() const;
+    /// Reports a pad that is unplugged while polled. A separate object, because the signals of this
+    /// class are a fixed interface.
+    const PadConnection &connection() const { return padConnection; }
     /// Drives the motors (0 ... 65535) and returns the system's result. Any thread.
     DWORD vibrate(quint16 leftMotor, quint16 rightMotor) const;
 
@@ -85,6 +99,8 @@ private slots:
     void CheckStates();
 
 private:
+    /// Reads the pad into `now`, all zero if it is not connected. Returns whether it is.
+    bool read(XINPUT_STATE &now) const;
     /// Queues a poll to the worker unless one is already queued. GUI thread.
     void requestPoll();
 
@@ -94,5 +110,7 @@ private:
     quint32 controllerIndex;
     std::array<bool, 16> buttonState = {}; ///< as last reported, by buttonList
     std::array<SHORT, 4> axisValue = {}; ///< as last reported, by controllerList
+    bool connected = true; ///< as last reported; only connected pads are polled at first
+    PadConnection padConnection;
     Relaxed<bool> pollRequested = false; ///< a poll is queued to the worker
 };

@@ -16,6 +16,21 @@ namespace {
 /// A stick must be pushed this far to be learnt, so that a light touch or stick drift is not.
 constexpr int learnDeflection = 25000;
 
+void logMidiDevice(const Player &player, const char *event)
+{
+    qDebug().nospace() << player.name() << ": MIDI device " << player.midiIn->getDeviceName() << ' '
+                       << event;
+}
+
+/// Closes the player's MIDI device; harmless without one.
+void closeMidiDevice(const Player &player)
+{
+    if (player.midiIn->getDeviceIndex() >= 0)
+        logMidiDevice(player, "closed");
+    player.midiIn->stop();
+    player.midiIn->close();
+}
+
 } // namespace
 
 void PlayerControls::fillMidiLists()
@@ -29,6 +44,7 @@ void PlayerControls::fillMidiLists()
     }
     for (unsigned i = 0; i < MidiDevIn::deviceCount(); ++i) {
         const QString name = MidiDevIn::deviceNameAt(static_cast<int>(i));
+        qDebug() << "MIDI device found:" << name;
         for (const Player &player : players)
             player.ui.midiList->addItem(name);
     }
@@ -47,8 +63,9 @@ void PlayerControls::fillXboxLists()
         return std::make_unique<CXBOXController>(static_cast<unsigned>(xboxControllers.size() + 1));
     };
     for (auto pad = nextPad(); pad->isConnected(); pad = nextPad()) {
-        connectPad(pad.get());
         xboxControllers.append(pad.release());
+        connectPad(xboxControllers.last());
+        qDebug("XBox controller %d found", int(xboxControllers.size()));
         for (const Player &player : players) {
             player.ui.xboxList->addItem(
                 WindowTexts::tr("XBox Controller ") + QString::number(xboxControllers.size()));
@@ -68,16 +85,21 @@ void PlayerControls::chooseMidiDevice(Side side, int entry)
             this, [this, &player] { stopPaddle(player); }, Qt::QueuedConnection);
     };
     if (entry <= 0) {
-        player.midiIn->stop();
-        player.midiIn->close();
+        closeMidiDevice(player);
         stopLater();
         return;
     }
-    const bool opened =
-        player.midiIn->open(static_cast<unsigned>(entry - 1), player.ui.midiList->window()) == 0;
+    MMRESULT result =
+        player.midiIn->open(static_cast<unsigned>(entry - 1), player.ui.midiList->window());
     stopLater();
-    if (opened && player.midiIn->start() == 0)
+    if (result == MMSYSERR_NOERROR) {
+        logMidiDevice(player, "opened");
+        result = player.midiIn->start();
+    }
+    if (result == MMSYSERR_NOERROR)
         return;
+    qDebug().nospace() << player.name() << ": MIDI device " << player.ui.midiList->itemText(entry)
+                       << " failed, result " << result;
     qDebug("Cannot open and start Midi device");
     player.ui.midiList->setCurrentIndex(0);
 }
@@ -85,10 +107,8 @@ void PlayerControls::chooseMidiDevice(Side side, int entry)
 void PlayerControls::closeMidiDevices()
 {
     for (const Player &player : players) {
-        if (player.midiIn->getDeviceIndex() < 0)
-            continue;
-        player.midiIn->stop();
-        player.midiIn->close();
+        if (player.midiIn->getDeviceIndex() >= 0)
+            closeMidiDevice(player);
     }
 }
 
@@ -101,8 +121,14 @@ void PlayerControls::xboxChanged()
         pad->stopPolling();
     for (Player &player : players) {
         CXBOXController *pad = padOf(player);
-        if (std::exchange(player.appliedPad, pad) != pad)
+        if (player.appliedPad != pad) {
+            player.appliedPad = pad;
+            if (pad)
+                qDebug("%s: XBox controller %d chosen", player.name(), numberOf(pad));
+            else
+                qDebug("%s: XBox controller released", player.name());
             learns(Control::Move, player.side) ? stopPlayersOf(player) : stopPaddle(player);
+        }
         if (pad)
             pad->startPolling();
     }
@@ -120,6 +146,15 @@ void PlayerControls::connectPad(const CXBOXController *pad)
         [this, pad](int button, bool pressed) { padPressed(pad, button, pressed); });
     connect(pad, &CXBOXController::controllerXbox, this,
         [this, pad](int control, int value) { padMoved(pad, control, value); });
+    connect(&pad->connection(), &PadConnection::changed, this,
+        [number = numberOf(pad)](bool connected) {
+            qDebug("XBox controller %d %s", number, connected ? "connected again" : "lost");
+        });
+}
+
+int PlayerControls::numberOf(const CXBOXController *pad) const
+{
+    return int(xboxControllers.indexOf(pad)) + 1;
 }
 
 CXBOXController *PlayerControls::padOf(const Player &player) const

@@ -1,8 +1,10 @@
+#include "controlnames.h"
 #include "looks.h"
 #include "playercontrols.h"
 #include "settings.h"
 #include "windowtexts.h"
 
+#include <QDebug>
 #include <QPushButton>
 
 namespace {
@@ -37,6 +39,26 @@ const SettingOfSides<uint> *keySetting(Control control)
         break;
     }
     return &settings::downKey;
+}
+
+const char *nameOf(Control control)
+{
+    switch (control) {
+    case Control::Move:
+        return "Move";
+    case Control::Start:
+        return "Start";
+    case Control::Up:
+        return "Up";
+    case Control::Down:
+        break;
+    }
+    return "Down";
+}
+
+void logLearnt(const Player &player, Control control, const QString &source)
+{
+    qDebug("%s: learnt %s, %s", player.name(), nameOf(control), qUtf8Printable(source));
 }
 
 } // namespace
@@ -84,6 +106,8 @@ bool PlayerControls::learnMidi(Side side, uint status, uint number)
     learning.reset();
     settings::write(store, (move ? settings::moveStatus : settings::startStatus)[side], status);
     settings::write(store, (move ? settings::moveNumber : settings::startNumber)[side], number);
+    logLearnt(
+        players[side], move ? Control::Move : Control::Start, controlnames::midi({status, number}));
     refreshLearnButtons();
     return true;
 }
@@ -92,11 +116,13 @@ bool PlayerControls::learnKey(const Player &player, uint key)
 {
     if (!learning || learning->side != player.side)
         return false;
-    const SettingOfSides<uint> *setting = keySetting(learning->control);
+    const Control control = learning->control;
+    const SettingOfSides<uint> *setting = keySetting(control);
     if (!setting)
         return false;
     learning.reset();
     settings::write(store, (*setting)[player.side], key);
+    logLearnt(player, control, controlnames::key(key));
     refreshLearnButtons();
     return true;
 }
@@ -104,6 +130,7 @@ bool PlayerControls::learnKey(const Player &player, uint key)
 void PlayerControls::xboxSetStartSource(int button, Side side)
 {
     settings::write(store, settings::xStart[side], button);
+    logLearnt(players[side], Control::Start, controlnames::padButton(button));
     if (learning && learning->control == Control::Start)
         learning.reset();
     xboxChanged();
@@ -112,6 +139,7 @@ void PlayerControls::xboxSetStartSource(int button, Side side)
 void PlayerControls::xboxSetControllerSource(int control, Side side)
 {
     settings::write(store, settings::xMove[side], control);
+    logLearnt(players[side], Control::Move, controlnames::padStick(control));
     if (learning && learning->control == Control::Move)
         learning.reset();
     xboxChanged();

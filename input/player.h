@@ -62,6 +62,8 @@ struct Player
     ControlMode appliedMode = ControlMode::Xbox;
     const CXBOXController *appliedPad = nullptr;
 
+    /// The side, for the log.
+    const char *name() const { return side == Side::Left ? "Left" : "Right"; }
     /// The mode selected by the radio buttons.
     ControlMode mode() const;
     /// Checks the radio button of a mode.

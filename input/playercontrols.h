@@ -98,6 +98,8 @@ private:
 
     // devicelists.cpp
     void connectPad(const CXBOXController *pad);
+    /// The pad's number in the lists.
+    int numberOf(const CXBOXController *pad) const;
     /// The poller of the gamepad that a player plays with, or null.
     CXBOXController *padOf(const Player &player) const;
     void padMoved(const CXBOXController *pad, int control, int value);

@@ -11,6 +11,7 @@
 #include <QSignalBlocker>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -34,14 +35,19 @@ LaserControls::LaserControls(const LaserWidgets &widgets, Pong &pong)
 
 void LaserControls::switchOutput()
 {
-    pong.enableOutput(ui.enableButton->isChecked());
+    const bool on = ui.enableButton->isChecked();
+    pong.enableOutput(on);
+    if (std::exchange(outputOn, on) != on)
+        qDebug("Laser output %s", on ? "enabled" : "disabled");
     showState(ui.enableButton, WindowTexts::tr("Disable Laser Output"),
         WindowTexts::tr("Enable Laser Output"));
 }
 
 void LaserControls::showGame()
 {
-    pong.gameShown = ui.showButton->isChecked();
+    const bool shown = ui.showButton->isChecked();
+    if (pong.gameShown.exchange(shown) != shown)
+        qDebug("Game %s", shown ? "shown" : "hidden");
     emit gameShownChanged(pong.gameShown);
     showState(ui.showButton, WindowTexts::tr("Hide pong"), WindowTexts::tr("Show pong"));
 }
@@ -49,6 +55,12 @@ void LaserControls::showGame()
 void LaserControls::chooseZone(int entry)
 {
     pong.setZone(entry - 1);
+    if (std::exchange(zoneEntry, entry) == entry)
+        return;
+    if (entry > 0)
+        qDebug("Zone %d selected", entry);
+    else
+        qDebug("No zone selected");
 }
 
 void LaserControls::RefreshZoneList(bool noZones)
@@ -72,6 +84,7 @@ void LaserControls::RefreshZoneList(bool noZones)
 void LaserControls::RefreshBeyondStatus(BeyondState beState)
 {
     RefreshZoneList(false);
+    logHost(beState);
     if (beState == BeyondReady) {
         showHostReady();
         return;
@@ -98,4 +111,19 @@ void LaserControls::showHostReady()
     ui.statusLabel->setText(WindowTexts::tr("BEYOND ")
         + QString::number(pong.binding()->beyondVersion) + WindowTexts::tr(" Started"));
     looks::apply(ui.statusLabel, looks::hostReady);
+}
+
+void LaserControls::logHost(BeyondState beState)
+{
+    const int build = pong.binding()->beyondVersion;
+    if (beState == BeyondReady) {
+        if (hostBuild != build)
+            qDebug("Host found: BEYOND %d, zones: %d", build, ui.zoneComboBox->count() - 1);
+        hostBuild = build;
+    } else if (hostBuild) {
+        qDebug("Host lost: BEYOND %d", *hostBuild);
+        hostBuild.reset();
+    } else if (build >= 0 && build < oldestBeyondBuild) {
+        qDebug("Host too old: BEYOND %d", build);
+    }
 }

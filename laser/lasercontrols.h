@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <optional>
+
 class QComboBox;
 class QLabel;
 class QPushButton;
@@ -19,7 +21,7 @@ struct LaserWidgets
 };
 
 /// The operator's laser controls: output, whether the game is shown, and in which zone. Shows the
-/// state of the host and disables the controls without one. GUI thread.
+/// state of the host and disables the controls without one. Logs every change. GUI thread.
 class LaserControls : public QObject
 {
     Q_OBJECT
@@ -45,7 +47,12 @@ signals:
 
 private:
     void showHostReady();
+    void logHost(BeyondState beState);
 
     LaserWidgets ui;
     Pong &pong;
+    // As last logged.
+    std::optional<int> hostBuild; ///< none without a host
+    bool outputOn = false;
+    int zoneEntry = -1; ///< of the zone list
 };

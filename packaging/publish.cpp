@@ -1,6 +1,7 @@
 // Writes the files that the maker uploads to publish a version: the version file and the installer,
 // with the names and in the folder that the update check expects.
 
+#include "installerfile.h"
 #include "ownversion.h"
 #include "versionfile.h"
 
@@ -94,14 +95,28 @@ bool readsAs(const QByteArray &bytes, const Entry &entry)
         && versionInHundredths(file.version) > 0;
 }
 
-std::optional<QByteArray> readInstaller(const QString &path)
+/// The installer of `version` in the file `path`.
+std::optional<QByteArray> installerOf(const QString &version, const QString &path)
 {
     if (QFileInfo(path).size() > largestInstaller)
         return refuse(u"%1 is larger than the program downloads"_s.arg(path));
-    std::optional<QByteArray> installer = contents(path);
-    if (installer && installer->isEmpty())
+    std::optional<QByteArray> bytes = contents(path);
+    if (!bytes)
+        return {};
+    if (bytes->isEmpty())
         return refuse(u"%1 is empty"_s.arg(path));
-    return installer;
+    const InstallerFile installer = readInstaller(*bytes);
+    if (!installer.fault.isEmpty())
+        return refuse(
+            u"%1 is not an installer of Laser Rallyvane: %2"_s.arg(path, installer.fault));
+    if (installer.version != version)
+        return refuse(u"%1 installs version \"%2\", the version to publish is %3"_s.arg(
+            path, installer.version, version));
+    if (!isUpdateHost(installer.updateHost))
+        return refuse(
+            u"%1 installs a program without an update host, which would never find "
+            "another update; build it with packaging/windows/build --update-host HOST"_s.arg(path));
+    return bytes;
 }
 
 /// Writes both files below `root`, the version file last, and reads them back.
@@ -150,7 +165,7 @@ bool publish(const QString &version, const QString &changelogPath, const QString
         refuse(u"the program could not read the version file"_s);
         return false;
     }
-    const std::optional<QByteArray> installer = readInstaller(installerPath);
+    const std::optional<QByteArray> installer = installerOf(version, installerPath);
     return installer && write(root, *entry, *versionFile, *installer);
 }
 

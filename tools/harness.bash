@@ -13,6 +13,13 @@ stage_end() {
     stage_processes=()
 }
 
+# stage_end_last: ends the process that was started last.
+stage_end_last() {
+    kill "${stage_processes[-1]}"
+    wait "${stage_processes[-1]}" 2>/dev/null || true
+    unset 'stage_processes[-1]'
+}
+
 # stage_fail MESSAGE: prints why the rehearsal failed and the programs' output, and exits.
 stage_fail() {
     echo "Failed: $1" >&2
@@ -62,7 +69,7 @@ stage_screen() {
     Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp -noreset 3>"$stage/display" \
         >"$stage/screen.out" 2>&1 </dev/null &
     stage_processes+=($!)
-    stage_until 20 test -s "$stage/display" || stage_fail "The X server did not start."
+    stage_until 60 test -s "$stage/display" || stage_fail "The X server did not start."
     DISPLAY=:$(cat "$stage/display")
     export DISPLAY
 }

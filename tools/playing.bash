@@ -20,9 +20,9 @@ stage_learn_keys() {
 # the ball is in flight.
 stage_play_point() {
     stage_keys d                                    # leave the score display
-    stage_hold w 1.6                                # out of the right paddle's reach
+    stage_hold w 3                                  # out of the right paddle's reach
     stage_keys d                                    # serve
     sleep 0.6
     "$@"
-    stage_until 15 stage_logged "Score LR = 1-0" || stage_fail "No point was scored."
+    stage_until 60 stage_logged "Score LR = 1-0" || stage_fail "No point was scored."
 }

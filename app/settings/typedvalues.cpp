@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+#include <ranges>
+
 // Parses lines, list elements, quotes and escapes exactly as QSettings does, because only its view
 // of where a value begins with "@" matters.
 
@@ -185,7 +187,7 @@ QByteArray withoutTypedValues(const QByteArray &iniText)
         }
     }
     QByteArray result = iniText;
-    for (auto at = typed.crbegin(); at != typed.crend(); ++at)
-        result.insert(*at, '@');
+    for (const qsizetype at : std::ranges::reverse_view(typed))
+        result.insert(at, '@');
     return result;
 }

@@ -25,17 +25,12 @@ struct Texts
 constexpr int mostShownLines = 40;
 constexpr qsizetype mostShownCharacters = 3000;
 
-/// Whether `url` is in the domain reserved for examples, the default of a build without a server.
-bool isExample(const QUrl &url)
-{
-    return url.host().endsWith(".example"_L1);
-}
-
 Download fetch(const UpdateServer &server, const QString &file, const DownloadLimits &limits)
 {
     const QUrl url("https://"_L1 + server.host + QLatin1StringView(updateFolder) + file);
-    Download answer = isExample(url) ? Download{.failure = u"this build has no update server"_s}
-                                     : download(url, limits);
+    Download answer = isUpdateHost(server.host)
+        ? download(url, limits)
+        : Download{.failure = u"this build has no update server"_s};
     if (answer.result == Download::Failed)
         qDebug("Cannot download %s: %s", qUtf8Printable(url.toDisplayString()),
             qUtf8Printable(answer.failure));

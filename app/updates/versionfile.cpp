@@ -1,5 +1,7 @@
 #include "versionfile.h"
 
+#include <QUrl>
+
 #include <cmath>
 #include <limits>
 
@@ -27,6 +29,12 @@ QByteArrayView before(QByteArrayView bytes, QByteArrayView these)
 }
 
 } // namespace
+
+bool isUpdateHost(const QString &host)
+{
+    const QString name = QUrl("https://"_L1 + host).host();
+    return !name.isEmpty() && !name.endsWith(".example"_L1);
+}
 
 QString installerName(const QString &version)
 {

@@ -18,6 +18,10 @@ inline constexpr char versionFileSeparator[] = "================================
 inline constexpr qint64 largestVersionFile = 1LL << 20;
 inline constexpr qint64 largestInstaller = 512LL << 20;
 
+/// Whether `host`, a name with or without a port, is an update server. A name under the reserved
+/// domain "example" is not: a build without a server has one.
+bool isUpdateHost(const QString &host);
+
 /// The name of the installer of `version`.
 QString installerName(const QString &version);
 

@@ -1,7 +1,7 @@
 ; The installer. It installs for the current user without administrator rights, into a writable
 ; folder, because the program keeps its settings, log and downloaded updates in its working folder.
-; packaging/windows/build defines VERSION, STAGE (the files to install), OUTPUT (removals.nsh), FILE,
-; ICON and TITLE (of the program's window).
+; packaging/windows/build defines STAGE (the files to install), OUTPUT (identity.nsh, removals.nsh),
+; FILE, ICON, TITLE (of the program's window) and SIGN (a command that gets a file).
 
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -15,8 +15,9 @@ RequestExecutionLevel user
 !include WinVer.nsh
 !include WinMessages.nsh
 !addincludedir "${OUTPUT}"
+!include identity.nsh
 
-!define PROGRAM "Laser Rallyvane"
+!define LIBRARY "BEYONDIOx64.dll"
 !define MENU "$SMPROGRAMS\${PROGRAM}"
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\LaserRallyvane"
 
@@ -25,23 +26,39 @@ OutFile "${FILE}"
 InstallDir "$LOCALAPPDATA\Programs\${PROGRAM}"
 InstallDirRegKey HKCU "${UNINSTALL_KEY}" "InstallLocation"
 BrandingText "${PROGRAM} ${VERSION}"
+!uninstfinalize '"${SIGN}" "%1"' = 0
 
 VIProductVersion "${VERSION}.0.0"
 VIAddVersionKey "ProductName" "${PROGRAM}"
 VIAddVersionKey "ProductVersion" "${VERSION}"
 VIAddVersionKey "FileVersion" "${VERSION}"
 VIAddVersionKey "FileDescription" "${PROGRAM} setup"
-VIAddVersionKey "CompanyName" "Vellaro"
-VIAddVersionKey "LegalCopyright" "Vellaro"
+VIAddVersionKey "CompanyName" "${COMPANY}"
+VIAddVersionKey "LegalCopyright" "${COPYRIGHT}"
+; Checked by packaging/publish.
+VIAddVersionKey "UpdateHost" "${UPDATE_HOST}"
+
+; The text of the last page about the host's library, and which program that page offers to start.
+Var LibraryText
+Var Offer
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
 !define MUI_ABORTWARNING
+!define MUI_FINISHPAGE_TEXT "$LibraryText"
+!define MUI_FINISHPAGE_TEXT_LARGE
 !define MUI_FINISHPAGE_RUN
 !define MUI_FINISHPAGE_RUN_TEXT "Start ${PROGRAM}"
 !define MUI_FINISHPAGE_RUN_FUNCTION StartProgram
+; The only second box that the page can have.
+!define MUI_FINISHPAGE_SHOWREADME
+!define MUI_FINISHPAGE_SHOWREADME_TEXT "Rehearse without a laser"
+!define MUI_FINISHPAGE_SHOWREADME_FUNCTION StartRehearsal
+!define MUI_FINISHPAGE_NOREBOOTSUPPORT
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
+!define MUI_PAGE_CUSTOMFUNCTION_PRE LookForLibrary
+!define MUI_PAGE_CUSTOMFUNCTION_SHOW OfferWhatCanStart
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
@@ -113,6 +130,63 @@ Function StartProgram
     Exec '"$INSTDIR\rallyvane.exe"'
 FunctionEnd
 
+Function StartRehearsal
+    SetOutPath "$INSTDIR"
+    Exec '"$INSTDIR\rehearse.exe"'
+FunctionEnd
+
+; Looks for the host's library where the program will: beside it, in the system's folders, and in
+; those of PATH, which may be longer than a string here.
+Function LookForLibrary
+    System::Call 'kernel32::SearchPathW(w "$INSTDIR;$SYSDIR;$WINDIR\System;$WINDIR", \
+        w "${LIBRARY}", p 0, i ${NSIS_MAX_STRLEN}, w .r1, p 0) i .r0'
+    ${If} $0 == 0
+        System::Alloc 65536
+        Pop $2
+        System::Call 'kernel32::GetEnvironmentVariableW(w "PATH", p r2, i 32768)'
+        System::Call 'kernel32::SearchPathW(p r2, w "${LIBRARY}", p 0, i ${NSIS_MAX_STRLEN}, \
+            w .r1, p 0) i .r0'
+        System::Free $2
+    ${EndIf}
+    StrCpy $LibraryText "The game needs BEYOND's library, ${LIBRARY}, beside rallyvane.exe or \
+elsewhere in the system's search order. It comes with BEYOND.$\r$\n$\r$\n"
+    ${If} $0 == 0
+        StrCpy $LibraryText "$LibraryTextIt was not found. Copy it into the program's folder, or \
+rehearse without it."
+        StrCpy $Offer rehearsal
+    ${Else}
+        StrCpy $LibraryText "$LibraryTextIt was found:$\r$\n$1"
+        StrCpy $Offer game
+    ${EndIf}
+FunctionEnd
+
+; Game and rehearsal cannot run at the same time in one folder, so ticking one clears the other.
+!macro OnlyOneOf clicked other
+    Pop $0
+    ${NSD_GetState} ${clicked} $0
+    ${If} $0 == ${BST_CHECKED}
+        ${NSD_Uncheck} ${other}
+    ${EndIf}
+!macroend
+
+Function StartClicked
+    !insertmacro OnlyOneOf $mui.FinishPage.Run $mui.FinishPage.ShowReadme
+FunctionEnd
+
+Function RehearseClicked
+    !insertmacro OnlyOneOf $mui.FinishPage.ShowReadme $mui.FinishPage.Run
+FunctionEnd
+
+Function OfferWhatCanStart
+    ${If} $Offer == game
+        ${NSD_Uncheck} $mui.FinishPage.ShowReadme
+    ${Else}
+        ${NSD_Uncheck} $mui.FinishPage.Run
+    ${EndIf}
+    ${NSD_OnClick} $mui.FinishPage.Run StartClicked
+    ${NSD_OnClick} $mui.FinishPage.ShowReadme RehearseClicked
+FunctionEnd
+
 Section
     Call EndProgram
     ; Removes files that only the older version had. Settings are kept.
@@ -137,7 +211,7 @@ Section
     WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayName" "${PROGRAM}"
     WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
     WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayIcon" "$INSTDIR\rallyvane.exe"
-    WriteRegStr HKCU "${UNINSTALL_KEY}" "Publisher" "Vellaro"
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "Publisher" "${COMPANY}"
     WriteRegStr HKCU "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
     WriteRegStr HKCU "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
     WriteRegStr HKCU "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'

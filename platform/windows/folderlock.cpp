@@ -10,7 +10,7 @@
 FolderLock::FolderLock(const QString &folder)
 {
     const QString name = QDir::toNativeSeparators(QDir(folder).filePath(".rallyvane.lock"));
-    const HANDLE file = CreateFileW(reinterpret_cast<LPCWSTR>(name.utf16()), GENERIC_WRITE | DELETE,
+    HANDLE file = CreateFileW(reinterpret_cast<LPCWSTR>(name.utf16()), GENERIC_WRITE | DELETE,
         FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
         FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
     if (file == INVALID_HANDLE_VALUE)
@@ -22,5 +22,5 @@ FolderLock::FolderLock(const QString &folder)
 FolderLock::~FolderLock()
 {
     if (handle != -1)
-        CloseHandle(reinterpret_cast<HANDLE>(handle));
+        CloseHandle(reinterpret_cast<HANDLE>(handle)); // NOLINT(performance-no-int-to-ptr)
 }

@@ -57,7 +57,7 @@ QPixmap drawn(Glyph glyph, const QColor &color)
 
 QIcon glyphIcon(Glyph glyph, const QColor &color)
 {
-    return QIcon(drawn(glyph, color));
+    return drawn(glyph, color);
 }
 
 QIcon switchIcon(Glyph off, const QColor &offColor, Glyph on, const QColor &onColor)

@@ -56,6 +56,9 @@ void explain(QAction *action, const QString &text)
 } // namespace
 
 HostActions::HostActions(QMainWindow &window)
+    : leaveFullScreen(new QAction(&window))
+    , pace(new QActionGroup(&window))
+    , zones(new QActionGroup(&window))
 {
     file = window.menuBar()->addMenu(tr("&File"));
     addShow(window);
@@ -82,7 +85,6 @@ HostActions::HostActions(QMainWindow &window)
     large = addSwitch(window, view, "large", tr("One &Zone Large"), QKeySequence(Qt::Key_L));
     fullScreen =
         addSwitch(window, view, "fullScreen", tr("F&ull Screen"), QKeySequence(Qt::Key_F11));
-    leaveFullScreen = new QAction(&window);
     leaveFullScreen->setShortcut(Qt::Key_Escape);
     window.addAction(leaveFullScreen);
 
@@ -91,7 +93,6 @@ HostActions::HostActions(QMainWindow &window)
     nextPoint = add(window, frame, tr("&Next Point"), QKeySequence(Qt::Key_Right));
     previousPoint = add(window, frame, tr("&Previous Point"), QKeySequence(Qt::Key_Left));
     frame->addSeparator();
-    pace = new QActionGroup(&window);
     addChoice(window, frame, pace, tr("&Real Pace"), QKeySequence(Qt::Key_0), 1.0);
     addChoice(window, frame, pace, tr("Slow Motion 1 : 10"), QKeySequence(Qt::Key_1), 0.1);
     addChoice(window, frame, pace, tr("Slow Motion 1 : 100"), QKeySequence(Qt::Key_2), 0.01);
@@ -108,7 +109,6 @@ HostActions::HostActions(QMainWindow &window)
     gone = addSwitch(window, host, "gone", tr("&Gone"), QKeySequence(Qt::CTRL | Qt::Key_G));
     host->addSeparator();
     QMenu *zoneMenu = host->addMenu(tr("&Zones"));
-    zones = new QActionGroup(&window);
     for (int count = 0; count <= maxZones; ++count) {
         addChoice(window, zoneMenu, zones, QStringLiteral("&%1").arg(count),
             QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + count)), count);

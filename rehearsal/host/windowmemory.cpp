@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QSettings settings()
@@ -16,11 +18,11 @@ QSettings settings()
     return {QStringLiteral(".rehearsal"), QSettings::IniFormat};
 }
 
-const auto geometryKey = QStringLiteral("geometry");
-const auto pointRateKey = QStringLiteral("pointRate");
-const auto colorDelayKey = QStringLiteral("colorDelayMicroseconds");
-const auto persistenceKey = QStringLiteral("persistenceMilliseconds");
-const auto longestStandKey = QStringLiteral("standLimitMilliseconds");
+constexpr auto geometryKey = "geometry"_L1;
+constexpr auto pointRateKey = "pointRate"_L1;
+constexpr auto colorDelayKey = "colorDelayMicroseconds"_L1;
+constexpr auto persistenceKey = "persistenceMilliseconds"_L1;
+constexpr auto longestStandKey = "standLimitMilliseconds"_L1;
 
 /// With the frame that a desktop puts around it.
 constexpr QSize gameSize(950, 430);

@@ -13,7 +13,7 @@ constexpr double reach = 1.0 / 32;
 void Glow::resize(const Exposure &exposure)
 {
     m_tilesPerSide = exposure.tilesPerSide();
-    const std::size_t cells = std::size_t(m_tilesPerSide) * cellsPerTile + 2 * border;
+    const std::size_t cells = std::size_t(m_tilesPerSide) * cellsPerTile + 2 * std::size_t(border);
     const std::size_t tiles = std::size_t(m_tilesPerSide) * std::size_t(m_tilesPerSide);
     m_rowSize = cells;
     for (std::vector<Light> *all : {&m_cells, &m_across, &m_blurred})
@@ -75,7 +75,8 @@ void Glow::gather(const Exposure &exposure, int tileX, int tileY, float gain)
     for (int y = tileY * cellsPerTile; y < (tileY + 1) * cellsPerTile; ++y) {
         std::array<Light, cellsPerTile> sums{};
         for (int line = 0; line < cellSide; ++line) {
-            const Light *pixel = exposure.row(y * cellSide + line) + tileX * Exposure::tileSide;
+            const Light *pixel =
+                exposure.row(y * cellSide + line) + std::ptrdiff_t(tileX) * Exposure::tileSide;
             for (std::size_t x = 0; x < Exposure::tileSide; ++x)
                 sums[x / cellSide] += pixel[x];
         }

@@ -36,7 +36,7 @@ private:
     {
         return (tiles[tileAt(tileX, tileY)] & 1) != 0;
     }
-    Light *cell(std::vector<Light> &cells, int x, int y)
+    Light *cell(std::vector<Light> &cells, int x, int y) const
     {
         return cells.data() + std::size_t(y + border) * m_rowSize + std::size_t(x + border);
     }

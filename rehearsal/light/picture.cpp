@@ -37,9 +37,10 @@ bool Picture::develop(Exposure &exposure)
     resize(exposure);
     m_glow.spread(exposure, m_gain * glowShare);
     bool anyLit = false;
+    std::size_t tile = 0;
     for (int y = 0; y < exposure.tilesPerSide(); ++y) {
         for (int x = 0; x < exposure.tilesPerSide(); ++x) {
-            std::uint8_t &shown = m_shown[std::size_t(y * exposure.tilesPerSide() + x)];
+            std::uint8_t &shown = m_shown[tile++];
             if (!m_glow.reaches(x, y) && shown == 0)
                 continue;
             const bool isLit = developTile(exposure, x, y);
@@ -71,7 +72,7 @@ QRgb Picture::developRow(const Exposure &exposure, int tileX, int y, std::span<Q
 {
     constexpr int cellSide = Glow::cellSide;
     const float scale = exposure.scale() * m_gain;
-    const Light *beam = exposure.row(y) + tileX * Exposure::tileSide;
+    const Light *beam = exposure.row(y) + std::ptrdiff_t(tileX) * Exposure::tileSide;
     const Glow::Row cells = m_glow.row(tileX, y);
     const int width = static_cast<int>(shown.size());
     QRgb lit = 0;

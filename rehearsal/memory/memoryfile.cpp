@@ -1,5 +1,7 @@
 #include "memoryfile.h"
 
+#include "privatefile.h"
+
 #include <QByteArray>
 #include <QDir>
 
@@ -28,19 +30,16 @@ QString memoryFilePath()
 
 bool MemoryFile::create(const QString &path)
 {
-    m_file.setFileName(path);
-    if (!m_file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
-        return false;
-    m_file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    return fill() && map();
+    m_refusal = privatefile::create(m_file, path);
+    return m_refusal.isEmpty() && fill() && map();
 }
 
 bool MemoryFile::attach(const QString &path)
 {
-    m_file.setFileName(path);
-    return !path.isEmpty()
-        && m_file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered)
-        && m_file.size() >= memorySize && map();
+    if (path.isEmpty())
+        return false;
+    m_refusal = privatefile::open(m_file, path);
+    return m_refusal.isEmpty() && m_file.size() >= memorySize && map();
 }
 
 bool MemoryFile::fill()

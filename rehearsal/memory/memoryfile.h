@@ -12,7 +12,7 @@ inline constexpr char rehearsalVariable[] = "RALLYVANE_REHEARSAL";
 /// has characters other than letters, digits, '.', '-' and '_'.
 ///
 /// The file is in the user's runtime folder if the system has one (in memory, removed with the
-/// session), otherwise in the folder for temporary files.
+/// session), otherwise in the folder for temporary files. Either way other users cannot access it.
 QString memoryFilePath();
 
 /// Maps the shared memory into this process for the lifetime of this object. The file is not
@@ -23,10 +23,10 @@ public:
     /// Creates or resizes the file and maps it. Its blocks are allocated up front, so that later
     /// writes cannot fail. By the host.
     bool create(const QString &path);
-    /// Maps an existing file of full size. By the game.
+    /// Maps an existing file of full size that only this user can access. By the game.
     bool attach(const QString &path);
     /// Why the last create or attach failed.
-    QString errorString() const { return m_file.errorString(); }
+    QString errorString() const { return m_refusal.isEmpty() ? m_file.errorString() : m_refusal; }
 
     /// Null until create or attach has returned true.
     SharedMemory *memory() const { return m_memory; }
@@ -36,5 +36,6 @@ private:
     bool map();
 
     QFile m_file;
+    QString m_refusal; ///< why the file could not be opened
     SharedMemory *m_memory = nullptr;
 };

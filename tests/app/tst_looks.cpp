@@ -27,7 +27,7 @@ double luminance(QRgb colour)
 /// The contrast ratio, 1 to 21.
 double contrast(QRgb one, QRgb other)
 {
-    const auto [dark, light] = std::minmax(luminance(one), luminance(other));
+    const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
     return (light + 0.05) / (dark + 0.05);
 }
 

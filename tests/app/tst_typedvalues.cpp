@@ -52,8 +52,8 @@ void tst_TypedValues::an_at_sign_that_begins_a_type_is_doubled_data()
         QTest::addRow("%s", name) << before << after;
     };
     add("plain", "a=@Rect(1 2 3 4)", "a=@@Rect(1 2 3 4)");
-    add("a value of its own size", "a=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x19)",
-        "a=@@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x19)");
+    add("a value of its own size", R"(a=@Variant(\0\0\0\x2\0\0\0\x19))",
+        R"(a=@@Variant(\0\0\0\x2\0\0\0\x19))");
     add("with spaces around", "a = \t@Size(1 2) \t", "a = \t@@Size(1 2) \t");
     add("in quotes", "a=\"@Size(1 2)\"", "a=@\"@Size(1 2)\"");
     add("behind empty quotes", "a=\"\" @Size(1 2)", "a=@\"\" @Size(1 2)");
@@ -105,7 +105,7 @@ void tst_TypedValues::other_text_is_unchanged_byte_for_byte_data()
     add("a doubled one", "a=@@Size(1 2)");
     add("a doubled one, escaped", "a=\\x40\\x40Size(1 2)");
     add("text that QSettings wrote with a zero in it", "a=@String(@Size(1 2)\\0)");
-    add("a path", "a=C:\\\\show\\\\@Size(1 2)");
+    add("a path", R"(a=C:\\show\\@Size(1 2))");
     add("a comma in quotes", "a=\"b, @Size(1 2)\"");
     add("a comment", ";a=@Size(1 2)\n");
     add("a comment behind a value", "a=1;b=@Size(1 2)\n");

@@ -89,13 +89,14 @@ QString updateHost()
     return qEnvironmentVariable("ENDING_SERVER");
 }
 
-/// Overrides the system's function for every library of the process.
+/// Overrides the system's function for every library of the process. The parameters have the names
+/// that the system gives them.
 extern "C" __attribute__((visibility("default"))) int getaddrinfo(
-    const char *name, const char *service, const addrinfo *hints, addrinfo **result)
+    const char *name, const char *service, const addrinfo *req, addrinfo **pai)
 {
     while (qEnvironmentVariable("ENDING_LOOKUP") == QLatin1StringView("hangs"))
         pause();
     static const auto system =
         reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
-    return system(name, service, hints, result);
+    return system(name, service, req, pai);
 }

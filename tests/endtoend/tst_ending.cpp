@@ -5,11 +5,13 @@
 // ENDING_ROUNDS repeats each row, adds moments and limits each exit to one second; see
 // tests/endtoend/ending.
 
+#include "ownversion.h"
 #include "updatecase.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QSysInfo>
 #include <QTcpServer>
 #include <QTest>
 
@@ -38,6 +40,18 @@ constexpr int never = -1;
 /// In milliseconds. Enough for any step on a busy machine, while a hanging lookup takes for ever.
 constexpr qint64 patience = 30'000;
 
+/// The messages in a log, without times and threads.
+QStringList messagesIn(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    for (QString &line : lines)
+        line = line.section(u"] "_s, 1);
+    return lines;
+}
+
 } // namespace
 
 class tst_Ending : public QObject
@@ -48,6 +62,7 @@ private slots:
     void initTestCase();
     void the_program_ends_with_its_window_data();
     void the_program_ends_with_its_window();
+    void the_log_begins_with_version_and_system_and_ends_with_the_exit_code();
 
 private:
     QString serverName(Server server);
@@ -58,6 +73,7 @@ private:
     QTemporaryDir folder; ///< holds the certificate and a program without the host's library
     std::optional<HttpsServer> website;
     QTcpServer mute;
+    QStringList log; ///< of the last program, without times and threads
     quint16 closedPort = 0; ///< without a server
 };
 
@@ -136,6 +152,7 @@ std::optional<qint64> tst_Ending::end(
     (void)QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, int(patience));
     process.kill();
     process.waitForFinished();
+    log = messagesIn(stage.filePath(u"rallyvane.log"_s));
     return time;
 }
 
@@ -187,6 +204,20 @@ void tst_Ending::the_program_ends_with_its_window()
     qInfo("%d of %d ended, the slowest within %lld ms", rounds, rounds, longest);
     if (rounds > 1)
         QVERIFY2(longest < 1000, qPrintable(QString::number(longest)));
+}
+
+void tst_Ending::the_log_begins_with_version_and_system_and_ends_with_the_exit_code()
+{
+    const QString program = QCoreApplication::applicationDirPath() + "/endingprogram"_L1;
+    QVERIFY(end(program, UpToDate, 400, 0, 0));
+    QVERIFY(!log.isEmpty());
+    QCOMPARE(log.constFirst(),
+        u"Laser Rallyvane %1 started on %2, %3, with Qt %4"_s.arg(QLatin1StringView(ownVersionText),
+            QSysInfo::prettyProductName(), QSysInfo::currentCpuArchitecture(),
+            QLatin1StringView(qVersion())));
+    const QString check = u"Checking for updates, version %1, server \"%2\""_s;
+    QCOMPARE(log.count(check.arg(QLatin1StringView(ownVersionText), website->host())), 1);
+    QCOMPARE(log.constLast(), u"Ended with exit code 0"_s);
 }
 
 QTEST_GUILESS_MAIN(tst_Ending)

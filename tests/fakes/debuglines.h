@@ -17,6 +17,7 @@ public:
         : m_kind(kind)
     {
         current = this;
+        // Only now may lines arrive. NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer)
         m_previous = qInstallMessageHandler(&DebugLines::take);
     }
     ~DebugLines()

@@ -68,7 +68,8 @@ void useAll(Recording &recording)
         log.note(entry.zone, frame);
         const auto section =
             ildaSection(frame.points, {0, 1, entry.zone}, ColorOrder::RedGreenBlue);
-        check(section.size() == qsizetype(32 + 8 * std::max<std::size_t>(frame.points.size(), 1)));
+        check(
+            std::size_t(section.size()) == 32 + 8 * std::max<std::size_t>(frame.points.size(), 1));
     }
     log.report();
     QBuffer text;

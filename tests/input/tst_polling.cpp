@@ -187,6 +187,9 @@ void tst_Polling::deleting_a_poller_waits_for_the_poll_under_way()
     Stall stall(system);
     auto controller = std::make_unique<CXBOXController>(1);
     settle(*controller);
+    // Connecting to the thread while it starts would race with its own signal.
+    QMetaObject::invokeMethod(
+        controller.get(), [] {}, Qt::BlockingQueuedConnection);
     bool finished = false;
     connect(
         threadOf(*controller), &QThread::finished, this, [&] { finished = true; },

@@ -199,6 +199,7 @@ void tst_HostLibrary::garbage_in_the_memory_is_no_host()
     const RehearsalName name;
     QFile file(name.path());
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)); // not refused for these
     file.close();
     QCOMPARE(ldbBeyondExeReady(), 0);
     QCOMPARE(ldbGetZoneCount(), 0);

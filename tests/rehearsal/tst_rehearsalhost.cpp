@@ -307,7 +307,9 @@ void tst_RehearsalHost::a_killed_game_that_left_a_zone_lit_is_reported()
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QString report = QString::fromUtf8(file.readAll()).remove(u'\r');
     QVERIFY2(report.contains(u"  game gone: zone 1 not dark\n"_s), qPrintable(report));
-    QVERIFY2(report.contains(u"\nLeft lit: 1 of 1 endings.\n"_s), qPrintable(report));
+    // On a busy machine the frames are seen to stop before the game is seen to be gone.
+    static const QRegularExpression allLit(u"\nLeft lit: ([12]) of \\1 endings\\.\n"_s);
+    QVERIFY2(allLit.match(report).hasMatch(), qPrintable(report));
 }
 
 void tst_RehearsalHost::it_has_the_properties_given_as_options()

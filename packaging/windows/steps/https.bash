@@ -8,14 +8,15 @@ certificate() {
         2>/dev/null
 }
 
-# serve_page: serves a page on a free port, stored in $port. The response has a Content-Length, as an
-# update's has, because Wine's Schannel does not report the end of a connection.
-serve_page() {
-    printf 'HTTP/1.1 200 OK\r\nContent-Length: 15\r\n\r\nIt came by TLS.' >"$https/page.txt"
-    (cd "$https" && exec openssl s_server -accept 127.0.0.1:0 -HTTP -key server-key.pem \
-        -cert server.pem) >"$https/listening.out" 2>&1 &
+# serve_files FOLDER PORT: serves files, which contain their headers, with the certificate "server" on
+# a port, 0 for a free one, and stores it in $port. They need a Content-Length, because Wine's Schannel
+# does not report the end of a connection.
+serve_files() {
+    : >"$https/listening.out"
+    (cd "$1" && exec openssl s_server -accept "127.0.0.1:$2" -HTTP -key "$https/server-key.pem" \
+        -cert "$https/server.pem") >"$https/listening.out" 2>&1 &
     stage_processes+=($!)
-    stage_until 10 grep -q ACCEPT "$https/listening.out" || stage_fail "The HTTPS server did not start."
+    stage_until 60 grep -q ACCEPT "$https/listening.out" || stage_fail "The HTTPS server did not start."
     port=$(sed -n 's/^ACCEPT .*:\([0-9]*\)$/\1/p' "$https/listening.out")
 }
 
@@ -38,7 +39,8 @@ step_https() {
     mkdir "$https"
     certificate server
     certificate other
-    serve_page
+    printf 'HTTP/1.1 200 OK\r\nContent-Length: 15\r\n\r\nIt came by TLS.' >"$https/page.txt"
+    serve_files "$https" 0
     cp "$output/bin/httpsget.exe" "$home"
     fetch_page server
     expect "TLS did not use Schannel." grep -q '^schannel' "$https/server.out"

@@ -49,7 +49,7 @@ step_update() {
     after install keys
     start_rehearsal update
     stage_show_game
-    stage_until 10 lit_frames update || stage_fail "The laser was not lit."
+    stage_until 60 lit_frames update || stage_fail "The laser was not lit."
     echo "not of this version" >"$home/rallyvane.exe.sig"
     run_quietly "$installer" /S
     await_end
@@ -71,9 +71,9 @@ step_uninstall() {
     local menu left
     menu=$(menu_folder)
     run_quietly "$home/uninstall.exe" /S
-    stage_until 20 test ! -e "$home/uninstall.exe" || stage_fail "The uninstaller is still there."
-    stage_until 20 test ! -e "$menu" || stage_fail "The start menu folder is still there."
-    stage_until 20 is_unregistered || stage_fail "The registry entry is still there."
+    stage_until 60 test ! -e "$home/uninstall.exe" || stage_fail "The uninstaller is still there."
+    stage_until 60 test ! -e "$menu" || stage_fail "The start menu folder is still there."
+    stage_until 60 is_unregistered || stage_fail "The registry entry is still there."
     left=$(cd "$home" && find . -type f | sort | tr '\n' ' ')
     expect "Left behind: $left" test "$left" = "./.pong ./.rehearsal ./rallyvane.log "
     rm -f "$done_steps"/*

@@ -2,11 +2,20 @@
 
 #include <windows.h>
 
+namespace {
+
+HANDLE handleOf(std::intptr_t number)
+{
+    return reinterpret_cast<HANDLE>(number); // NOLINT(performance-no-int-to-ptr)
+}
+
+} // namespace
+
 void ProcessWatch::watch(std::uint64_t process)
 {
     release();
     m_watching = true;
-    const HANDLE handle = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(process));
+    HANDLE handle = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(process));
     if (handle)
         m_handle = reinterpret_cast<std::intptr_t>(handle);
     else
@@ -16,7 +25,7 @@ void ProcessWatch::watch(std::uint64_t process)
 void ProcessWatch::release()
 {
     if (m_handle != none)
-        CloseHandle(reinterpret_cast<HANDLE>(m_handle));
+        CloseHandle(handleOf(m_handle));
     m_handle = none;
     m_watching = false;
     m_ended = false;
@@ -26,5 +35,5 @@ bool ProcessWatch::hasEnded() const
 {
     if (m_handle == none)
         return m_ended;
-    return WaitForSingleObject(reinterpret_cast<HANDLE>(m_handle), 0) == WAIT_OBJECT_0;
+    return WaitForSingleObject(handleOf(m_handle), 0) == WAIT_OBJECT_0;
 }
