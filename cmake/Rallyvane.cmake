@@ -40,6 +40,17 @@ function(rallyvane_library name)
     target_link_libraries(${name} PUBLIC ${arg_LIBRARIES} PRIVATE rallyvane_options)
 endfunction()
 
+# rallyvane_targets_below(FOLDER RESULT): the targets of a folder and its subfolders.
+function(rallyvane_targets_below folder result)
+    get_property(found DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)
+    get_property(folders DIRECTORY ${folder} PROPERTY SUBDIRECTORIES)
+    foreach(below IN LISTS folders)
+        rallyvane_targets_below(${below} more)
+        list(APPEND found ${more})
+    endforeach()
+    set(${result} ${found} PARENT_SCOPE)
+endfunction()
+
 # rallyvane_test(NAME SOURCES... [LIBRARIES ...]): a Qt Test program that CTest runs offscreen in its
 # own folder. Reported as skipped if initTestCase() skips.
 function(rallyvane_test name)

@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-#include <ranges>
+#include <algorithm>
 
 // Parses lines, list elements, quotes and escapes exactly as QSettings does, because only its view
 // of where a value begins with "@" matters.
@@ -187,7 +187,6 @@ QByteArray withoutTypedValues(const QByteArray &iniText)
         }
     }
     QByteArray result = iniText;
-    for (const qsizetype at : std::ranges::reverse_view(typed))
-        result.insert(at, '@');
+    std::for_each(typed.crbegin(), typed.crend(), [&](qsizetype at) { result.insert(at, '@'); });
     return result;
 }

@@ -7,6 +7,8 @@
     extern "C" REHEARSAL_EXPORT std::int32_t name parameters;
 LDB_ENTRY_POINTS(DECLARE_ENTRY_POINT)
 
+#include "unusedentries.h"
+
 namespace {
 
 HostLink host; // lives as long as the library; clazy:exclude=non-pod-global-static
@@ -56,43 +58,3 @@ std::int32_t ldbSendFrame(std::int32_t /*frameType*/, std::int32_t zone, std::in
 {
     return host.sendFrame(zone, pointCount, points) ? 1 : 0;
 }
-
-// Never called by the game, but it refuses a library that lacks one of them.
-#define ANSWER_NEUTRALLY(name) \
-    std::int32_t name()        \
-    {                          \
-        return 0;              \
-    }
-ANSWER_NEUTRALLY(ldbGetDllVersion)
-ANSWER_NEUTRALLY(ldbBeyondExeStarted)
-ANSWER_NEUTRALLY(ldbBlackout)
-ANSWER_NEUTRALLY(ldbGetProjectorCount)
-ANSWER_NEUTRALLY(ldbGetProjectorEvent)
-ANSWER_NEUTRALLY(ldbCreateZoneImage)
-ANSWER_NEUTRALLY(ldbCreateProjectorImage)
-ANSWER_NEUTRALLY(ldbDeleteZoneImage)
-ANSWER_NEUTRALLY(ldbDeleteProjectorImage)
-ANSWER_NEUTRALLY(ldbSendFrameToImage)
-ANSWER_NEUTRALLY(ldbGetTimeCode)
-ANSWER_NEUTRALLY(ldbSetTimeCode)
-ANSWER_NEUTRALLY(ldbSetKinect)
-ANSWER_NEUTRALLY(ldbSetDmx)
-ANSWER_NEUTRALLY(ldbSetChannels)
-ANSWER_NEUTRALLY(ldbTimelinePlay)
-ANSWER_NEUTRALLY(ldbTimelineStop)
-ANSWER_NEUTRALLY(ldbTimelineGetPlaying)
-ANSWER_NEUTRALLY(ldbTimelineSetPos)
-ANSWER_NEUTRALLY(ldbTimelineGetPos)
-ANSWER_NEUTRALLY(ldbTimelineGetDuration)
-ANSWER_NEUTRALLY(ldbTimelineSetOnline)
-ANSWER_NEUTRALLY(ldbTimelineGetOnline)
-ANSWER_NEUTRALLY(ldbGetProjectorSerial)
-
-#define ANSWER_MIDI_NEUTRALLY(name)                                                           \
-    std::int32_t name(std::uint8_t /*byte0*/, std::uint8_t /*byte1*/, std::uint8_t /*byte2*/, \
-        std::uint8_t /*byte3*/)                                                               \
-    {                                                                                         \
-        return 0;                                                                             \
-    }
-ANSWER_MIDI_NEUTRALLY(ldbSetMidiIn)
-ANSWER_MIDI_NEUTRALLY(ldbSetMidiOut)

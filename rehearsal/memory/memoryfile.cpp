@@ -30,6 +30,7 @@ QString memoryFilePath()
 
 bool MemoryFile::create(const QString &path)
 {
+    m_file.close();
     m_refusal = privatefile::create(m_file, path);
     return m_refusal.isEmpty() && fill() && map();
 }
@@ -38,6 +39,7 @@ bool MemoryFile::attach(const QString &path)
 {
     if (path.isEmpty())
         return false;
+    m_file.close();
     m_refusal = privatefile::open(m_file, path);
     return m_refusal.isEmpty() && m_file.size() >= memorySize && map();
 }

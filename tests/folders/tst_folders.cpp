@@ -57,12 +57,15 @@ QSet<QString> shownArrows(const QString &file)
 /// The sources of the project below its folder, without those of `others`.
 QStringList sources(const QStringList &patterns, const QStringList &others)
 {
+    // The folder of the builds can be large, so it is not entered.
     QStringList found;
-    QDirIterator files(project, patterns, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString file = QDir(project).relativeFilePath(files.next());
-        if (!others.contains(file.section(u'/', 0, 0)))
-            found.append(file);
+    for (const QString &folder : QDir(project).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        if (others.contains(folder))
+            continue;
+        QDirIterator files(
+            project + u'/' + folder, patterns, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            found.append(QDir(project).relativeFilePath(files.next()));
     }
     return found;
 }

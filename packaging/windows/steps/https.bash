@@ -17,7 +17,9 @@ serve_files() {
         -cert "$https/server.pem") >"$https/listening.out" 2>&1 &
     stage_processes+=($!)
     stage_until 60 grep -q ACCEPT "$https/listening.out" || stage_fail "The HTTPS server did not start."
-    port=$(sed -n 's/^ACCEPT .*:\([0-9]*\)$/\1/p' "$https/listening.out")
+    port=$2
+    # Reported only if it was chosen.
+    [ "$port" != 0 ] || port=$(sed -n 's/^ACCEPT .*:\([0-9]*\)$/\1/p' "$https/listening.out")
 }
 
 # fetch_page CERTIFICATE: fetches the page, trusting only that certificate.

@@ -32,6 +32,16 @@ setup_ended() {
     ! xdotool search --onlyvisible --name "^Laser Rallyvane Setup" >/dev/null 2>&1
 }
 
+# close_started_game: closes the game, which may not have the keyboard yet: Wine sends keys to the
+# window that was clicked last. There is no control in that corner.
+close_started_game() {
+    xdotool mousemove --window "$(stage_window "^Laser Rallyvane - ")" 2 2
+    sleep 0.5
+    xdotool click 1
+    sleep 0.5
+    close_game
+}
+
 without_library() {
     stage_start setup wine "$installer"
     go_through_setup
@@ -41,8 +51,7 @@ without_library() {
     stage_window "Rehearsal host" >/dev/null
     stage_window "^Laser Rallyvane - " >/dev/null
     stage_until 60 stage_logged "] 1700" || stage_fail "The rehearsal did not begin."
-    xdotool windowfocus --sync "$(stage_window "^Laser Rallyvane - ")"
-    close_game
+    close_started_game
 }
 
 # with_library FOLDER PAGE-FOLDER: with the library in FOLDER, which Windows calls PAGE-FOLDER.
@@ -77,10 +86,10 @@ step_last_page() {
     rm -r "$drive/host"
     with_library "$home" 'Programs\Laser Rallyvane'
     press Return
-    stage_window "^Laser Rallyvane - " >/dev/null
+    stage_until 60 stage_logged "Beyond not started or Incorrect Beyond Version" \
+        || stage_fail "The game did not start."
     expect "The game did not find the library beside it." \
-        test -z "$(xdotool search --onlyvisible --name "BEYOND DLL" 2>/dev/null)"
-    xdotool windowfocus --sync "$(stage_window "^Laser Rallyvane - ")"
-    close_game
+        test -z "$(xdotool search --onlyvisible --name "BEYOND DLL" 2>/dev/null || true)"
+    close_started_game
     rm "$home/BEYONDIOx64.dll"
 }

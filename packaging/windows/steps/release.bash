@@ -105,9 +105,8 @@ step_upgrade() {
     stage_until 60 stage_logged "Software up to date" || stage_fail "The next version does not run."
     expect_registered DisplayVersion "$next"
     expect "The settings were lost." grep -q KeyboardUpL "$home/.pong"
-    xdotool windowfocus --sync "$(stage_window "^Laser Rallyvane - ")"
     picture upgraded
-    close_game
+    close_started_game
     rm -r "$home/sw_fw"
 }
 

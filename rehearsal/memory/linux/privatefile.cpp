@@ -7,8 +7,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// The folder for temporary files is everybody's: another user can create the file first, or a link
-// to a file of ours. All checks use the opened file, which cannot be exchanged any more.
+// The folder for temporary files is shared: another user can create the file first, or a link to a
+// file of ours. All checks use the open descriptor, because a path could be replaced in between.
 
 namespace {
 

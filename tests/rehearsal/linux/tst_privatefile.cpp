@@ -14,7 +14,7 @@ constexpr auto onlyOwner = QFile::ReadOwner | QFile::WriteOwner;
 constexpr auto everyone =
     onlyOwner | QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
 
-/// What the host does with the file, and what the game does.
+/// How the host opens the file, and how the game does.
 constexpr auto uses = {&MemoryFile::create, &MemoryFile::attach};
 
 } // namespace
