@@ -174,10 +174,10 @@ MainWindow::~MainWindow()
 {
     closed = true;
     playerControls->writeSettings();
-    // Written while the laser is blanked, so that neither waits for the other.
-    store->startWriting();
+    // Changes made from here on could not be saved.
     setEnabled(false);
     playerControls->cancelLearn();
+    store.reset();
     playerControls->releaseGamepads();
     pong->gameShown = false;
     disconnect(pong.get(), &Pong::beyCoStatus, this, &MainWindow::RefreshBeyondStatus);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pong.h"
+#include "settings.h"
 
 #include <QMainWindow>
 
@@ -8,7 +9,6 @@
 
 class LaserControls;
 class PlayerControls;
-class SettingsStore;
 
 namespace Ui {
 class MainWindow;
@@ -24,15 +24,13 @@ class MainWindow : public QMainWindow
 public:
     /// Builds the window from the form and the settings. The event loop then runs FirstLoad.
     explicit MainWindow(QWidget *parent = nullptr);
-    /// Blanks the laser, releases the devices and the host, and saves.
+    /// Saves, blanks the laser and releases the devices and the host.
     ~MainWindow() override;
 
     /// The game, read-only.
     const Pong &game() const { return *pong; }
     /// The laser controls, for their signals; the window itself declares only slots.
     const LaserControls &laser() const { return *laserControls; }
-    /// The settings, to wait until they are in the file.
-    SettingsStore &settings() { return *store; }
 
 public slots:
     bool eventFilter(QObject *obj, QEvent *event) override;
@@ -73,7 +71,7 @@ private:
     bool CheckForUpdate();
 
     std::unique_ptr<Ui::MainWindow> ui;
-    std::unique_ptr<SettingsStore> store; ///< destroyed last: it waits for the disk
+    settings::Store store; ///< a pointer to QSettings
     QString releaseNotes; ///< of the version that the update check found
     std::unique_ptr<Pong> pong;
     std::unique_ptr<LaserControls> laserControls;

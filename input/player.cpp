@@ -93,7 +93,7 @@ int Player::paddleInput(int deflection) const
         deflection, ui.sensitivity->minimum(), ui.sensitivity->maximum(), ui.sensitivity->value());
 }
 
-void Player::loadBindings(const SettingsStore &store)
+void Player::loadBindings(const QSettings &store)
 {
     midiMove = {settings::read(store, settings::moveStatus[side]),
         settings::read(store, settings::moveNumber[side])};
@@ -104,13 +104,13 @@ void Player::loadBindings(const SettingsStore &store)
     startKey = settings::read(store, settings::startKey[side]);
 }
 
-void Player::loadPadBindings(const SettingsStore &store)
+void Player::loadPadBindings(const QSettings &store)
 {
     xStart = settings::read(store, settings::xStart[side]);
     xMove = settings::read(store, settings::xMove[side]);
 }
 
-void Player::showBindings(const SettingsStore &store, const QPushButton *beingLearnt)
+void Player::showBindings(const QSettings &store, const QPushButton *beingLearnt)
 {
     const auto show = [beingLearnt](QPushButton *button, const QString &text, bool enabled,
                           const std::optional<QString> &control) {

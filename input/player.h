@@ -14,7 +14,7 @@ class QCheckBox;
 class QComboBox;
 class QPushButton;
 class QRadioButton;
-class SettingsStore;
+class QSettings;
 class QSlider;
 
 /// The kind of controller that a player uses.
@@ -74,10 +74,10 @@ struct Player
     int paddleInput(int deflection) const;
 
     /// Reads the learnt MIDI messages and keys.
-    void loadBindings(const SettingsStore &store);
+    void loadBindings(const QSettings &store);
     /// Reads the learnt gamepad button and stick.
-    void loadPadBindings(const SettingsStore &store);
+    void loadPadBindings(const QSettings &store);
     /// Updates the learn buttons: enabled or not, and whether their controls are learnt. The button
     /// that is learning keeps its look, which would otherwise be set twice.
-    void showBindings(const SettingsStore &store, const QPushButton *beingLearnt);
+    void showBindings(const QSettings &store, const QPushButton *beingLearnt);
 };

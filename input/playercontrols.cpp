@@ -11,8 +11,7 @@
 #include <QSlider>
 #include <QThread>
 
-PlayerControls::PlayerControls(
-    const PerSide<PlayerWidgets> &widgets, Pong &pong, SettingsStore &store)
+PlayerControls::PlayerControls(const PerSide<PlayerWidgets> &widgets, Pong &pong, QSettings &store)
     : pong(pong)
     , store(store)
     , players{{{{.side = Side::Left, .ui = widgets[Side::Left], .midiIn = &midiInLeft},

@@ -25,8 +25,9 @@ class PlayerControls : public QObject
     Q_OBJECT
 
 public:
-    /// Neither the widgets nor the game nor the store are owned; they outlive this object.
-    PlayerControls(const PerSide<PlayerWidgets> &widgets, Pong &pong, SettingsStore &store);
+    /// Neither the widgets nor the game are owned; they outlive this object. The store may be
+    /// deleted after releaseGamepads() and cancelLearn(), if the widgets are disabled by then.
+    PlayerControls(const PerSide<PlayerWidgets> &widgets, Pong &pong, QSettings &store);
     ~PlayerControls() override;
 
     /// Shows the stored sensitivities and control modes. Applies nothing yet.
@@ -120,7 +121,7 @@ private:
     void releaseHeldKeys();
 
     Pong &pong;
-    SettingsStore &store;
+    QSettings &store;
     PerSide<Player> players;
     QList<CXBOXController *> xboxControllers;
     std::optional<Learning> learning;

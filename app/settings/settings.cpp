@@ -1,12 +1,14 @@
 #include "settings.h"
 
+#include "settingsfile.h"
+#include "settingsstore.h"
 #include "typedvalues.h"
 
+#include <QCoreApplication>
 #include <QDebug>
+#include <QEvent>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
-#include <QSettings>
 #include <QTemporaryFile>
 #include <QVariant>
 
@@ -17,51 +19,37 @@ namespace {
 constexpr QLatin1StringView fileName(".pong");
 constexpr QLatin1StringView copyName(".pong.damaged");
 
-/// Replaces a file atomically, or leaves it unchanged and returns the reason. Syncs the disk.
-QString replaceFile(const QString &name, const QByteArray &content)
-{
-    QSaveFile file(name);
-    // Flushed explicitly: commit() does not notice if a full disk truncates the last bytes.
-    const bool replaced = file.open(QIODevice::WriteOnly) && file.write(content) == content.size()
-        && file.flush() && file.commit();
-    return replaced ? QString() : file.errorString();
-}
-
 bool keepCopy(const QByteArray &content)
 {
-    if (!replaceFile(copyName, content).isEmpty())
+    if (!settingsfile::replace(copyName, content).isEmpty())
         return false;
     qDebug() << "The settings file is damaged; it is kept as" << copyName;
     return true;
 }
 
-/// The values of a file, without keys that have no name, which cannot be looked up, or no value.
-IniValues valuesOf(const QSettings &file)
+/// A store that is backed by no writable file.
+settings::Store inMemory()
 {
-    IniValues values;
-    for (const QString &key : file.allKeys()) {
-        const bool named = !key.isEmpty() && !key.startsWith(u'/') && !key.endsWith(u'/')
-            && !key.contains("//"_L1);
-        const QVariant value = named ? file.value(key) : QVariant();
-        if (value.isValid())
-            values.insert(key, value);
-    }
-    return values;
+    // QSettings needs a file name. This one is a program resource, which is read-only.
+    return settings::Store(new QSettings(u":/.pong"_s, QSettings::IniFormat));
 }
 
-/// A store with the settings of a damaged INI text, backed by no file.
-std::unique_ptr<SettingsStore> inMemory(const QByteArray &iniText)
+/// The same with the settings of a damaged INI text.
+settings::Store inMemory(const QByteArray &iniText)
 {
     qDebug("The settings file is damaged and cannot be copied; changes will not be kept");
+    settings::Store store = inMemory();
     QTemporaryFile file;
-    if (!file.open() || file.write(iniText) != iniText.size() || !file.flush())
-        return std::make_unique<SettingsStore>(IniValues());
-    const QSettings source(file.fileName(), QSettings::IniFormat);
-    return std::make_unique<SettingsStore>(valuesOf(source));
+    if (file.open() && file.write(iniText) == iniText.size() && file.flush()) {
+        const QSettings source(file.fileName(), QSettings::IniFormat);
+        for (const QString &key : source.allKeys())
+            store->setValue(key, source.value(key));
+    }
+    return store;
 }
 
 template <class Number>
-Number readNumber(const SettingsStore &store, const Setting<Number> &setting,
+Number readNumber(const QSettings &store, const Setting<Number> &setting,
     Number (QVariant::*toNumber)(bool *) const)
 {
     const QVariant value = store.value(setting.key, setting.fallback);
@@ -76,42 +64,54 @@ Number readNumber(const SettingsStore &store, const Setting<Number> &setting,
 
 namespace settings {
 
-std::unique_ptr<SettingsStore> open()
+void Close::operator()(QSettings *store) const
+{
+    if (auto *onDisk = dynamic_cast<SettingsStore *>(store))
+        SettingsStore::close(onDisk);
+    else
+        delete store;
+}
+
+Store open()
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly) && file.exists()) {
         qDebug() << "The settings file cannot be read; changes will not be kept:"
                  << file.errorString();
-        return std::make_unique<SettingsStore>(IniValues());
+        return inMemory();
     }
     const QByteArray content = file.isOpen() ? file.readAll() : QByteArray();
     file.close();
     const QByteArray plain = withoutTypedValues(content);
     const bool isTyped = plain != content;
-    if (isTyped && !(keepCopy(content) && replaceFile(fileName, plain).isEmpty()))
-        return inMemory(plain);
-    const QSettings source(fileName, QSettings::IniFormat);
-    const IniValues values = valuesOf(source);
-    if (!isTyped && source.status() == QSettings::FormatError && !keepCopy(content))
+    if (isTyped && !(keepCopy(content) && settingsfile::replace(fileName, plain).isEmpty()))
         return inMemory(plain);
     // The full path, because the working directory may have changed by the time of a write.
-    return std::make_unique<SettingsStore>(
-        values, [path = QFileInfo(file).absoluteFilePath()](const QByteArray &text) {
-            return replaceFile(path, text);
-        });
+    const QString path = QFileInfo(file).absoluteFilePath();
+    Store store(new SettingsStore(
+        fileName, [path](const QVariantMap &values) { return settingsfile::write(path, values); }));
+    if (!isTyped && store->status() == QSettings::FormatError && !keepCopy(content))
+        return inMemory(plain);
+    return store;
 }
 
-int read(const SettingsStore &store, const Setting<int> &setting)
+void requestSync(QSettings &store)
+{
+    QEvent request(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(&store, &request);
+}
+
+int read(const QSettings &store, const Setting<int> &setting)
 {
     return readNumber(store, setting, &QVariant::toInt);
 }
 
-uint read(const SettingsStore &store, const Setting<uint> &setting)
+uint read(const QSettings &store, const Setting<uint> &setting)
 {
     return readNumber(store, setting, &QVariant::toUInt);
 }
 
-QString read(const SettingsStore &store, const Setting<QLatin1StringView> &setting)
+QString read(const QSettings &store, const Setting<QLatin1StringView> &setting)
 {
     return store.value(setting.key, QString(setting.fallback)).toString();
 }

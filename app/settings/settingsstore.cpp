@@ -1,53 +1,44 @@
 #include "settingsstore.h"
 
-#include <algorithm>
+#include "settingsfile.h"
+
+#include <QEvent>
+
 #include <utility>
 
-SettingsStore::SettingsStore(IniValues values)
-    : m_values(std::move(values))
-{
-}
-
 SettingsStore::SettingsStore(
-    IniValues values, SettingsWriter::Replace replace, std::chrono::milliseconds rest)
-    : m_values(std::move(values))
-    , m_writer(std::make_unique<SettingsWriter>(m_values, std::move(replace), rest))
+    const QString &fileName, SettingsWriter::Write write, std::chrono::milliseconds rest)
+    : QSettings(fileName, QSettings::IniFormat)
+    , m_given(settingsfile::valuesOf(*this))
+    , m_writer(std::make_shared<SettingsWriter>(std::move(write), rest))
 {
 }
 
-IniValues::const_iterator SettingsStore::find(const QString &key) const
+void SettingsStore::close(SettingsStore *store)
 {
-    const auto exact = m_values.constFind(key);
-    if (exact != m_values.cend())
-        return exact;
-    const auto keys = m_values.keyBegin();
-    const auto similar = std::find_if(keys, m_values.keyEnd(),
-        [&key](const QString &other) { return other.compare(key, Qt::CaseInsensitive) == 0; });
-    return similar.base();
+    store->giveToWriter();
+    // The destructor of QSettings writes the changes once more, by itself. So it runs on the
+    // writer's thread, because a disk that hangs would hold this one and leave the laser lit; and
+    // not at all after a write that failed, because QSettings does not notice when a nearly full
+    // disk truncates the file that replaces the old one.
+    const std::shared_ptr<SettingsWriter> writer = store->m_writer;
+    store->moveToThread(nullptr);
+    writer->end([store] { delete store; });
 }
 
-QVariant SettingsStore::value(const QString &key, const QVariant &fallback) const
+bool SettingsStore::event(QEvent *event)
 {
-    const auto found = find(key);
-    return found == m_values.cend() ? fallback : *found;
+    if (event->type() != QEvent::UpdateRequest)
+        return QSettings::event(event);
+    giveToWriter();
+    return true;
 }
 
-void SettingsStore::setValue(const QString &key, const QVariant &value)
+void SettingsStore::giveToWriter()
 {
-    const auto found = find(key);
-    const QString spelled = found == m_values.cend() ? key : found.key();
-    m_values.insert(spelled, value);
-    if (m_writer)
-        m_writer->put(spelled, value);
-}
-
-void SettingsStore::startWriting()
-{
-    if (m_writer)
-        m_writer->startWriting();
-}
-
-bool SettingsStore::flush(std::chrono::milliseconds longest)
-{
-    return !m_writer || m_writer->flush(longest);
+    const QVariantMap values = settingsfile::valuesOf(*this);
+    if (values == m_given)
+        return;
+    m_given = values;
+    m_writer->put(values);
 }

@@ -2,34 +2,32 @@
 
 #include "settingswriter.h"
 
+#include <QSettings>
+
 #include <memory>
 
-/// The settings in memory. Reading and changing them never waits for the disk; a SettingsWriter
-/// brings changes to the file. GUI thread.
-class SettingsStore
+/// A settings file whose changes are written by a SettingsWriter, where QSettings would write them
+/// on this thread and wait for the disk. Each UpdateRequest, with which QSettings asks itself for a
+/// sync, gives the writer the current values. QSettings sends one only for its first change,
+/// because it waits for that sync; settings::write() sends one for every change. GUI thread.
+class SettingsStore : public QSettings
 {
 public:
-    /// Settings whose changes are lost at the end.
-    explicit SettingsStore(IniValues values);
-    /// Settings of a file that `replace` writes.
-    SettingsStore(IniValues values, SettingsWriter::Replace replace,
+    /// Opens an INI file that `write` writes.
+    SettingsStore(const QString &fileName, SettingsWriter::Write write,
         std::chrono::milliseconds rest = SettingsWriter::usualRest);
 
-    /// Returns the value of a key, or `fallback` if there is none. Like QSettings on Windows, finds
-    /// a key that is spelled in another case.
-    QVariant value(const QString &key, const QVariant &fallback = {}) const;
-    /// Changes a value, and the file soon afterwards.
-    void setValue(const QString &key, const QVariant &value);
-    const IniValues &values() const { return m_values; }
+    /// Writes pending changes and deletes the store, on the writer's thread. Waits at most
+    /// SettingsWriter::longestEnd for that. If the file cannot be written, the store is not
+    /// deleted.
+    static void close(SettingsStore *store);
 
-    /// Begins to write pending changes, without waiting.
-    void startWriting();
-    /// Writes pending changes and waits for that; false if the disk takes longer than `longest`.
-    bool flush(std::chrono::milliseconds longest = std::chrono::seconds(30));
+protected:
+    bool event(QEvent *event) override;
 
 private:
-    IniValues::const_iterator find(const QString &key) const;
+    void giveToWriter();
 
-    IniValues m_values;
-    std::unique_ptr<SettingsWriter> m_writer;
+    QVariantMap m_given; ///< to the writer, or read from the file
+    std::shared_ptr<SettingsWriter> m_writer;
 };

@@ -1,5 +1,7 @@
 #include "settingswriter.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QThread>
 
@@ -14,120 +16,113 @@ using Clock = std::chrono::steady_clock;
 class SettingsWriter::Work
 {
 public:
-    Work(IniValues values, Replace replace, std::chrono::milliseconds rest)
-        : m_replace(std::move(replace))
+    Work(Write write, std::chrono::milliseconds rest)
+        : m_write(std::move(write))
         , m_rest(rest)
-        , m_values(std::move(values))
     {
     }
 
-    void put(const QString &key, const QVariant &value)
+    void put(const QVariantMap &values)
     {
         const std::lock_guard lock(m_mutex);
-        m_changes.insert(key, value);
+        m_values = values;
         if (!m_due)
-            writeAt(Clock::now() + m_rest);
+            m_due = Clock::now() + m_rest;
+        m_changed.notify_all();
     }
 
-    void startWriting()
-    {
-        const std::lock_guard lock(m_mutex);
-        if (m_due || m_failed)
-            writeAt(Clock::now());
-    }
-
-    bool waitUntilIdle(std::chrono::milliseconds longest)
-    {
-        std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, longest, [this] { return !m_due && !m_writing; });
-    }
-
-    void end()
+    void end(std::function<void()> lastly)
     {
         const std::lock_guard lock(m_mutex);
         m_ended = true;
+        m_lastly = std::move(lastly);
+        if (m_due || m_failed)
+            m_due = Clock::now();
         m_changed.notify_all();
+    }
+
+    void abandon()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_abandoned = true;
     }
 
     void run()
     {
         std::unique_lock lock(m_mutex);
-        for (;;) {
-            m_changed.wait(lock, [this] { return m_due || m_ended; });
-            if (!m_due)
-                return;
-            while (Clock::now() < *m_due)
-                m_changed.wait_until(lock, Clock::time_point(*m_due));
+        while (waitUntilDue(lock)) {
             m_due.reset();
-            m_values.insert(std::exchange(m_changes, {}));
-            m_writing = true;
+            const QVariantMap values = m_values;
             lock.unlock();
-            const QString error = m_replace(iniText(m_values));
+            const QString error = m_write(values);
             lock.lock();
-            m_writing = false;
             finish(error);
-            m_changed.notify_all();
         }
+        const auto lastly = m_failed ? nullptr : std::exchange(m_lastly, {});
+        lock.unlock();
+        if (lastly)
+            lastly();
     }
 
 private:
-    void writeAt(Clock::time_point due)
+    /// Waits for a change and then for the end of its rest. False once there is nothing left to do.
+    bool waitUntilDue(std::unique_lock<std::mutex> &lock)
     {
-        m_due = due;
-        m_changed.notify_all();
+        m_changed.wait(lock, [this] { return m_due || m_ended; });
+        while (m_due && Clock::now() < *m_due)
+            m_changed.wait_until(lock, Clock::time_point(*m_due));
+        return m_due.has_value();
     }
 
     void finish(const QString &error)
     {
         const bool failedBefore = std::exchange(m_failed, !error.isEmpty());
-        if (m_failed && !failedBefore && !m_ended) // the log may have ended too
+        if (m_failed && !failedBefore && !m_abandoned) // else the log may be closed
             qDebug() << "The settings file cannot be written:" << error;
     }
 
-    const Replace m_replace;
+    const Write m_write;
     const std::chrono::milliseconds m_rest;
-    IniValues m_values; ///< the writer's thread only
 
     std::mutex m_mutex; ///< guards the following
     std::condition_variable m_changed;
-    IniValues m_changes;
+    QVariantMap m_values; ///< the latest
     std::optional<Clock::time_point> m_due; ///< of the next write
-    bool m_writing = false;
+    std::function<void()> m_lastly;
     bool m_failed = false; ///< the last write
     bool m_ended = false;
+    bool m_abandoned = false;
 };
 
-SettingsWriter::SettingsWriter(IniValues values, Replace replace, std::chrono::milliseconds rest)
-    : m_work(std::make_shared<Work>(std::move(values), std::move(replace), rest))
-    , m_thread([work = m_work] {
-        QThread::currentThread()->setObjectName("settings"_L1);
-        work->run();
-    })
+SettingsWriter::SettingsWriter(Write write, std::chrono::milliseconds rest)
+    : m_work(std::make_shared<Work>(std::move(write), rest))
+    , m_thread(QThread::create([work = m_work] { work->run(); }))
 {
+    m_thread->setObjectName("settings"_L1);
+    QObject::connect(m_thread.get(), &QThread::finished, m_thread.get(), &QObject::deleteLater);
+    m_thread->start();
 }
 
 SettingsWriter::~SettingsWriter()
 {
-    const bool idle = flush(longestEnd);
-    m_work->end();
-    if (idle)
-        m_thread.join();
-    else
-        m_thread.detach();
+    if (m_thread)
+        end();
 }
 
-void SettingsWriter::put(const QString &key, const QVariant &value)
+void SettingsWriter::put(const QVariantMap &values)
 {
-    m_work->put(key, value);
+    m_work->put(values);
 }
 
-void SettingsWriter::startWriting()
+void SettingsWriter::end(std::function<void()> lastly)
 {
-    m_work->startWriting();
-}
-
-bool SettingsWriter::flush(std::chrono::milliseconds longest)
-{
-    m_work->startWriting();
-    return m_work->waitUntilIdle(longest);
+    m_work->end(std::move(lastly));
+    if (m_thread->wait(QDeadlineTimer(longestEnd))) {
+        m_thread.reset();
+    } else {
+        m_work->abandon();
+        QThread *thread = m_thread.release(); // deletes itself
+        QObject::connect(
+            qApp, &QObject::destroyed, thread, [thread] { thread->wait(); }, Qt::DirectConnection);
+    }
 }

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "initext.h"
-
 #include <QString>
+#include <QVariantMap>
 
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <thread>
+
+class QThread;
 
 /// Writes changed settings to their file on a thread of its own, so that no other thread waits for
 /// the disk. Changes are held back for a short rest, so that a drag of a slider does not write at
@@ -16,32 +16,30 @@
 class SettingsWriter
 {
 public:
-    /// Replaces the file's content as a whole and returns an empty text, or leaves it unchanged and
-    /// returns the reason. Called on the writer's thread.
-    using Replace = std::function<QString(const QByteArray &text)>;
+    /// Makes these values the content of the file and returns an empty text, or leaves it unchanged
+    /// and returns the reason. Called on the writer's thread.
+    using Write = std::function<QString(const QVariantMap &values)>;
 
     /// From the first change to the write: short enough that a crash hardly costs a setting.
     static constexpr std::chrono::milliseconds usualRest{200};
-    /// The longest time that the destructor waits for the disk.
+    /// The longest time that end() waits for the disk, because the laser is still lit then.
     static constexpr std::chrono::milliseconds longestEnd{300};
 
-    /// `values` are those of the file.
-    SettingsWriter(IniValues values, Replace replace, std::chrono::milliseconds rest = usualRest);
-    /// Writes the pending changes now. A write that takes longer than `longestEnd` is left to
-    /// finish by itself.
+    explicit SettingsWriter(Write write, std::chrono::milliseconds rest = usualRest);
+    /// Ends the thread, unless end() was called before.
     ~SettingsWriter();
     SettingsWriter(const SettingsWriter &) = delete;
     SettingsWriter &operator=(const SettingsWriter &) = delete;
 
-    /// Writes a changed value after the rest that the first pending change began.
-    void put(const QString &key, const QVariant &value);
-    /// Begins to write what is pending, or failed, without a rest and without waiting.
-    void startWriting();
-    /// The same, and waits for it. Returns false if it takes longer than that.
-    bool flush(std::chrono::milliseconds longest);
+    /// Writes all values of the file, after the rest that the first pending change began.
+    void put(const QVariantMap &values);
+    /// Writes at once what is pending or has failed and then, unless that failed, calls `lastly` on
+    /// the writer's thread, which ends. If this takes longer than `longestEnd`, the application's
+    /// destructor waits for the rest. Call it once.
+    void end(std::function<void()> lastly = {});
 
 private:
     class Work;
     std::shared_ptr<Work> m_work; ///< shared with the thread, which a hanging disk may hold
-    std::thread m_thread;
+    std::unique_ptr<QThread> m_thread;
 };

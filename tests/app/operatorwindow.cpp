@@ -1,11 +1,10 @@
 #include "operatorwindow.h"
 
-#include "settingsstore.h"
-
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QSettings>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -102,22 +101,7 @@ QString OperatorWindow::text(const QString &name) const
 
 QString OperatorWindow::setting(const QString &key) const
 {
-    if (window)
-        window->settings().flush();
-    return settingsIn(m_folder.filePath(u".pong"_s)).value(key);
-}
-
-QMap<QString, QString> settingsIn(const QString &fileName)
-{
-    QMap<QString, QString> settings;
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return settings;
-    for (const QString &line : QString::fromUtf8(file.readAll()).split(u'\n')) {
-        if (line.contains(u'='))
-            settings.insert(line.section(u'=', 0, 0), line.section(u'=', 1).remove(u'"'));
-    }
-    return settings;
+    return QSettings(m_folder.filePath(u".pong"_s), QSettings::IniFormat).value(key).toString();
 }
 
 void addSides()

@@ -2,7 +2,6 @@
 
 #include "mainwindow.h"
 
-#include <QMap>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -56,7 +55,7 @@ public:
     void click(const QString &name) const;
     static void click(QAbstractButton *button);
     QString text(const QString &name) const;
-    /// The value of a key in the settings file, once pending changes are written; empty if missing.
+    /// The value of a key in the settings file; empty if missing.
     QString setting(const QString &key) const;
 
     std::unique_ptr<MainWindow> window;
@@ -69,10 +68,6 @@ private:
 /// The style sheets of a button that is switched on, and off.
 extern const QString activeLook;
 extern const QString idleLook;
-
-/// The settings of a file without groups. QSettings is no use here: it reads a file again only if
-/// its size or time has changed.
-QMap<QString, QString> settingsIn(const QString &fileName);
 
 /// Adds the column `side` and a row for each side.
 void addSides();

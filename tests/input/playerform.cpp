@@ -15,13 +15,13 @@
 using namespace Qt::StringLiterals;
 
 PlayerForm::PlayerForm()
-    : store(settings::open())
+    : m_store(settings::open())
     , m_widgets([this] {
         auto *layout = new QGridLayout(this);
         return PerSide<PlayerWidgets>{
             {makeWidgets(Side::Left, *layout), makeWidgets(Side::Right, *layout)}};
     }())
-    , controls(m_widgets, game, *store)
+    , controls(m_widgets, game, *m_store)
 {
     setFocusPolicy(Qt::StrongFocus);
     for (QObject *object : findChildren<QObject *>())

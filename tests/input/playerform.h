@@ -3,13 +3,13 @@
 #include "player.h"
 #include "playercontrols.h"
 #include "pong.h"
+#include "settings.h"
 
 #include <QWidget>
 
 #include <memory>
 
 class QGridLayout;
-class SettingsStore;
 
 /// Only the players' widgets of the operator's window, with the same names and connected to
 /// PlayerControls in the same way, with a game and the settings of the working directory.
@@ -21,7 +21,6 @@ public:
     ~PlayerForm() override;
 
     Pong game;
-    const std::unique_ptr<SettingsStore> store;
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
@@ -29,6 +28,7 @@ private:
     PlayerWidgets makeWidgets(Side side, QGridLayout &layout);
     void connectWidgets(Side side, const PlayerWidgets &widgets);
 
+    settings::Store m_store;
     PerSide<PlayerWidgets> m_widgets;
 
 public:

@@ -1,7 +1,6 @@
 #include "playerstage.h"
 
 #include "cxboxcontroller.h"
-#include "settingsstore.h"
 
 #include <QSettings>
 #include <QTest>
@@ -96,11 +95,11 @@ void PlayerStage::receive(int play, int status, int number, int value) const
 
 PlayerStage::Settings PlayerStage::settings() const
 {
-    if (m_form)
-        m_form->store->flush();
-    else if (window)
-        window->settings().flush();
-    return settingsIn(fileName);
+    const QSettings store(fileName, QSettings::IniFormat);
+    Settings all;
+    for (const QString &key : store.allKeys())
+        all.insert(key, store.value(key).toString());
+    return all;
 }
 
 PlayerStage::Settings PlayerStage::settingsSince(const Settings &before) const

@@ -54,12 +54,10 @@ public:
     QWidget *widget() const override;
     /// The object that receives the pads' queued signals; only on a form.
     PlayerControls *controls() const { return &m_form->controls; }
-    /// The settings of a form.
-    SettingsStore &store() const { return *m_form->store; }
     /// Delivers a MIDI message on this thread.
     void receive(int play, int status, int number, int value) const;
 
-    /// The window's current settings, once they are in the file.
+    /// The window's current settings, written to the file or not.
     Settings settings() const;
     /// The settings changed since `before`; removed keys have the value "removed".
     Settings settingsSince(const Settings &before) const;
