@@ -71,7 +71,7 @@ private:
     bool CheckForUpdate();
 
     std::unique_ptr<Ui::MainWindow> ui;
-    settings::Store store; ///< a pointer to QSettings
+    std::unique_ptr<QSettings, settings::Close> store;
     QString releaseNotes; ///< of the version that the update check found
     std::unique_ptr<Pong> pong;
     std::unique_ptr<LaserControls> laserControls;

@@ -85,6 +85,7 @@ private slots:
     void a_write_leaves_the_other_keys_alone();
     void unchanged_values_are_not_written_again();
     void another_working_directory_has_another_file();
+    void a_change_of_the_working_directory_leaves_the_settings_in_their_file();
     void a_damaged_file_is_kept_and_its_intact_values_are_read_data();
     void a_damaged_file_is_kept_and_its_intact_values_are_read();
     void typed_values_are_read_as_text();
@@ -293,6 +294,17 @@ void tst_Settings::another_working_directory_has_another_file()
     settings::write(*settings::open(), settings::ballSpeed, 12);
     QVERIFY(QDir::setCurrent(m_folder->path()));
     QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 25);
+}
+
+void tst_Settings::a_change_of_the_working_directory_leaves_the_settings_in_their_file()
+{
+    const QTemporaryDir other;
+    const auto store = settings::open();
+    QVERIFY(QDir::setCurrent(other.path()));
+    settings::write(*store, settings::ballSpeed, 25);
+    QTRY_VERIFY(contentOf(m_folder->filePath(fileName)).contains("BallSpeed=25"));
+    QCOMPARE(files(), QStringList());
+    QVERIFY(QDir::setCurrent(m_folder->path()));
 }
 
 void tst_Settings::a_damaged_file_is_kept_and_its_intact_values_are_read_data()

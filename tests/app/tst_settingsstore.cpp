@@ -348,7 +348,7 @@ void tst_SettingsStore::the_end_of_the_application_waits_for_a_slow_disk()
     program.start(QCoreApplication::applicationFilePath(), {endSlowly});
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitCode(), 0);
-    QCOMPARE(settingsfile::contentOf(fileName), QByteArray("[General]\nBallSpeed=21\n"));
+    QVERIFY(settingsfile::contentOf(fileName).contains("BallSpeed=21"));
 }
 
 namespace {
