@@ -105,7 +105,7 @@ private:
         auto *box = m_window->findChild<QMessageBox *>();
         if (!box)
             return {};
-        const QString text = box->text();
+        QString text = box->text();
         delete box;
         return text;
     }

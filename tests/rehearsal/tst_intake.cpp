@@ -252,8 +252,8 @@ void tst_Intake::frames_that_do_not_fit_are_counted_as_missed()
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication application(argc, argv);
-    if (application.arguments().contains(QStringLiteral("-as-a-game")))
+    const QCoreApplication application(argc, argv);
+    if (QCoreApplication::arguments().contains(QStringLiteral("-as-a-game")))
         return QCoreApplication::exec(); // until it is killed
     tst_Intake test;
     return QTest::qExec(&test, argc, argv);

@@ -27,7 +27,7 @@ Show anyShow(quint32 seed, int frames)
     Show show;
     std::array<std::vector<LdbPoint>, maxZones> last;
     const auto anyFloat = [&random] {
-        const float plain = float(random.bounded(-40'000, 40'000));
+        const auto plain = float(random.bounded(-40'000, 40'000));
         const std::array values = {plain, plain, plain, plain + 0.5F, -0.0F,
             std::numeric_limits<float>::quiet_NaN(), -std::numeric_limits<float>::infinity(), 3e38F,
             16'777'216.0F, -16'777'216.0F, 16'777'218.0F};
@@ -156,8 +156,8 @@ void tst_Recording::an_unchanged_picture_takes_a_few_bytes()
         still.push_back(frameAt(9 * i, gamePicture(0)));
         hidden.push_back(frameAt(3 * i, {}));
     }
-    QVERIFY(recorded(hidden).size() < 12 * frames);
-    QVERIFY(recorded(still).size() < 30 * frames);
+    QVERIFY(recorded(hidden).size() < qsizetype(12) * frames);
+    QVERIFY(recorded(still).size() < qsizetype(30) * frames);
 }
 
 void tst_Recording::a_recording_can_be_read_while_it_grows()

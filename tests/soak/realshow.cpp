@@ -15,7 +15,7 @@ namespace {
 constexpr int turnsToAdmire = 25;
 constexpr int ticksWithoutHost = 30;
 
-PlayerStage::Settings settings()
+PlayerStage::Settings startSettings()
 {
     PlayerStage::Settings all = Fader::settings(0);
     all.insert(u"ControlModeRight"_s, u"XBOX"_s);
@@ -28,7 +28,7 @@ PlayerStage::Settings settings()
 } // namespace
 
 RealShow::RealShow()
-    : m_stage({u"Fader"_s}, 1, settings(), PlayerStage::WholeWindow)
+    : m_stage({u"Fader"_s}, 1, startSettings(), PlayerStage::WholeWindow)
 {
     m_stage.host.ready = 1;
     m_stage.host.onSendFrame = [this] { watchFrame(); };
