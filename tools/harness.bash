@@ -143,6 +143,15 @@ KeyboardDownR=16777237
 EOF
 }
 
+# stage_guide FOLDER: fails unless it has the operator's guide and every file that its pages refer to.
+stage_guide() {
+    local link
+    [ -s "$1/operator-guide.html" ] || stage_fail "The operator's guide is missing."
+    while read -r link; do
+        [ -s "$1/$link" ] || stage_fail "The guide refers to $link, which is missing."
+    done < <(sed -n 's/.*\(href\|src\)="\([^"#:]\+\).*/\2/p' "$1"/*.html | sort -u)
+}
+
 # stage_brightness PICTURE: prints its mean brightness, 0 to 65535.
 stage_brightness() {
     convert "$1" -colorspace Gray -format '%[fx:round(mean*65535)]' info:

@@ -3,7 +3,7 @@
 build_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev libgl-dev
-    libjack-jackd2-dev librtmidi-dev libsdl2-dev librsvg2-bin
+    libjack-jackd2-dev librtmidi-dev libsdl2-dev librsvg2-bin lowdown
 )
 headless_packages=(xvfb xauth xdotool imagemagick x11-utils)
 bench_packages=(libbenchmark-dev)

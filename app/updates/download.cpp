@@ -2,21 +2,72 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QFutureWatcher>
 #include <QNetworkAccessManager>
+#include <QNetworkProxyFactory>
 #include <QNetworkReply>
+#include <QPromise>
+#include <QThreadPool>
 #include <QTimer>
 #include <QUrl>
 
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int httpOk = 200;
-/// The result of a download's event loop when the reply has finished; if the application exits, the
-/// loop returns another value.
+
+// The results of an event loop here; if the application exits, the loop returns another value.
 constexpr int answered = 1;
+constexpr int timedOut = 2;
+
+using Proxies = QList<QNetworkProxy>;
+
+/// Names proxies that were looked up before.
+class KnownProxies : public QNetworkProxyFactory
+{
+public:
+    explicit KnownProxies(Proxies proxies)
+        : m_proxies(std::move(proxies))
+    {
+    }
+    Proxies queryProxy(const QNetworkProxyQuery & /*query*/) override { return m_proxies; }
+
+private:
+    Proxies m_proxies;
+};
+
+/// The result of looking for proxies.
+struct ProxySearch
+{
+    int end; ///< the result of its event loop
+    Proxies found = {};
+};
+
+/// The proxies for `url`. They are looked up on another thread: Windows may search the network for
+/// their configuration, which can take many seconds, and the game's ticks come from the GUI thread.
+ProxySearch findProxies(const QUrl &url, std::chrono::milliseconds patience)
+{
+    const auto promise = std::make_shared<QPromise<Proxies>>();
+    QEventLoop loop;
+    QFutureWatcher<Proxies> watcher;
+    QObject::connect(&watcher, &QFutureWatcherBase::finished, &loop, [&loop] {
+        if (loop.isRunning())
+            loop.exit(answered);
+    });
+    QTimer::singleShot(patience, &loop, [&loop] { loop.exit(timedOut); });
+    promise->start();
+    watcher.setFuture(promise->future());
+    QThreadPool::globalInstance()->start([promise, url] {
+        promise->addResult(QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url)));
+        promise->finish();
+    });
+    const int end = loop.exec();
+    return {end, end == answered ? watcher.result() : Proxies()};
+}
 
 Download failed(const QString &why)
 {
@@ -46,7 +97,14 @@ Download download(const QUrl &url, const DownloadLimits &limits)
     if (url.scheme() != "https"_L1)
         return failed(u"it is not an HTTPS address"_s);
 
+    const ProxySearch proxies = findProxies(url, limits.silence);
+    if (proxies.end == timedOut)
+        return failed(u"no proxy settings for %1 ms"_s.arg(limits.silence.count()));
+    if (proxies.end != answered)
+        return {.result = Download::Abandoned};
+
     auto manager = std::make_unique<QNetworkAccessManager>();
+    manager->setProxyFactory(new KnownProxies(proxies.found));
     QNetworkRequest request(url);
     request.setAttribute(
         QNetworkRequest::RedirectPolicyAttribute, int(QNetworkRequest::NoLessSafeRedirectPolicy));

@@ -33,6 +33,15 @@ windows_path() {
     printf '%s' "${path//\//\\}"
 }
 
+# Wine has none of the fonts that Windows uses in windows. Without these, it picks one of the machine's;
+# text in a font for formulas, with room for tall symbols, is drawn outside a field that is one line high.
+wine_fonts() {
+    local font
+    for font in "MS Shell Dlg" "MS Shell Dlg 2" "MS Sans Serif" "Microsoft Sans Serif" "Segoe UI" Tahoma; do
+        wine reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "$font" /d "DejaVu Sans" /f
+    done
+}
+
 # wine_begin: sets up the project's own Wine prefix, whose programs find the libraries that they are
 # built with. Created at first use, by only one process if several start at once.
 wine_begin() {
@@ -52,18 +61,19 @@ wine_begin() {
         done < <(runtime_folders)
         export WINEPATH=$path
     fi
-    [ ! -e "$WINEPREFIX/ready" ] || return 0
+    [ ! -e "$WINEPREFIX/fonts-ready" ] || return 0
     mkdir -p "$WINEPREFIX"
     (
         flock 9
-        [ ! -e "$WINEPREFIX/ready" ] || exit 0
+        [ ! -e "$WINEPREFIX/fonts-ready" ] || exit 0
         # Without a display, so that Wine shows no setup window.
         unset DISPLAY
         wine wineboot --init
         wine reg add 'HKCU\Software\Wine' /v Version /d win10 /f
+        wine_fonts
         # Later programs with a display would share this server, which has none.
         wineserver -k
         wineserver -w
-        touch "$WINEPREFIX/ready"
+        touch "$WINEPREFIX/fonts-ready"
     ) 9>"$WINEPREFIX/lock" >"$WINEPREFIX/setup.log" 2>&1 </dev/null
 }

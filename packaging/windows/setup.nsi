@@ -207,6 +207,7 @@ Section
     CreateDirectory "${MENU}"
     CreateShortcut "${MENU}\${PROGRAM}.lnk" "$INSTDIR\rallyvane.exe"
     CreateShortcut "${MENU}\Rehearse without a laser.lnk" "$INSTDIR\rehearse.exe"
+    CreateShortcut "${MENU}\Operator's guide.lnk" "$INSTDIR\guide\operator-guide.html"
 
     WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayName" "${PROGRAM}"
     WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
@@ -227,6 +228,7 @@ Section Uninstall
     Delete "$INSTDIR\uninstall.exe"
     Delete "${MENU}\${PROGRAM}.lnk"
     Delete "${MENU}\Rehearse without a laser.lnk"
+    Delete "${MENU}\Operator's guide.lnk"
     RMDir "${MENU}"
     DeleteRegKey HKCU "${UNINSTALL_KEY}"
     ; Fails if it contains the operator's own files.

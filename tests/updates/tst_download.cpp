@@ -2,10 +2,15 @@
 #include "httpsserver.h"
 
 #include <QNetworkProxyFactory>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
+#include <QTimer>
 #include <QUrl>
+
+#include <atomic>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -14,9 +19,44 @@ namespace {
 
 constexpr DownloadLimits patient = {20s, 1 << 20};
 
+/// Local addresses are asked without a proxy.
+const QUrl remote(u"https://updates.invalid/file"_s);
+
 Download get(const HttpsServer &server, const QString &path, const DownloadLimits &limits = patient)
 {
     return download(QUrl("https://"_L1 + server.host() + path), limits);
+}
+
+/// Names `proxy`, but only once it has been allowed to.
+class HeldProxies : public QNetworkProxyFactory
+{
+public:
+    explicit HeldProxies(const QNetworkProxy &proxy)
+        : m_proxy(proxy)
+    {
+    }
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery & /*query*/) override
+    {
+        wasAsked = true;
+        constexpr int longest = 20'000; // milliseconds; the end of a test that fails
+        if (!allowed.tryAcquire(1, longest))
+            gaveUp = true;
+        return {m_proxy};
+    }
+
+    QSemaphore allowed;
+    std::atomic<bool> wasAsked = false;
+    std::atomic<bool> gaveUp = false;
+
+private:
+    QNetworkProxy m_proxy;
+};
+
+HeldProxies *useHeldProxies(const QNetworkProxy &proxy)
+{
+    auto *proxies = new HeldProxies(proxy);
+    QNetworkProxyFactory::setApplicationProxyFactory(proxies);
+    return proxies;
 }
 
 } // namespace
@@ -26,6 +66,7 @@ class tst_Download : public QObject
     Q_OBJECT
 
 private slots:
+    void init();
     void initTestCase();
     void an_answer_is_complete();
     void an_empty_answer_is_complete();
@@ -44,11 +85,18 @@ private slots:
     void a_truncated_answer_yields_nothing();
     void a_name_that_does_not_resolve_fails();
     void a_port_without_a_server_fails();
+    void the_event_loop_runs_while_proxies_are_looked_up();
+    void a_lookup_of_proxies_that_does_not_end_fails();
+    void the_proxy_that_is_found_is_used();
 };
+
+void tst_Download::init()
+{
+    QNetworkProxyFactory::setUseSystemConfiguration(false);
+}
 
 void tst_Download::initTestCase()
 {
-    QNetworkProxyFactory::setUseSystemConfiguration(false);
     trust({loopback()});
 }
 
@@ -237,6 +285,43 @@ void tst_Download::a_port_without_a_server_fails()
     const Download got = download(QUrl(u"https://127.0.0.1:%1/file"_s.arg(port)), patient);
     QCOMPARE(got.result, Download::Failed);
     QVERIFY2(got.failure.contains("refused"_L1), qPrintable(got.failure));
+}
+
+void tst_Download::the_event_loop_runs_while_proxies_are_looked_up()
+{
+    HeldProxies *proxies = useHeldProxies(QNetworkProxy::NoProxy);
+    QTimer::singleShot(0, qApp, [proxies] { proxies->allowed.release(); });
+    QCOMPARE(download(remote, patient).result, Download::Failed);
+    QVERIFY(proxies->wasAsked);
+    QVERIFY(!proxies->gaveUp);
+}
+
+void tst_Download::a_lookup_of_proxies_that_does_not_end_fails()
+{
+    HeldProxies *proxies = useHeldProxies(QNetworkProxy::NoProxy);
+    const Download got = download(remote, {100ms, 1 << 20});
+    QVERIFY(!proxies->gaveUp);
+    proxies->allowed.release();
+    QCOMPARE(got.result, Download::Failed);
+    QCOMPARE(got.failure, u"no proxy settings for 100 ms"_s);
+}
+
+void tst_Download::the_proxy_that_is_found_is_used()
+{
+    QTcpServer proxy;
+    QVERIFY(proxy.listen(QHostAddress::LocalHost));
+    QByteArray asked;
+    connect(&proxy, &QTcpServer::newConnection, this, [&] {
+        QTcpSocket *const client = proxy.nextPendingConnection();
+        connect(client, &QTcpSocket::readyRead, client, [client, &asked] {
+            asked += client->readAll();
+            client->disconnectFromHost();
+        });
+    });
+    useHeldProxies({QNetworkProxy::HttpProxy, u"127.0.0.1"_s, proxy.serverPort()})
+        ->allowed.release();
+    QCOMPARE(download(remote, patient).result, Download::Failed);
+    QVERIFY2(asked.startsWith("CONNECT updates.invalid:443"), asked);
 }
 
 QTEST_MAIN(tst_Download)

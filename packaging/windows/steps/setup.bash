@@ -1,7 +1,7 @@
 # Sourced by packaging/windows/try: the steps of the installer.
 
 uninstall_key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\LaserRallyvane'
-menu_entries=("Laser Rallyvane" "Rehearse without a laser")
+menu_entries=("Laser Rallyvane" "Rehearse without a laser" "Operator's guide")
 
 # registered NAME: prints the value in the registry, if any.
 registered() {
@@ -28,6 +28,7 @@ expect_installed() {
         expect "The installed $file differs from the built one." cmp -s "$output/stage/$file" "$home/$file"
     done < <(cd "$output/stage" && find . -type f)
     expect "The uninstaller is missing." test -s "$home/uninstall.exe"
+    stage_guide "$home/guide"
     windows_home=$(wine winepath -w "$home" 2>/dev/null | tr -d '\r')
     expect_registered DisplayName "Laser Rallyvane"
     expect_registered DisplayVersion "$version"
