@@ -160,7 +160,7 @@ void tst_Scanner::a_line_at_constant_speed_stays_straight()
     }
     // Once the mirrors have accelerated, their speed is constant except for the ripple of the
     // points.
-    for (auto piece = way.begin() + way.size() / 2; piece != way.end(); ++piece) {
+    for (auto piece = way.begin() + std::ptrdiff_t(way.size()) / 2; piece != way.end(); ++piece) {
         const double step = piece->to.x() - piece->from.x();
         const double even = 40000.0 / 60 * piece->seconds * 30000;
         QVERIFY2(std::abs(step / even - 1) < 0.05, qPrintable(QString::number(step / even)));

@@ -11,7 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const std::vector<LdbPoint> lit = {{5, 6, 0, 0xFFFFFF, 0, 0, 1, 0}};
+const std::vector<LdbPoint> lit = {
+    {5, 6, 0, 0xFFFFFF, 0, 0, 1, 0}}; // clazy:exclude=non-pod-global-static
 
 /// A host that keeps its show, and a game.
 struct Rehearsal

@@ -176,7 +176,7 @@ void tst_ShowLog::an_ending_states_how_long_a_zone_had_been_dark()
     show.lit(2);
     show.dark(5);
     show.happens(Event::SessionClosed, 105.25);
-    QCOMPARE(show.part(u"Endings"_s).last(),
+    QCOMPARE(show.part(u"Endings"_s).constLast(),
         u"105.250  session closed: zone 1 dark 100.250 ms before"_s);
 }
 
@@ -199,8 +199,8 @@ void tst_ShowLog::an_ending_that_leaves_a_zone_lit_states_when_it_went_dark()
     QCOMPARE(show.part(u"Endings"_s), QStringList(u"10.000  %1: zone 1 not dark"_s.arg(name)));
     QCOMPARE(show.verdict(), u"Left lit: 1 of 1 endings."_s);
     show.happens(Event::OutputDisabled, 510);
-    QCOMPARE(
-        show.part(u"Endings"_s).first(), u"10.000  %1: zone 1 dark 500.000 ms after"_s.arg(name));
+    QCOMPARE(show.part(u"Endings"_s).constFirst(),
+        u"10.000  %1: zone 1 dark 500.000 ms after"_s.arg(name));
     QCOMPARE(show.verdict(), u"Every ending left every zone dark."_s);
 }
 
@@ -288,9 +288,10 @@ void tst_ShowLog::a_flickering_game_does_not_fill_the_memory()
         show.dark(3 + 2 * i);
     }
     QVERIFY(show.part(u"Events"_s).size() <= 10'001);
-    QCOMPARE(show.part(u"Events"_s).last(), u"The list is full; later events are not shown."_s);
+    QCOMPARE(
+        show.part(u"Events"_s).constLast(), u"The list is full; later events are not shown."_s);
     QCOMPARE(show.part(u"Endings"_s).size(), 10'000);
-    QVERIFY(show.part(u"Zones"_s).first().startsWith(u"zone 1: 40000 frames, 20000 lit"_s));
+    QVERIFY(show.part(u"Zones"_s).constFirst().startsWith(u"zone 1: 40000 frames, 20000 lit"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_ShowLog)

@@ -21,13 +21,13 @@ PlayerStage::Settings fadersOnBothSides()
 
 FastMatch::FastMatch()
     : m_stage({u"First"_s, u"Second"_s}, 0, fadersOnBothSides())
+    , m_game(&m_stage.game())
 {
     m_stage.host.ready = 1;
     m_stage.host.recording = false;
     m_stage.open();
     m_stage.players[0].midiList->setCurrentIndex(1);
     m_stage.players[1].midiList->setCurrentIndex(2);
-    m_game = &m_stage.game();
     m_game->checkHost();
     m_game->gameShown = true;
     while (m_stage.host.framesSent == 0)
@@ -74,7 +74,7 @@ QString FastMatch::brokenFrame()
         return u"%1 frames in %2 ticks"_s.arg(sent).arg(ticks);
     m_stage.host.takeCalls();
     for (const FakeHost::Frame &frame : m_stage.host.takeFrames()) {
-        if (const QString broken = ::brokenFrame(*m_game, frame.points); !broken.isEmpty())
+        if (QString broken = ::brokenFrame(*m_game, frame.points); !broken.isEmpty())
             return broken;
     }
     return {};

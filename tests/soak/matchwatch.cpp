@@ -33,11 +33,11 @@ QString brokenPaddle(const Point &paddle, qint32 x)
 
 QString brokenRule(const Match &match)
 {
-    if (const QString broken = brokenScore(match.leftScore, match.rightScore); !broken.isEmpty())
+    if (QString broken = brokenScore(match.leftScore, match.rightScore); !broken.isEmpty())
         return broken;
-    if (const QString broken = brokenPaddle(match.leftPaddle, -fieldHalf); !broken.isEmpty())
+    if (QString broken = brokenPaddle(match.leftPaddle, -fieldHalf); !broken.isEmpty())
         return broken;
-    if (const QString broken = brokenPaddle(match.rightPaddle, fieldHalf); !broken.isEmpty())
+    if (QString broken = brokenPaddle(match.rightPaddle, fieldHalf); !broken.isEmpty())
         return broken;
     const Point ball = match.ballPos;
     if (std::abs(ball.x) > farthestX || std::abs(ball.y) > farthestY)

@@ -131,7 +131,7 @@ void tst_Soak::a_show_with_host_restarts_keeps_the_rules_and_grows_nothing()
     QElapsedTimer sinceRestart;
     time.start();
     sinceRestart.start();
-    while (time.elapsed() < seconds * 1000 || restarts < 2) {
+    while (time.elapsed() < seconds * 1000LL || restarts < 2) {
         show.play();
         QTest::qWait(20);
         QCOMPARE(show.broken(), QString());
@@ -155,7 +155,7 @@ void tst_Soak::a_show_with_host_restarts_keeps_the_rules_and_grows_nothing()
         QCOMPARE(sample.threads, samples.first().threads);
         QCOMPARE(sample.handles, samples.first().handles);
     }
-    QVERIFY(samples.last().heap - samples.first().heap < 256 * 1024);
+    QVERIFY(samples.last().heap - samples.first().heap < 256 * 1024L);
 }
 
 QTEST_MAIN(tst_Soak)

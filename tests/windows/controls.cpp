@@ -37,7 +37,8 @@ BOOL CALLBACK print(HWND control, LPARAM /*unused*/)
 BOOL CALLBACK printIfTitled(HWND window, LPARAM title)
 {
     if (IsWindowVisible(window)
-        && textOf(window).starts_with(reinterpret_cast<const char *>(title)))
+        && textOf(window).starts_with(
+            reinterpret_cast<const char *>(title))) // NOLINT(performance-no-int-to-ptr)
         EnumChildWindows(window, print, 0);
     return TRUE;
 }

@@ -14,7 +14,7 @@ constexpr DWORD pollInterval = 5;
 
 std::string fileName()
 {
-    const char *const name = std::getenv("RALLYVANE_SCRIPT");
+    const char *const name = std::getenv("RALLYVANE_SCRIPT"); // NOLINT(concurrency-mt-unsafe)
     return name ? name : "";
 }
 

@@ -15,7 +15,7 @@ int main(int argc, char *argv[])
         return 2;
     std::ifstream file(argv[1], std::ios::binary);
     const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-    const HCERTSTORE store = CertOpenSystemStoreA(0, "ROOT");
+    HCERTSTORE store = CertOpenSystemStoreA(0, "ROOT");
     const bool added = store
         && CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING,
             reinterpret_cast<const BYTE *>(bytes.data()), DWORD(bytes.size()),

@@ -9,8 +9,8 @@
 
 #include <array>
 #include <atomic>
-#include <cstring>
 #include <mutex>
+#include <string_view>
 
 namespace {
 
@@ -26,6 +26,11 @@ std::array<Input, 2> inputs = {{{"Stand-in fader"}, {"Stand-in keys"}}};
 
 using MidiInCallback = void(CALLBACK *)(HMIDIIN, UINT, DWORD_PTR, DWORD_PTR, DWORD_PTR);
 
+HMIDIIN handleOf(std::size_t device)
+{
+    return reinterpret_cast<HMIDIIN>(device + 1); // NOLINT(performance-no-int-to-ptr)
+}
+
 /// midi DEVICE STATUS DATA1 DATA2
 void playMidi(const std::vector<int> &numbers)
 {
@@ -35,8 +40,8 @@ void playMidi(const std::vector<int> &numbers)
         return;
     const auto word =
         static_cast<DWORD_PTR>(numbers.at(1) | numbers.at(2) << 8 | numbers.at(3) << 16);
-    reinterpret_cast<MidiInCallback>(input.callback)(
-        reinterpret_cast<HMIDIIN>(device + 1), MIM_DATA, input.instance, word, GetTickCount());
+    reinterpret_cast<MidiInCallback>(input.callback)( // NOLINT(performance-no-int-to-ptr)
+        handleOf(device), MIM_DATA, input.instance, word, GetTickCount());
 }
 
 Input *inputOf(HMIDIIN handle)
@@ -57,6 +62,7 @@ Function *real(const char *name)
 
 } // namespace
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" {
 
 UINT WINAPI midiInGetNumDevs()
@@ -69,7 +75,7 @@ MMRESULT WINAPI midiInGetDevCapsA(UINT_PTR device, LPMIDIINCAPSA caps, UINT size
     if (device >= inputs.size() || size != sizeof *caps)
         return MMSYSERR_BADDEVICEID;
     *caps = {};
-    std::strcpy(caps->szPname, inputs[device].name);
+    std::string_view(inputs[device].name).copy(caps->szPname, sizeof caps->szPname - 1);
     return MMSYSERR_NOERROR;
 }
 
@@ -81,7 +87,7 @@ MMRESULT WINAPI midiInOpen(
     Script::note("midiInOpen " + std::to_string(device));
     inputs[device].callback = callback;
     inputs[device].instance = instance;
-    *handle = reinterpret_cast<HMIDIIN>(std::size_t(device) + 1);
+    *handle = handleOf(device);
     static std::once_flag once;
     std::call_once(once, [] { Script::follow("midi", playMidi); });
     return MMSYSERR_NOERROR;
@@ -120,22 +126,23 @@ UINT WINAPI midiOutGetNumDevs()
     return 0;
 }
 
-MMRESULT WINAPI midiOutGetDevCapsA(UINT_PTR, LPMIDIOUTCAPSA, UINT)
+MMRESULT WINAPI midiOutGetDevCapsA(UINT_PTR /*device*/, LPMIDIOUTCAPSA /*caps*/, UINT /*size*/)
 {
     return MMSYSERR_BADDEVICEID;
 }
 
-MMRESULT WINAPI midiOutOpen(LPHMIDIOUT, UINT, DWORD_PTR, DWORD_PTR, DWORD)
+MMRESULT WINAPI midiOutOpen(LPHMIDIOUT /*handle*/, UINT /*device*/, DWORD_PTR /*callback*/,
+    DWORD_PTR /*instance*/, DWORD /*flags*/)
 {
     return MMSYSERR_BADDEVICEID;
 }
 
-MMRESULT WINAPI midiOutClose(HMIDIOUT)
+MMRESULT WINAPI midiOutClose(HMIDIOUT /*handle*/)
 {
     return MMSYSERR_INVALHANDLE;
 }
 
-MMRESULT WINAPI midiOutShortMsg(HMIDIOUT, DWORD)
+MMRESULT WINAPI midiOutShortMsg(HMIDIOUT /*handle*/, DWORD /*message*/)
 {
     return MMSYSERR_INVALHANDLE;
 }
@@ -156,3 +163,4 @@ WINBOOL WINAPI PlaySoundW(LPCWSTR sound, HMODULE module, DWORD flags)
     return real<decltype(PlaySoundW)>("PlaySoundW")(sound, module, flags);
 }
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)

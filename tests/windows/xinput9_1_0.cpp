@@ -10,7 +10,7 @@
 
 namespace {
 
-std::mutex mutex;
+std::mutex mutex; // clazy:exclude=non-pod-global-static
 XINPUT_STATE pad = {};
 
 /// pad BUTTONS LEFTX LEFTY RIGHTX RIGHTY
@@ -41,7 +41,7 @@ DWORD WINAPI XInputGetState(DWORD userIndex, XINPUT_STATE *state)
     return ERROR_SUCCESS;
 }
 
-DWORD WINAPI XInputSetState(DWORD userIndex, XINPUT_VIBRATION *)
+DWORD WINAPI XInputSetState(DWORD userIndex, XINPUT_VIBRATION * /*vibration*/)
 {
     Script::note("XInputSetState " + std::to_string(userIndex));
     return userIndex == 0 ? ERROR_SUCCESS : ERROR_DEVICE_NOT_CONNECTED;
