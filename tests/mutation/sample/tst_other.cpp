@@ -1,2 +1,2 @@
 // A test of something else.
-int main() {}
+int main() { }
