@@ -100,9 +100,9 @@ class BuildTree:
         read = {}  # by an object, the files that its compiler read
         for block in self.ask("ninja", "-t", "deps").split("\n\n"):
             name, *files = block.split("\n")
-            read[name.split(":")[0]] = {
-                str(path.relative_to(self.source)) for path in map(Path, map(str.strip, files))
-                if path.is_relative_to(self.source)}
+            paths = [Path(os.path.normpath(self.build / file.strip())) for file in files]
+            read[name.split(":")[0]] = {str(path.relative_to(self.source)) for path in paths
+                                        if path.is_relative_to(self.source)}
         return {target: set().union(*(read.get(file, ()) for file in self.inputs(target)))
                 for target in targets}
 
