@@ -62,10 +62,24 @@ class BuildTree:
         if not self.run(["cmake", "-S", self.source, "-B", self.build, *CONFIGURATION]):
             raise SystemExit(f"The copy could not be configured: {self.log}")
 
-    def run(self, command):
-        """Runs a command of the build and returns whether it succeeded; its output is logged."""
+    def run(self, command, seconds=None, **place):
+        """Runs a command, whose output is logged, and ends all its processes.
+
+        Returns whether it succeeded; None if it takes longer than some seconds.
+        """
         with open(self.log, "w") as log:
-            return subprocess.run(command, stdout=log, stderr=log, check=False).returncode == 0
+            process = subprocess.Popen(command, stdout=log, stderr=log, stdin=subprocess.DEVNULL,
+                                       start_new_session=True, **place)
+            try:
+                return process.wait(seconds) == 0
+            except subprocess.TimeoutExpired:
+                return None
+            finally:
+                try:
+                    os.killpg(process.pid, signal.SIGKILL)
+                except ProcessLookupError:
+                    pass
+                process.wait()
 
     def make(self, targets):
         jobs = str(len(os.sched_getaffinity(0)))
@@ -125,20 +139,7 @@ class BuildTree:
 
     def passes(self, test, seconds):
         """Runs a test. None if it takes longer than some seconds."""
-        with open(self.log, "w") as log:
-            process = subprocess.Popen(
-                test.command, cwd=test.folder, env=os.environ | test.environment, stdout=log,
-                stderr=log, stdin=subprocess.DEVNULL, start_new_session=True)
-            try:
-                return process.wait(seconds) == 0
-            except subprocess.TimeoutExpired:
-                return None
-            finally:  # also ends the processes that a test left behind
-                try:
-                    os.killpg(process.pid, signal.SIGKILL)
-                except ProcessLookupError:
-                    pass
-                process.wait()
+        return self.run(test.command, seconds, cwd=test.folder, env=os.environ | test.environment)
 
     def measure(self, tests, seconds):
         """Runs the tests without a change. Returns those that pass, with their times."""
