@@ -159,7 +159,7 @@ class BuildTree:
         Returns the test and whether it hung; (None, False) if all pass; None if the text does not
         compile.
         """
-        original = (self.project / file).read_text()
+        original = (self.source / file).read_text()
         (self.source / file).write_text(text)
         try:
             built = 0
