@@ -52,6 +52,7 @@ private slots:
     void a_second_click_cancels();
     void a_learn_cancels_every_other();
     void a_key_is_learnt_while_a_pad_learn_is_replaced();
+    void a_key_is_not_learnt_as_move();
     void only_the_control_being_learnt_names_its_side_data();
     void only_the_control_being_learnt_names_its_side();
     void a_learnt_control_is_written_to_the_file();
@@ -283,6 +284,17 @@ void tst_Learn::a_key_is_learnt_while_a_pad_learn_is_replaced()
     }
 }
 
+void tst_Learn::a_key_is_not_learnt_as_move()
+{
+    PlayerStage stage({}, 0, bothOn(u"KEYBOARD"_s));
+    stage.open();
+    stage.controls()->learnOrCancel(Control::Move, Side::Left);
+    const PlayerStage::Settings before = stage.settings();
+    QTest::keyPress(stage.widget()->windowHandle(), Qt::Key_W);
+    QCOMPARE(stage.settingsSince(before), PlayerStage::Settings());
+    QCOMPARE(stage.controls()->moveLearnSide(), 0);
+}
+
 void tst_Learn::only_the_control_being_learnt_names_its_side_data()
 {
     addSides();
@@ -299,7 +311,7 @@ void tst_Learn::only_the_control_being_learnt_names_its_side()
         return QList{controls.moveLearnSide(), controls.startLearnSide(), controls.upLearnSide(),
             controls.downLearnSide()};
     };
-    QCOMPARE(sides(), QList(4, none));
+    QCOMPARE(sides(), QList<int>(4, none));
     for (int index = 0; index < 4; ++index) {
         controls.learnOrCancel(Control(index), Side(side));
         QList<int> expected(4, none);
@@ -307,7 +319,7 @@ void tst_Learn::only_the_control_being_learnt_names_its_side()
         QCOMPARE(sides(), expected);
     }
     controls.cancelLearn();
-    QCOMPARE(sides(), QList(4, none));
+    QCOMPARE(sides(), QList<int>(4, none));
 }
 
 void tst_Learn::a_learnt_control_is_written_to_the_file()
