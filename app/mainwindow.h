@@ -1,9 +1,9 @@
 #pragma once
 
 #include "pong.h"
+#include "settings.h"
 
 #include <QMainWindow>
-#include <QSettings>
 
 #include <memory>
 
@@ -71,7 +71,7 @@ private:
     bool CheckForUpdate();
 
     std::unique_ptr<Ui::MainWindow> ui;
-    std::unique_ptr<QSettings> store;
+    std::unique_ptr<QSettings, settings::Close> store;
     QString releaseNotes; ///< of the version that the update check found
     std::unique_ptr<Pong> pong;
     std::unique_ptr<LaserControls> laserControls;

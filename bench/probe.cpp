@@ -1,3 +1,5 @@
+#include "operator.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QGenericPlugin>
@@ -7,12 +9,14 @@
 
 #include <chrono>
 #include <cstdio>
+#include <memory>
 
 using namespace std::chrono_literals;
 
 // Observes an unmodified program from the inside: Qt loads this plugin if the environment names it.
-// It reports the first paint of the main window and, with RALLYVANE_BENCH_PLAY, then starts a point
-// like an operator and a player.
+// It reports the first paint of the main window. With RALLYVANE_BENCH_PLAY it then starts a point
+// like an operator and a player; with RALLYVANE_BENCH_OPERATE it then works at the window, see
+// Operator.
 
 namespace {
 
@@ -48,8 +52,10 @@ protected:
     void customEvent(QEvent * /*event*/) override
     {
         tell("painted");
-        if (!qEnvironmentVariableIsSet("RALLYVANE_BENCH_PLAY"))
+        if (!qEnvironmentVariableIsSet("RALLYVANE_BENCH_PLAY")) {
+            operate();
             return;
+        }
         QObject::connect(&m_step, &QTimer::timeout, this, &Probe::play);
         m_step.start(300ms);
     }
@@ -73,11 +79,20 @@ private:
             if (++m_presses == 2) {
                 m_step.stop();
                 tell("playing");
+                operate();
             }
         }
     }
 
+    void operate()
+    {
+        const QByteArray action = qgetenv("RALLYVANE_BENCH_OPERATE");
+        if (!action.isEmpty())
+            m_operator = std::make_unique<Operator>(m_window, action);
+    }
+
     QMainWindow *m_window = nullptr;
+    std::unique_ptr<Operator> m_operator;
     QTimer m_step;
     int m_presses = 0;
 };

@@ -147,9 +147,11 @@ void PlayerControls::xboxSetControllerSource(int control, Side side)
 
 void PlayerControls::refreshLearnButtons()
 {
+    const QPushButton *beingLearnt =
+        learning ? learnButton(players[learning->side].ui, learning->control) : nullptr;
     for (Player &player : players) {
         player.loadBindings(store);
-        player.showBindings(store);
+        player.showBindings(store, beingLearnt);
     }
     if (learning)
         showLearning();

@@ -22,7 +22,6 @@ void showBinding(
     button->setEnabled(enabled);
     button->setToolTip(control ? WindowTexts::tr("Learnt: %1").arg(*control)
                                : WindowTexts::tr("Nothing learnt yet"));
-    looks::apply(button, control ? looks::learnt : looks::notLearnt);
 }
 
 std::optional<QString> nameOf(const MidiBinding &binding)
@@ -111,8 +110,14 @@ void Player::loadPadBindings(const QSettings &store)
     xMove = settings::read(store, settings::xMove[side]);
 }
 
-void Player::showBindings(const QSettings &store)
+void Player::showBindings(const QSettings &store, const QPushButton *beingLearnt)
 {
+    const auto show = [beingLearnt](QPushButton *button, const QString &text, bool enabled,
+                          const std::optional<QString> &control) {
+        showBinding(button, text, enabled, control);
+        if (button != beingLearnt)
+            looks::apply(button, control ? looks::learnt : looks::notLearnt);
+    };
     const QString start = WindowTexts::tr("Click to learn Start");
     const QString move = WindowTexts::tr("Click to learn Move");
     const QString noValue = QStringLiteral(" - ");
@@ -120,8 +125,8 @@ void Player::showBindings(const QSettings &store)
     case ControlMode::Midi: {
         const bool chosen = ui.midiList->currentIndex() > 0;
         const QString ending = chosen ? noValue : QString();
-        showBinding(ui.learnStart, start + ending, chosen, nameOf(midiStart));
-        showBinding(ui.learnMove, move + ending, chosen, nameOf(midiMove));
+        show(ui.learnStart, start + ending, chosen, nameOf(midiStart));
+        show(ui.learnMove, move + ending, chosen, nameOf(midiMove));
         break;
     }
     case ControlMode::Xbox: {
@@ -133,18 +138,16 @@ void Player::showBindings(const QSettings &store)
         };
         const QString button = WindowTexts::tr(" - Button ") + QString::number(xStart);
         const QString controller = WindowTexts::tr(" - Controller ") + QString::number(xMove);
-        showBinding(ui.learnStart, chosen ? start + button : start, chosen,
+        show(ui.learnStart, chosen ? start + button : start, chosen,
             ifLearnt(settings::xStart, controlnames::padButton(xStart)));
-        showBinding(ui.learnMove, chosen ? move + controller : move, chosen,
+        show(ui.learnMove, chosen ? move + controller : move, chosen,
             ifLearnt(settings::xMove, controlnames::padStick(xMove)));
         break;
     }
     case ControlMode::Keyboard:
-        showBinding(ui.learnStart, start + noValue, true, nameOf(startKey));
-        showBinding(
-            ui.learnUp, WindowTexts::tr("Click to learn Up") + noValue, true, nameOf(upKey));
-        showBinding(
-            ui.learnDown, WindowTexts::tr("Click to learn Down") + noValue, true, nameOf(downKey));
+        show(ui.learnStart, start + noValue, true, nameOf(startKey));
+        show(ui.learnUp, WindowTexts::tr("Click to learn Up") + noValue, true, nameOf(upKey));
+        show(ui.learnDown, WindowTexts::tr("Click to learn Down") + noValue, true, nameOf(downKey));
         break;
     }
 }

@@ -77,6 +77,7 @@ struct Player
     void loadBindings(const QSettings &store);
     /// Reads the learnt gamepad button and stick.
     void loadPadBindings(const QSettings &store);
-    /// Updates the learn buttons: enabled or not, and whether their controls are learnt.
-    void showBindings(const QSettings &store);
+    /// Updates the learn buttons: enabled or not, and whether their controls are learnt. The button
+    /// that is learning keeps its look, which would otherwise be set twice.
+    void showBindings(const QSettings &store, const QPushButton *beingLearnt);
 };

@@ -50,11 +50,11 @@ public:
     /// At most `size` bytes at an address.
     QByteArrayView at(quint32 address, qint64 size) const
     {
-        const quint16 count = number<quint16>(m_file, m_header + 6);
+        const auto count = number<quint16>(m_file, m_header + 6);
         qint64 section = optionalHeader() + number<quint16>(m_file, m_header + 20);
         for (int i = 0; i < count; ++i, section += 40) {
             const qint64 offset = qint64(address) - number<quint32>(m_file, section + 12);
-            const quint32 sizeInFile = number<quint32>(m_file, section + 16);
+            const auto sizeInFile = number<quint32>(m_file, section + 16);
             if (offset >= 0 && offset < sizeInFile)
                 return part(m_file, number<quint32>(m_file, section + 20) + offset,
                     std::min(size, sizeInFile - offset));
@@ -103,7 +103,7 @@ QByteArrayView versionResource(const Image &image)
 QString text(QByteArrayView bytes, qint64 offset)
 {
     QString result;
-    while (const quint16 character = number<quint16>(bytes, offset)) {
+    while (const auto character = number<quint16>(bytes, offset)) {
         result += QChar(character);
         offset += 2;
     }
@@ -119,7 +119,7 @@ qint64 aligned(qint64 offset)
 /// is a text, then its name, its value and further nodes. Strings are three levels below the root.
 void addStrings(QMap<QString, QString> &strings, QByteArrayView nodes, int level)
 {
-    while (const quint16 size = number<quint16>(nodes, 0)) {
+    while (const auto size = number<quint16>(nodes, 0)) {
         const QByteArrayView node = part(nodes, 0, size);
         const QString name = text(node, 6);
         const qint64 value = aligned(6 + 2 * (name.size() + 1));

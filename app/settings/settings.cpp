@@ -1,10 +1,14 @@
 #include "settings.h"
 
+#include "settingsfile.h"
+#include "settingsstore.h"
 #include "typedvalues.h"
 
+#include <QCoreApplication>
 #include <QDebug>
+#include <QEvent>
 #include <QFile>
-#include <QSaveFile>
+#include <QFileInfo>
 #include <QTemporaryFile>
 #include <QVariant>
 
@@ -15,35 +19,26 @@ namespace {
 constexpr QLatin1StringView fileName(".pong");
 constexpr QLatin1StringView copyName(".pong.damaged");
 
-QByteArray contentOf(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// Replaces a file atomically, or returns false and leaves it unchanged.
-bool replaceFile(const QString &name, const QByteArray &content)
-{
-    QSaveFile file(name);
-    // Flushed explicitly: commit() does not notice if a full disk truncates the last bytes.
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush()
-        && file.commit();
-}
-
 bool keepCopy(const QByteArray &content)
 {
-    if (!replaceFile(copyName, content))
+    if (!settingsfile::replace(copyName, content).isEmpty())
         return false;
     qDebug() << "The settings file is damaged; it is kept as" << copyName;
     return true;
 }
 
-/// A store with the settings of an INI text, backed by no writable file.
-std::unique_ptr<QSettings> inMemory(const QByteArray &iniText)
+/// A store that is backed by no writable file.
+settings::Store inMemory()
+{
+    // QSettings needs a file name. This one is a program resource, which is read-only.
+    return settings::Store(new QSettings(u":/.pong"_s, QSettings::IniFormat));
+}
+
+/// The same with the settings of a damaged INI text.
+settings::Store inMemory(const QByteArray &iniText)
 {
     qDebug("The settings file is damaged and cannot be copied; changes will not be kept");
-    // QSettings needs a file name. This one is a program resource, which is read-only.
-    auto store = std::make_unique<QSettings>(u":/.pong"_s, QSettings::IniFormat);
+    settings::Store store = inMemory();
     QTemporaryFile file;
     if (file.open() && file.write(iniText) == iniText.size() && file.flush()) {
         const QSettings source(file.fileName(), QSettings::IniFormat);
@@ -69,18 +64,41 @@ Number readNumber(const QSettings &store, const Setting<Number> &setting,
 
 namespace settings {
 
-std::unique_ptr<QSettings> open()
+void Close::operator()(QSettings *store) const
 {
-    const QByteArray content = contentOf(fileName);
+    if (auto *onDisk = dynamic_cast<SettingsStore *>(store))
+        SettingsStore::close(onDisk);
+    else
+        delete store;
+}
+
+Store open()
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly) && file.exists()) {
+        qDebug() << "The settings file cannot be read; changes will not be kept:"
+                 << file.errorString();
+        return inMemory();
+    }
+    const QByteArray content = file.isOpen() ? file.readAll() : QByteArray();
+    file.close();
     const QByteArray plain = withoutTypedValues(content);
     const bool isTyped = plain != content;
-    if (isTyped && !(keepCopy(content) && replaceFile(fileName, plain)))
+    if (isTyped && !(keepCopy(content) && settingsfile::replace(fileName, plain).isEmpty()))
         return inMemory(plain);
-    auto store = std::make_unique<QSettings>(QString(fileName), QSettings::IniFormat);
-    store->allKeys(); // only this parses the lines and detects malformed ones
+    // The full path, because the working directory may have changed by the time of a write.
+    const QString path = QFileInfo(file).absoluteFilePath();
+    Store store(new SettingsStore(
+        fileName, [path](const QVariantMap &values) { return settingsfile::write(path, values); }));
     if (!isTyped && store->status() == QSettings::FormatError && !keepCopy(content))
         return inMemory(plain);
     return store;
+}
+
+void requestSync(QSettings &store)
+{
+    QEvent request(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(&store, &request);
 }
 
 int read(const QSettings &store, const Setting<int> &setting)

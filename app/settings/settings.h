@@ -52,11 +52,23 @@ inline constexpr auto upKey = ofSides<uint>("KeyboardUpL", "KeyboardUpR", 0); //
 inline constexpr auto downKey = ofSides<uint>("KeyboardDownL", "KeyboardDownR", 0);
 inline constexpr auto startKey = ofSides<uint>("KeyboardStartL", "KeyboardStartR", 0);
 
-/// Opens ".pong" in the working directory. On writing, QSettings drops lines that it cannot parse,
-/// and it instantiates values of any type; so a file with either is first copied to
-/// ".pong.damaged", and typed values become plain text. If the copy cannot be written, the file is
-/// left alone and changes are kept in memory only.
-std::unique_ptr<QSettings> open();
+/// Deletes a store of open(), which writes its file. See SettingsStore::close().
+struct Close
+{
+    void operator()(QSettings *store) const;
+};
+using Store = std::unique_ptr<QSettings, Close>;
+
+/// Opens ".pong" in the working directory. It is read once: edits that others make to it meanwhile
+/// are replaced by the next write. A write keeps every value of the file but no comments, no order,
+/// and no lines that QSettings cannot parse; and QSettings instantiates values of any type. So a
+/// file with malformed lines or typed values is first copied to ".pong.damaged", and typed values
+/// become plain text. If the copy cannot be written, or the file cannot be read, it is left alone
+/// and changes are kept in memory only.
+Store open();
+
+/// Asks the store for a sync, as QSettings asks itself.
+void requestSync(QSettings &store);
 
 /// Returns the stored value as QVariant converts it, or the fallback if there is none. Values that
 /// are not numbers read as 0 and are logged; nothing else is checked.
@@ -64,8 +76,8 @@ int read(const QSettings &store, const Setting<int> &setting);
 uint read(const QSettings &store, const Setting<uint> &setting);
 QString read(const QSettings &store, const Setting<QLatin1StringView> &setting);
 
-/// Puts a value into the store, which writes the file later. Writing an unchanged value does
-/// nothing, so the GUI thread is not blocked by disk writes.
+/// Puts a value into the store, which writes the file soon afterwards. Writing an unchanged value
+/// does nothing.
 template <class T>
 void write(QSettings &store, const Setting<T> &setting, const std::type_identity_t<T> &value)
 {
@@ -75,8 +87,10 @@ void write(QSettings &store, const Setting<T> &setting, const std::type_identity
     else
         wanted = value;
     const QVariant stored = store.value(setting.key);
-    if (!stored.isValid() || stored.toString() != wanted.toString())
+    if (!stored.isValid() || stored.toString() != wanted.toString()) {
         store.setValue(setting.key, wanted);
+        requestSync(store);
+    }
 }
 
 } // namespace settings

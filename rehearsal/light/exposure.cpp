@@ -98,8 +98,8 @@ void Exposure::darken(int tileX, int tileY)
 {
     m_lit[tileAt(tileX, tileY)] = 0;
     for (int y = tileY * tileSide; y < (tileY + 1) * tileSide; ++y)
-        std::fill_n(
-            m_light.data() + rowSize() * std::size_t(y) + tileX * tileSide, tileSide, Light{});
+        std::fill_n(m_light.data() + rowSize() * std::size_t(y) + std::size_t(tileX) * tileSide,
+            tileSide, Light{});
 }
 
 double Exposure::energy() const

@@ -1,13 +1,8 @@
+#include "entrypoints.h"
+
 #include "hostlink.h"
-#include "rehearsal_export.h"
 
-// The functions that the game resolves in the laser host's library.
-
-#define DECLARE_ENTRY_POINT(name, parameters, arguments) \
-    extern "C" REHEARSAL_EXPORT std::int32_t name parameters;
-LDB_ENTRY_POINTS(DECLARE_ENTRY_POINT)
-
-#include "unusedentries.h"
+// The functions that the game calls.
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QMap>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -84,6 +85,7 @@ private slots:
     void a_write_leaves_the_other_keys_alone();
     void unchanged_values_are_not_written_again();
     void another_working_directory_has_another_file();
+    void a_change_of_the_working_directory_leaves_the_settings_in_their_file();
     void a_damaged_file_is_kept_and_its_intact_values_are_read_data();
     void a_damaged_file_is_kept_and_its_intact_values_are_read();
     void typed_values_are_read_as_text();
@@ -215,6 +217,8 @@ void tst_Settings::an_empty_file_is_not_an_error()
 void tst_Settings::a_folder_in_place_of_the_file_is_not_an_error()
 {
     QVERIFY(QDir().mkdir(fileName));
+    QTest::ignoreMessage(QtDebugMsg,
+        QRegularExpression(u"The settings file cannot be read; changes will not be kept: .+"_s));
     const auto store = settings::open();
     QCOMPARE(settings::read(*store, settings::ballSpeed), 20);
     settings::write(*store, settings::ballSpeed, 25);
@@ -290,6 +294,17 @@ void tst_Settings::another_working_directory_has_another_file()
     settings::write(*settings::open(), settings::ballSpeed, 12);
     QVERIFY(QDir::setCurrent(m_folder->path()));
     QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 25);
+}
+
+void tst_Settings::a_change_of_the_working_directory_leaves_the_settings_in_their_file()
+{
+    const QTemporaryDir other;
+    const auto store = settings::open();
+    QVERIFY(QDir::setCurrent(other.path()));
+    settings::write(*store, settings::ballSpeed, 25);
+    QTRY_VERIFY(contentOf(m_folder->filePath(fileName)).contains("BallSpeed=25"));
+    QCOMPARE(files(), QStringList());
+    QVERIFY(QDir::setCurrent(m_folder->path()));
 }
 
 void tst_Settings::a_damaged_file_is_kept_and_its_intact_values_are_read_data()

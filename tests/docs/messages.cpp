@@ -59,9 +59,9 @@ qsizetype endOf(const QString &source, qsizetype begin, bool statement)
             continue;
         if (c == u'(')
             ++depth;
-        else if (c == u')' && --depth == 0 && !statement)
-            return i;
-        else if (c == u';' && depth <= 0)
+        else if (c == u')')
+            --depth;
+        if ((c == u')' && depth == 0 && !statement) || (c == u';' && depth <= 0))
             return i;
     }
     return source.size();

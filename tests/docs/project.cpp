@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
@@ -20,7 +21,7 @@ namespace {
 constexpr int helpTimeoutMs = 60000;
 
 /// Folders that have no sources of the project, or data of its tests.
-const QStringList foreignFolders = {u"build"_s, u".git"_s, u"tests/fuzz/corpus"_s};
+constexpr std::array foreignFolders = {"build"_L1, ".git"_L1, "tests/fuzz/corpus"_L1};
 
 /// The files below a folder, relative to `top`.
 QStringList filesBelow(const QDir &folder, const QDir &top)
@@ -31,7 +32,7 @@ QStringList filesBelow(const QDir &folder, const QDir &top)
         const QString path = top.relativeFilePath(entry.filePath());
         if (!entry.isDir())
             files.append(path);
-        else if (!foreignFolders.contains(path))
+        else if (std::ranges::find(foreignFolders, path) == foreignFolders.end())
             files += filesBelow(QDir(entry.filePath()), top);
     }
     return files;
@@ -40,7 +41,8 @@ QStringList filesBelow(const QDir &folder, const QDir &top)
 QSet<QString> presetsIn(const QByteArray &json)
 {
     QSet<QString> names;
-    for (const QJsonValue &value : QJsonDocument::fromJson(json)["configurePresets"_L1].toArray()) {
+    const QJsonArray presets = QJsonDocument::fromJson(json)["configurePresets"_L1].toArray();
+    for (const auto value : presets) {
         const QJsonObject preset = value.toObject();
         if (!preset["hidden"_L1].toBool())
             names.insert(preset["name"_L1].toString());

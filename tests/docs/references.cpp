@@ -6,13 +6,20 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QStringList externalCommands = {u"cmake"_s, u"ctest"_s, u"git"_s, u"cd"_s};
-const QStringList languages = {u""_s, u"sh"_s, u"text"_s, u"mermaid"_s};
+constexpr std::array externalCommands = {"cmake"_L1, "ctest"_L1, "git"_L1, "cd"_L1};
+constexpr std::array languages = {""_L1, "sh"_L1, "text"_L1, "mermaid"_L1};
+
+template <std::size_t Size>
+bool contains(const std::array<QLatin1StringView, Size> &words, const QString &word)
+{
+    return std::ranges::find(words, word) != words.end();
+}
 
 bool isWhole(const QString &text, const QRegularExpression &pattern)
 {
@@ -98,7 +105,7 @@ void References::checkSpan(int line, const QString &span, const QStringList &fol
     static const QRegularExpression test(u"^tst_\\w+$"_s);
     const QString first = span.section(u' ', 0, 0);
     const bool hasArguments = first != span;
-    if (first.startsWith("./"_L1) || (hasArguments && externalCommands.contains(first))
+    if (first.startsWith("./"_L1) || (hasArguments && contains(externalCommands, first))
         || ((hasArguments || first.contains(u'/')) && !m_project.executableOf(first).isEmpty()))
         checkCommandLine(line, span);
     else if (first.startsWith("--"_L1))
@@ -121,7 +128,7 @@ void References::checkPath(int line, const QString &path, const QStringList &fol
 
 void References::checkBlock(const Document::CodeBlock &block)
 {
-    if (!languages.contains(block.language))
+    if (!contains(languages, block.language))
         report(block.line, u"the code block has an unknown language: "_s + block.language);
     int line = block.line;
     for (const QString &text : block.lines) {
@@ -136,7 +143,7 @@ void References::checkBlock(const Document::CodeBlock &block)
 bool References::isCommandOfOurs(const QString &line) const
 {
     const QString first = withoutAssignments(line.split(u' ', Qt::SkipEmptyParts)).value(0);
-    return first.startsWith("./"_L1) || externalCommands.contains(first)
+    return first.startsWith("./"_L1) || contains(externalCommands, first)
         || (first.contains(u'/') && m_project.has(first.section(u'/', 0, 0)));
 }
 
@@ -159,7 +166,7 @@ void References::checkCommandLine(int line, const QString &text)
             continue;
         checkPreset(line, words);
         checkSettings(line, words);
-        if (externalCommands.contains(words.constFirst()))
+        if (contains(externalCommands, words.constFirst()))
             checkExternal(line, words);
         else
             checkCommand(line, words);

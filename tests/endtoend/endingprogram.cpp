@@ -3,10 +3,11 @@
 //
 //   ENDING_SERVER        the update server, a host name with or without a port
 //   ENDING_CERTIFICATE   the file with the only trusted certificate
-//   ENDING_LOOKUP        "hangs": name lookups never return
+//   ENDING_LOOKUP        "hangs": name lookups never return; not on Windows
 //   ENDING_DELAY         delay in ms of the first load, before its update check
 //   ENDING_ANSWER        delay in ms before a message box is answered
-//   ENDING_CLOSE         when to close the window, in ms after it was shown; never if empty
+//   ENDING_CLOSE         when to close the window, in ms after it was shown, or "check": as soon as
+//                        the update check processes events; never if empty
 //
 // Prints "closed" on standard output when the window closes.
 
@@ -23,9 +24,6 @@
 #include <QTimer>
 
 #include <cstdio>
-#include <dlfcn.h>
-#include <netdb.h>
-#include <unistd.h>
 
 namespace {
 
@@ -86,17 +84,7 @@ QString updateHost()
         QSslCertificate::fromPath(qEnvironmentVariable("ENDING_CERTIFICATE")));
     QSslConfiguration::setDefaultConfiguration(configuration);
     QThread::msleep(ulong(qEnvironmentVariableIntValue("ENDING_DELAY")));
+    if (qEnvironmentVariable("ENDING_CLOSE") == QLatin1StringView("check"))
+        QTimer::singleShot(0, qApp, &QApplication::closeAllWindows);
     return qEnvironmentVariable("ENDING_SERVER");
-}
-
-/// Overrides the system's function for every library of the process. The parameters have the names
-/// that the system gives them.
-extern "C" __attribute__((visibility("default"))) int getaddrinfo(
-    const char *name, const char *service, const addrinfo *req, addrinfo **pai)
-{
-    while (qEnvironmentVariable("ENDING_LOOKUP") == QLatin1StringView("hangs"))
-        pause();
-    static const auto system =
-        reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
-    return system(name, service, req, pai);
 }

@@ -34,8 +34,21 @@ constexpr std::pair<Server, const char *> servers[] = {
     {Offering, "a server with an update"},
 };
 
+/// Whether a kind of server can be had here: an HTTPS server's certificate is made with the openssl
+/// command, and name lookups are replaced, both on Linux only.
+bool isAvailable([[maybe_unused]] Server server)
+{
+#ifdef Q_OS_WIN
+    return server < HangingLookup;
+#else
+    return true;
+#endif
+}
+
 /// In place of a closing time: the program closes the window itself.
 constexpr int never = -1;
+/// In place of a closing time: as soon as the update check processes events.
+constexpr int atCheck = -2;
 
 /// In milliseconds. Enough for any step on a busy machine, while a hanging lookup takes for ever.
 constexpr qint64 patience = 30'000;
@@ -80,15 +93,19 @@ private:
 void tst_Ending::initTestCase()
 {
     const QDir bin(QCoreApplication::applicationDirPath());
-    for (const auto *const file : {"endingprogram", "winmm.so", "xinput9_1_0.so"}) {
-        const auto name = QString::fromLatin1(file);
+#ifdef Q_OS_WIN
+    const QStringList files = {u"endingprogram.exe"_s};
+#else
+    const QStringList files = {u"endingprogram"_s, u"winmm.so"_s, u"xinput9_1_0.so"_s};
+#endif
+    for (const QString &name : files)
         QVERIFY(QFile::copy(bin.filePath(name), folder.filePath(name)));
+    if (isAvailable(UpToDate)) {
+        QFile certificate(folder.filePath(u"certificate.pem"_s));
+        QVERIFY(certificate.open(QIODevice::WriteOnly));
+        certificate.write(loopback().certificate.toPem());
+        website.emplace(loopback());
     }
-    QFile certificate(folder.filePath(u"certificate.pem"_s));
-    QVERIFY(certificate.open(QIODevice::WriteOnly));
-    certificate.write(loopback().certificate.toPem());
-
-    website.emplace(loopback());
     QVERIFY(mute.listen(QHostAddress::LocalHost));
     QTcpServer gone;
     QVERIFY(gone.listen(QHostAddress::LocalHost));
@@ -132,7 +149,8 @@ std::optional<qint64> tst_Ending::end(
     environment.insert(u"ENDING_ANSWER"_s, QString::number(answer));
     environment.insert(u"ENDING_DELAY"_s, QString::number(delay));
     if (close != never)
-        environment.insert(u"ENDING_CLOSE"_s, QString::number(close));
+        environment.insert(
+            u"ENDING_CLOSE"_s, close == atCheck ? u"check"_s : QString::number(close));
 
     QProcess process;
     process.setProcessEnvironment(environment);
@@ -169,6 +187,8 @@ void tst_Ending::the_program_ends_with_its_window_data()
     // the first load is late, it is shown as soon as the download processes events.
     const QList<int> momentsWithoutLibrary = rounds > 1 ? QList{0, 120} : QList{0};
     for (const auto &[server, name] : servers) {
+        if (!isAvailable(server))
+            continue;
         for (const int close : moments)
             QTest::addRow("%s, closed after %d ms", name, close)
                 << true << server << close << 0 << 50;
@@ -176,11 +196,15 @@ void tst_Ending::the_program_ends_with_its_window_data()
             QTest::addRow("%s, no library, closed after %d ms", name, close)
                 << false << server << close << 0 << 50;
         }
+        QTest::addRow("%s, closed as the check begins", name)
+            << true << server << atCheck << 0 << 50;
         QTest::addRow("%s, no library, closed by the box", name)
             << false << server << never << 0 << 50;
         QTest::addRow("%s, no library, a late first load", name)
             << false << server << never << 150 << 50;
     }
+    if (!isAvailable(Offering))
+        return;
     QTest::addRow("an update that arrives behind the box about the library")
         << false << Offering << never << 0 << 1500;
     QTest::addRow("an update that is accepted") << true << Offering << never << 0 << 50;
@@ -209,14 +233,14 @@ void tst_Ending::the_program_ends_with_its_window()
 void tst_Ending::the_log_begins_with_version_and_system_and_ends_with_the_exit_code()
 {
     const QString program = QCoreApplication::applicationDirPath() + "/endingprogram"_L1;
-    QVERIFY(end(program, UpToDate, 400, 0, 0));
+    QVERIFY(end(program, Silent, atCheck, 0, 0));
     QVERIFY(!log.isEmpty());
     QCOMPARE(log.constFirst(),
         u"Laser Rallyvane %1 started on %2, %3, with Qt %4"_s.arg(QLatin1StringView(ownVersionText),
             QSysInfo::prettyProductName(), QSysInfo::currentCpuArchitecture(),
             QLatin1StringView(qVersion())));
     const QString check = u"Checking for updates, version %1, server \"%2\""_s;
-    QCOMPARE(log.count(check.arg(QLatin1StringView(ownVersionText), website->host())), 1);
+    QCOMPARE(log.count(check.arg(QLatin1StringView(ownVersionText), serverName(Silent))), 1);
     QCOMPARE(log.constLast(), u"Ended with exit code 0"_s);
 }
 

@@ -3,8 +3,8 @@
 #include "player.h"
 #include "playercontrols.h"
 #include "pong.h"
+#include "settings.h"
 
-#include <QSettings>
 #include <QWidget>
 
 #include <memory>
@@ -28,7 +28,7 @@ private:
     PlayerWidgets makeWidgets(Side side, QGridLayout &layout);
     void connectWidgets(Side side, const PlayerWidgets &widgets);
 
-    std::unique_ptr<QSettings> m_store;
+    settings::Store m_store;
     PerSide<PlayerWidgets> m_widgets;
 
 public:

@@ -286,13 +286,16 @@ void tst_Learn::a_key_is_learnt_while_a_pad_learn_is_replaced()
 
 void tst_Learn::a_key_is_not_learnt_as_move()
 {
-    PlayerStage stage({}, 0, bothOn(u"KEYBOARD"_s));
+    PlayerStage::Settings stored = bothOn(u"KEYBOARD"_s);
+    stored[u"KeyboardUpL"_s] = QString::number(Qt::Key_W);
+    PlayerStage stage({}, 0, stored);
     stage.open();
     stage.controls()->learnOrCancel(Control::Move, Side::Left);
     const PlayerStage::Settings before = stage.settings();
     QTest::keyPress(stage.widget()->windowHandle(), Qt::Key_W);
     QCOMPARE(stage.settingsSince(before), PlayerStage::Settings());
     QCOMPARE(stage.controls()->moveLearnSide(), 0);
+    QVERIFY(stage.step(0) > 0); // it plays instead
 }
 
 void tst_Learn::only_the_control_being_learnt_names_its_side_data()

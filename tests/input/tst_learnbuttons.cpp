@@ -72,6 +72,20 @@ QList<QPushButton *> buttonsOf(const PlayerStage::Player &player)
     return {player.learnStart, player.learnMove, player.learnUp, player.learnDown};
 }
 
+/// The names of the widgets whose style has changed.
+class StyleWatch : public QObject
+{
+public:
+    QStringList changed;
+
+    bool eventFilter(QObject *widget, QEvent *event) override
+    {
+        if (event->type() == QEvent::StyleChange)
+            changed.append(widget->objectName());
+        return false;
+    }
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(Look)
@@ -92,6 +106,8 @@ private slots:
     void a_tool_tip_names_the_learnt_control();
     void a_tool_tip_follows_a_new_binding();
     void a_learn_that_lost_its_device_stays_blue();
+    void a_refresh_sets_no_look_that_shows_already_data();
+    void a_refresh_sets_no_look_that_shows_already();
     void the_form_shows_no_text_of_its_own_after_the_start();
 };
 
@@ -352,6 +368,34 @@ void tst_LearnButtons::a_learn_that_lost_its_device_stays_blue()
     QCOMPARE(lookOf(player.learnMove), (Look{u"Learning Move..."_s, true, blue}));
     stage.sendMidi(0, 0xB0, 7, 100);
     QCOMPARE(lookOf(player.learnMove), (Look{u"Click to learn Move - "_s, true, mauve}));
+}
+
+void tst_LearnButtons::a_refresh_sets_no_look_that_shows_already_data()
+{
+    QTest::addColumn<bool>("learns");
+    QTest::addRow("not learning") << false;
+    QTest::addRow("learning") << true;
+}
+
+void tst_LearnButtons::a_refresh_sets_no_look_that_shows_already()
+{
+    QFETCH(bool, learns);
+    PlayerStage stage({u"Fader"_s}, 0, {{u"ControlModeLeft"_s, u"MIDI"_s}, {u"CC_00"_s, u"176"_s}});
+    stage.open();
+    const PlayerStage::Player &player = stage.players[0];
+    player.midiList->setCurrentIndex(1);
+    if (learns)
+        PlayerStage::click(player.learnMove);
+    // Setting a style sheet is slow enough to delay the ball.
+    StyleWatch watch;
+    for (const PlayerStage::Player &each : stage.players) {
+        for (QPushButton *button : buttonsOf(each))
+            button->installEventFilter(&watch);
+    }
+    stage.controls()->refreshLearnButtons();
+    QCOMPARE(watch.changed, QStringList());
+    PlayerStage::click(player.learnMove);
+    QCOMPARE(watch.changed, QStringList{player.learnMove->objectName()});
 }
 
 void tst_LearnButtons::the_form_shows_no_text_of_its_own_after_the_start()

@@ -5,6 +5,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -292,11 +293,11 @@ void tst_MidiDevices::a_devices_own_thread_ends_with_it()
     QCOMPARE(device->QObject::thread(), worker);
     QCOMPARE(device->open(0, nullptr), 0U);
     QCOMPARE(device->start(), 0U);
-    std::atomic<bool> finished = false;
+    const auto finished = std::make_shared<std::atomic<bool>>(false);
     connect(
-        worker, &QThread::finished, this, [&] { finished = true; }, Qt::DirectConnection);
+        worker, &QThread::finished, this, [finished] { *finished = true; }, Qt::DirectConnection);
     device.reset();
-    QVERIFY(finished);
+    QVERIFY(*finished);
 }
 
 void tst_MidiDevices::destruction_is_signalled_and_leaves_the_device_open()

@@ -149,7 +149,7 @@ void tst_FrameDoctor::the_rate_excludes_pauses()
 {
     FrameHistory history;
     for (const SharedTime beginning : {SharedTime(0), 60'000 * ms}) {
-        for (int i = 0; i <= 100; ++i)
+        for (qint64 i = 0; i <= 100; ++i)
             history.add(start + beginning + i * 10 * ms, {}, 0);
     }
     QCOMPARE(history.framesPerSecond(), 100.0);
@@ -186,7 +186,7 @@ void tst_FrameDoctor::a_time_that_goes_back_counts_as_the_previous_one()
 void tst_FrameDoctor::intervals_are_those_between_lit_frames()
 {
     FrameHistory history = evenFrames(lineOf(10), 9 * ms, 30);
-    for (int i = 1; i <= 30; ++i)
+    for (qint64 i = 1; i <= 30; ++i)
         history.add(start + i * 3 * ms, {}, 0); // hidden: an empty frame at every tick
     history.add(start + 99 * ms, factsOf(lineOf(10)), 0);
     const Intervals intervals = history.litIntervals(start + 99 * ms);

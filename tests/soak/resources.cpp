@@ -10,27 +10,43 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
 int entriesOf(const QString &folder)
 {
     return int(
         QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size());
 }
 
-long residentPages()
+long residentPages(const QString &folder)
 {
-    QFile file(u"/proc/self/statm"_s);
-    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLong() : 0;
+    QFile file(folder + u"statm"_s);
+    return !isSanitized && file.open(QIODevice::ReadOnly)
+        ? file.readAll().split(' ').value(1).toLong()
+        : 0;
 }
 
 } // namespace
 
 Resources Resources::now()
 {
+    Resources resources = of(getpid());
+    resources.heap = isSanitized ? 0 : long(mallinfo2().uordblks);
+    return resources;
+}
+
+Resources Resources::of(qint64 process)
+{
+    const QString folder = u"/proc/%1/"_s.arg(process);
     return {
-        .heap = long(mallinfo2().uordblks),
-        .resident = residentPages() * sysconf(_SC_PAGESIZE),
-        .threads = entriesOf(u"/proc/self/task"_s),
-        .handles = entriesOf(u"/proc/self/fd"_s),
+        .heap = 0,
+        .resident = residentPages(folder) * sysconf(_SC_PAGESIZE),
+        .threads = entriesOf(folder + u"task"_s),
+        .handles = entriesOf(folder + u"fd"_s),
     };
 }
 

@@ -47,7 +47,7 @@ QString take(QFile &file, int descriptor, bool close)
 {
     if (descriptor < 0)
         return qt_error_string(errno);
-    const QString reason = refusal(descriptor, close);
+    QString reason = refusal(descriptor, close);
     if (!reason.isEmpty()) {
         ::close(descriptor);
         return reason;

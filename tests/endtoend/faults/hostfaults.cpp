@@ -3,8 +3,8 @@
 #include "frames.h"
 #include "hoststate.h"
 #include "memoryfile.h"
+#include "resources.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTest>
@@ -199,48 +199,30 @@ private:
     QProcess m_process;
 };
 
-qsizetype entriesOf(const ProgramStage &stage, const char *folder)
-{
-    return QDir(u"/proc/%1/%2"_s.arg(stage.processId()).arg(QLatin1StringView(folder)))
-        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
-        .size();
-}
-
-long residentKib(const ProgramStage &stage)
-{
-    QFile file(u"/proc/%1/statm"_s.arg(stage.processId()));
-    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLong() * 4 : 0;
-}
-
 /// Killed while it plays, and started again; the operator switches everything on each time.
 void hostRestarts(ProgramStage &stage)
 {
     constexpr int few = 2;
     const int rounds = isLong() ? 100 : few;
-    qsizetype threads = 0;
-    qsizetype handles = 0;
-    long resident = 0;
+    Resources before = {};
     stage.start(ProgramStage::Rehearsal);
     for (int round = 0; round < rounds; ++round) {
         HostProcess host(stage);
         stage.serve();
         QVERIFY(!QTest::currentTestFailed());
-        if (round == 1) { // every buffer has its size
-            threads = entriesOf(stage, "task");
-            handles = entriesOf(stage, "fd");
-            resident = residentKib(stage);
-        }
+        if (round == 1) // every buffer has its size
+            before = Resources::of(stage.processId());
         host.kill();
         QVERIFY(QTest::qWaitFor([&] { return !stage.hasHost(); }, ProgramStage::patience));
         QCOMPARE(stage.ask(u"text enableButton"_s), u"Enable Laser Output"_s);
         QCOMPARE(stage.ask(u"text showButton"_s), u"Show pong"_s);
     }
-    QCOMPARE(entriesOf(stage, "task"), threads);
-    QCOMPARE(entriesOf(stage, "fd"), handles);
-    const long now = residentKib(stage);
-    qInfo("%d restarts: %lld threads, %lld handles, %ld KiB before, %ld KiB after", rounds,
-        qlonglong(threads), qlonglong(handles), resident, now);
-    QVERIFY(now - resident < 1024);
+    const Resources after = Resources::of(stage.processId());
+    qInfo("%d restarts, before: %s, after: %s", rounds, qPrintable(before.text()),
+        qPrintable(after.text()));
+    QCOMPARE(after.threads, before.threads);
+    QCOMPARE(after.handles, before.handles);
+    QVERIFY(after.resident - before.resident < 1 << 20);
 }
 
 /// Fills the memory shared with the host with random bytes, repeatedly, from the byte `from` on.

@@ -141,6 +141,7 @@ void obey()
 Q_COREAPP_STARTUP_FUNCTION(obey)
 
 // Override the system's functions for every library of the process.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 
 extern "C" __attribute__((visibility("default"))) int clock_gettime(
     clockid_t clock, timespec *time) noexcept
@@ -168,3 +169,5 @@ extern "C" __attribute__((visibility("default"))) int rename(
     static const auto system = reinterpret_cast<decltype(&rename)>(dlsym(RTLD_NEXT, "rename"));
     return system(from, to);
 }
+
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)

@@ -7,6 +7,7 @@
 #include <linux/capability.h>
 #include <new>
 #include <sys/prctl.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -14,11 +15,14 @@ namespace {
 
 const QString fileName = u".pong"_s;
 
-const QMap<QString, QString> atStart = {{u"ControlModeLeft"_s, u"KEYBOARD"_s},
-    {u"ControlModeRight"_s, u"KEYBOARD"_s}, {u"KeyboardStartL"_s, u"68"_s},
-    {u"KeyboardUpL"_s, u"87"_s}, {u"KeyboardStartR"_s, u"76"_s}, {u"BallSpeed"_s, u"12"_s},
-    {u"SensL"_s, u"600"_s}, {u"CC_00"_s, u"176"_s}, {u"CC_01"_s, u"7"_s}, {u"CC_10"_s, u"176"_s},
-    {u"CC_11"_s, u"7"_s}, {u"SomethingElse"_s, u"kept"_s}};
+QMap<QString, QString> settingsAtStart()
+{
+    return {{u"ControlModeLeft"_s, u"KEYBOARD"_s}, {u"ControlModeRight"_s, u"KEYBOARD"_s},
+        {u"KeyboardStartL"_s, u"68"_s}, {u"KeyboardUpL"_s, u"87"_s}, {u"KeyboardStartR"_s, u"76"_s},
+        {u"BallSpeed"_s, u"12"_s}, {u"SensL"_s, u"600"_s}, {u"CC_00"_s, u"176"_s},
+        {u"CC_01"_s, u"7"_s}, {u"CC_10"_s, u"176"_s}, {u"CC_11"_s, u"7"_s},
+        {u"SomethingElse"_s, u"kept"_s}};
+}
 
 QByteArray iniText(const QMap<QString, QString> &settings)
 {
@@ -30,10 +34,10 @@ QByteArray iniText(const QMap<QString, QString> &settings)
 
 } // namespace
 
-ProgramStage::ProgramStage(const QString &programs)
-    : settings(atStart)
+ProgramStage::ProgramStage(QString programs)
+    : settings(settingsAtStart())
     , environment(QProcessEnvironment::systemEnvironment())
-    , m_programs(programs)
+    , m_programs(std::move(programs))
     , m_seamsFile(path(u"seams"_s))
 {
     if (!m_seamsFile.open(QIODevice::ReadWrite) || !m_seamsFile.resize(sizeof(Seams)))

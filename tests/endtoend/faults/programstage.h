@@ -18,7 +18,7 @@ public:
     enum Library { Recording, Rehearsal };
 
     /// `programs` has a folder with the program for each library.
-    explicit ProgramStage(const QString &programs);
+    explicit ProgramStage(QString programs);
     ~ProgramStage();
     ProgramStage(const ProgramStage &) = delete;
     ProgramStage &operator=(const ProgramStage &) = delete;

@@ -1,17 +1,10 @@
-#include "ldb.h"
+#include "entrypoints.h"
 #include "seams.h"
 
 #include <chrono>
 #include <thread>
 
 // The host's library: answers and blocks as scripted, and records the frames and the output.
-
-#define DECLARE_ENTRY_POINT(name, parameters, arguments) \
-    extern "C" __attribute__((visibility("default"))) std::int32_t name parameters;
-LDB_ENTRY_POINTS(DECLARE_ENTRY_POINT)
-#undef DECLARE_ENTRY_POINT
-
-#include "unusedentries.h"
 
 namespace {
 

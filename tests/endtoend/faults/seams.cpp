@@ -1,5 +1,7 @@
 #include "seams.h"
 
+#include <QByteArray>
+
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -9,8 +11,8 @@ namespace {
 
 Seams *map()
 {
-    const char *path = std::getenv(seamsVariable);
-    const int file = path ? open(path, O_RDWR | O_CLOEXEC) : -1;
+    const QByteArray path = qgetenv(seamsVariable);
+    const int file = open(path.constData(), O_RDWR | O_CLOEXEC);
     void *memory = mmap(nullptr, sizeof(Seams), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
     if (file < 0 || memory == MAP_FAILED) {
         std::perror(seamsVariable);

@@ -14,9 +14,9 @@ std::optional<IMAGE_NT_HEADERS64> headersOf(const QString &file)
     if (!start || start->e_magic != IMAGE_DOS_SIGNATURE)
         return std::nullopt;
     const auto headers = structureAt<IMAGE_NT_HEADERS64>(content, quint64(start->e_lfanew));
-    const bool valid = headers && headers->Signature == IMAGE_NT_SIGNATURE
+    const bool isValid = headers && headers->Signature == IMAGE_NT_SIGNATURE
         && headers->OptionalHeader.Magic == IMAGE_NT_OPTIONAL_HDR64_MAGIC;
-    return valid ? headers : std::nullopt;
+    return isValid ? headers : std::nullopt;
 }
 
 } // namespace

@@ -1,8 +1,7 @@
-#pragma once
+#include "entrypoints.h"
 
-// The functions of the host's library that the game never calls, although it refuses a library that
-// lacks one of them. Each does nothing and returns 0. Included by the one source of a substitute
-// library, after its declarations.
+// The functions that the game never calls, although it refuses a library that lacks one of them.
+// Each does nothing and returns 0.
 
 #define ANSWER_NEUTRALLY(name) \
     std::int32_t name()        \
@@ -42,6 +41,3 @@ ANSWER_NEUTRALLY(ldbGetProjectorSerial)
     }
 ANSWER_MIDI_NEUTRALLY(ldbSetMidiIn)
 ANSWER_MIDI_NEUTRALLY(ldbSetMidiOut)
-
-#undef ANSWER_NEUTRALLY
-#undef ANSWER_MIDI_NEUTRALLY

@@ -77,10 +77,12 @@ QHash<QString, QString> compileCommands()
 {
     QHash<QString, QString> commands;
     const QDir project(QStringLiteral(SOURCE_FOLDER));
-    for (const QJsonValue &entry :
-        QJsonDocument::fromJson(contentOf(QStringLiteral(COMPILE_COMMANDS))).array())
+    const QJsonArray entries =
+        QJsonDocument::fromJson(contentOf(QStringLiteral(COMPILE_COMMANDS))).array();
+    for (const auto entry : entries) {
         commands.insert(
             project.relativeFilePath(entry["file"_L1].toString()), entry["command"_L1].toString());
+    }
     return commands;
 }
 
