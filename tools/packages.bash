@@ -9,7 +9,8 @@ headless_packages=(xvfb xauth xdotool imagemagick x11-utils)
 bench_packages=(libbenchmark-dev)
 debian_packages=(dpkg-dev file)
 test_packages=(
-    "${headless_packages[@]}" "${bench_packages[@]}" "${debian_packages[@]}" jackd2 openssl
+    "${headless_packages[@]}" "${bench_packages[@]}" "${debian_packages[@]}"
+    jackd2 openssl python3
 )
 coverage_packages=(gcovr)
 fuzz_packages=(clang libclang-rt-14-dev)

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -61,6 +62,7 @@ private slots:
     void a_thread_without_a_name_shows_its_number();
     void every_kind_of_message_is_logged();
     void the_previous_handler_still_receives_every_line();
+    void a_line_from_the_logs_own_thread_reaches_only_the_previous_handler();
     void the_previous_handler_is_restored_when_the_log_is_destroyed();
     void flushing_waits_until_all_lines_are_written();
     void the_last_lines_are_written_when_the_log_is_destroyed();
@@ -154,6 +156,24 @@ void tst_DebugLog::the_previous_handler_still_receives_every_line()
     qDebug("two");
     DebugLog::flush();
     QCOMPARE(previous.takeAll(), (QStringList{u"one"_s, u"two"_s}));
+}
+
+void tst_DebugLog::a_line_from_the_logs_own_thread_reaches_only_the_previous_handler()
+{
+    static QStringList received;
+    const QtMessageHandler before = qInstallMessageHandler(
+        [](QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &message) {
+            received.append(message);
+            if (received.size() == 1)
+                qDebug("from the handler");
+        });
+    const auto restore = qScopeGuard([before] { qInstallMessageHandler(before); });
+    const DebugLog log;
+    qDebug("from the test");
+    DebugLog::flush();
+    QCOMPARE(received, (QStringList{u"from the test"_s, u"from the handler"_s}));
+    QCOMPARE(linesOf(logName).size(), 1);
+    QVERIFY(linesOf(logName).constFirst().endsWith(u"from the test"_s));
 }
 
 void tst_DebugLog::the_previous_handler_is_restored_when_the_log_is_destroyed()

@@ -92,6 +92,10 @@ private slots:
     void a_sensitivity_for_one_side_leaves_the_other_its_default();
     void only_persistent_settings_are_stored();
     void the_reset_button_begins_a_new_match();
+    void each_learn_button_learns_its_control_for_its_side_data();
+    void each_learn_button_learns_its_control_for_its_side();
+    void a_pad_control_set_through_a_slot_is_stored_for_its_side_data();
+    void a_pad_control_set_through_a_slot_is_stored_for_its_side();
 };
 
 void tst_MainWindow::the_slots_are_in_order()
@@ -408,6 +412,67 @@ void tst_MainWindow::the_reset_button_begins_a_new_match()
         QCOMPARE(int(game.servePhase), int(ServeLeft));
         QVERIFY(game.pointPending);
     }
+}
+
+void tst_MainWindow::each_learn_button_learns_its_control_for_its_side_data()
+{
+    QTest::addColumn<QByteArray>("mode");
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("text");
+    for (const QString &side : {u"L"_s, u"R"_s}) {
+        const auto add = [&side](const char *mode, const QString &name, const QString &text) {
+            QTest::addRow("%s %s", mode, qPrintable(name + side))
+                << QByteArray(mode) << name + side << text;
+        };
+        add("MIDI", u"learnCC"_s, u"Learning Move..."_s);
+        add("MIDI", u"learnStart"_s, u"Learning Start..."_s);
+        add("KEYBOARD", u"learnStart"_s, u"Learning Start..."_s);
+        add("KEYBOARD", u"learnUp"_s, u"Learning Up..."_s);
+        add("KEYBOARD", u"learnDown"_s, u"Learning Down..."_s);
+    }
+}
+
+void tst_MainWindow::each_learn_button_learns_its_control_for_its_side()
+{
+    QFETCH(QByteArray, mode);
+    QFETCH(QString, button);
+    QFETCH(QString, text);
+    RunningWindow running("ControlModeLeft=" + mode + "\nControlModeRight=" + mode + '\n');
+    running.midi.inputs = {{.name = u"First"_s}, {.name = u"Second"_s}};
+    running.open();
+    running.find<QComboBox>(u"midiLComboBox"_s)->setCurrentIndex(1);
+    running.find<QComboBox>(u"midiRComboBox"_s)->setCurrentIndex(2);
+    const auto learning = [&running] {
+        QStringList found;
+        for (const QPushButton *each : running.window->findChildren<QPushButton *>()) {
+            if (each->text().startsWith(u"Learning"_s))
+                found += {each->objectName(), each->text()};
+        }
+        return found;
+    };
+    running.click(button);
+    QCOMPARE(learning(), (QStringList{button, text}));
+    running.click(button);
+    QCOMPARE(learning(), QStringList());
+}
+
+void tst_MainWindow::a_pad_control_set_through_a_slot_is_stored_for_its_side_data()
+{
+    addSides();
+}
+
+void tst_MainWindow::a_pad_control_set_through_a_slot_is_stored_for_its_side()
+{
+    QFETCH(int, side);
+    RunningWindow running;
+    running.open();
+    running.window->xboxSetStartSource(7, side == 0);
+    running.window->xboxSetControllerSource(2, side == 0);
+    running.close();
+    QCOMPARE(running.setting(u"XStart"_s + sideLetter(side)), u"7"_s);
+    QCOMPARE(running.setting(u"XMove"_s + sideLetter(side)), u"2"_s);
+    QCOMPARE(running.setting(u"XStart"_s + sideLetter(1 - side)), QString());
+    QCOMPARE(running.setting(u"XMove"_s + sideLetter(1 - side)), QString());
 }
 
 QTEST_MAIN(tst_MainWindow)

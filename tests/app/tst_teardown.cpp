@@ -82,6 +82,7 @@ private slots:
     void no_box_opens_in_a_closed_window_data();
     void no_box_opens_in_a_closed_window();
     void nothing_is_loaded_in_a_closed_window();
+    void a_window_closed_while_devices_are_listed_loads_nothing_more();
     void no_status_is_shown_once_the_library_is_reported_missing();
     void a_missing_library_ends_the_program();
     void the_game_has_a_tenth_of_a_second_to_blank_the_laser_data();
@@ -201,6 +202,21 @@ void tst_Teardown::nothing_is_loaded_in_a_closed_window()
     running.waitForStatus();
     QVERIFY(running.midi.takeCalls().isEmpty());
     QVERIFY(running.find(u"enableButton"_s)->styleSheet().isEmpty());
+}
+
+void tst_Teardown::a_window_closed_while_devices_are_listed_loads_nothing_more()
+{
+    RunningWindow running;
+    running.midi.onCall = [&running](const QString & /*call*/) {
+        QMetaObject::invokeMethod(
+            running.window.get(), [&running] { running.window->close(); }, Qt::QueuedConnection);
+    };
+    running.window = std::make_unique<MainWindow>();
+    running.window->show();
+    QTRY_VERIFY(!running.window->isVisible());
+    running.waitForStatus();
+    QVERIFY(running.find(u"enableButton"_s)->styleSheet().isEmpty());
+    running.midi.onCall = nullptr;
 }
 
 void tst_Teardown::no_status_is_shown_once_the_library_is_reported_missing()

@@ -55,6 +55,7 @@ class tst_Match : public QObject
     Q_OBJECT
 
 private slots:
+    void positions_are_equal_only_if_both_coordinates_are();
     void a_new_match_waits_for_the_left_serve_with_the_scores_shown();
     void each_side_has_its_own_paddle_input();
     void a_paddle_moves_by_its_step_and_stops_at_27000_data();
@@ -71,6 +72,14 @@ private slots:
     void ten_points_end_a_match();
     void a_won_match_leads_to_a_new_one_in_two_presses();
 };
+
+void tst_Match::positions_are_equal_only_if_both_coordinates_are()
+{
+    const Point position = {1, 2};
+    QVERIFY(position == Point(position));
+    QVERIFY(position != (Point{1, 3}));
+    QVERIFY(position != (Point{2, 2}));
+}
 
 void tst_Match::a_new_match_waits_for_the_left_serve_with_the_scores_shown()
 {

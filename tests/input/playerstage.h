@@ -52,7 +52,7 @@ public:
 
     Pong &game() const override;
     QWidget *widget() const override;
-    /// The object that receives the pads' queued signals; only on a form.
+    /// The controls, which receive the pads' queued signals; only on a form.
     PlayerControls *controls() const { return &m_form->controls; }
     /// Delivers a MIDI message on this thread.
     void receive(int play, int status, int number, int value) const;

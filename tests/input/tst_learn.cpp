@@ -52,6 +52,9 @@ private slots:
     void a_second_click_cancels();
     void a_learn_cancels_every_other();
     void a_key_is_learnt_while_a_pad_learn_is_replaced();
+    void a_key_is_not_learnt_as_move();
+    void only_the_control_being_learnt_names_its_side_data();
+    void only_the_control_being_learnt_names_its_side();
     void a_learnt_control_is_written_to_the_file();
     void the_status_is_stored_before_the_number_data();
     void the_status_is_stored_before_the_number();
@@ -279,6 +282,47 @@ void tst_Learn::a_key_is_learnt_while_a_pad_learn_is_replaced()
             (PlayerStage::Settings{{u"KeyboardUpR"_s, QString::number(key)}}));
         QCOMPARE(stage.learning(), QStringList());
     }
+}
+
+void tst_Learn::a_key_is_not_learnt_as_move()
+{
+    PlayerStage::Settings stored = bothOn(u"KEYBOARD"_s);
+    stored[u"KeyboardUpL"_s] = QString::number(Qt::Key_W);
+    PlayerStage stage({}, 0, stored);
+    stage.open();
+    stage.controls()->learnOrCancel(Control::Move, Side::Left);
+    const PlayerStage::Settings before = stage.settings();
+    QTest::keyPress(stage.widget()->windowHandle(), Qt::Key_W);
+    QCOMPARE(stage.settingsSince(before), PlayerStage::Settings());
+    QCOMPARE(stage.controls()->moveLearnSide(), 0);
+    QVERIFY(stage.step(0) > 0); // it plays instead
+}
+
+void tst_Learn::only_the_control_being_learnt_names_its_side_data()
+{
+    addSides();
+}
+
+void tst_Learn::only_the_control_being_learnt_names_its_side()
+{
+    QFETCH(int, side);
+    constexpr int none = 2;
+    PlayerStage stage;
+    stage.open();
+    PlayerControls &controls = *stage.controls();
+    const auto sides = [&controls] {
+        return QList{controls.moveLearnSide(), controls.startLearnSide(), controls.upLearnSide(),
+            controls.downLearnSide()};
+    };
+    QCOMPARE(sides(), QList<int>(4, none));
+    for (int index = 0; index < 4; ++index) {
+        controls.learnOrCancel(Control(index), Side(side));
+        QList<int> expected(4, none);
+        expected[index] = side;
+        QCOMPARE(sides(), expected);
+    }
+    controls.cancelLearn();
+    QCOMPARE(sides(), QList<int>(4, none));
 }
 
 void tst_Learn::a_learnt_control_is_written_to_the_file()

@@ -33,6 +33,7 @@ private slots:
     void a_missing_library_asks_for_exit_at_every_connect();
     void a_library_that_lacks_one_entry_point_is_freed_and_counts_as_missing_data();
     void a_library_that_lacks_one_entry_point_is_freed_and_counts_as_missing();
+    void a_library_is_unloaded_once();
     void without_the_library_output_and_zones_answer_zero();
     void connecting_opens_the_session_with_output_off();
     void a_host_that_is_not_exactly_ready_is_not_connected_data();
@@ -44,6 +45,7 @@ private slots:
     void the_host_is_ready_from_build_1614_on();
     void a_host_that_is_not_ready_is_not_asked_for_its_version();
     void the_output_switch_returns_the_hosts_answer();
+    void points_are_equal_only_if_nothing_of_them_differs();
     void a_frame_is_converted_point_by_point();
     void an_empty_frame_is_sent_too();
     void no_zone_sends_nothing_and_empties_the_list();
@@ -127,9 +129,12 @@ void tst_BadBey::a_library_that_lacks_one_entry_point_is_freed_and_counts_as_mis
 {
     QTest::addColumn<QByteArray>("missing");
     QTest::addColumn<int>("resolved");
-    QTest::addRow("the first") << QByteArray("ldbCreate") << 1;
-    QTest::addRow("one never called") << QByteArray("ldbGetProjectorSerial") << 33;
-    QTest::addRow("the last") << QByteArray("ldbSendFrame") << 34;
+    int resolved = 0;
+#define ADD_ROW(name, parameters, arguments) \
+    QTest::addRow(#name) << QByteArray(#name) << ++resolved;
+    LDB_ENTRY_POINTS(ADD_ROW)
+#undef ADD_ROW
+    QCOMPARE(resolved, 34);
 }
 
 void tst_BadBey::a_library_that_lacks_one_entry_point_is_freed_and_counts_as_missing()
@@ -150,6 +155,17 @@ void tst_BadBey::a_library_that_lacks_one_entry_point_is_freed_and_counts_as_mis
         QVERIFY(bey.points.isEmpty());
     }
     QCOMPARE(host.takeCalls(), QStringList());
+}
+
+void tst_BadBey::a_library_is_unloaded_once()
+{
+    FakeHost host;
+    FreeBeyondDll();
+    QCOMPARE(host.takeCalls(), QStringList());
+    QCOMPARE(LoadBeyondDll(), 1);
+    FreeBeyondDll();
+    FreeBeyondDll();
+    QCOMPARE(host.takeCalls(), (QStringList{load, u"FreeLibrary"_s}));
 }
 
 void tst_BadBey::without_the_library_output_and_zones_answer_zero()
@@ -275,6 +291,18 @@ void tst_BadBey::the_output_switch_returns_the_hosts_answer()
     QCOMPARE(bey.SetLaserOutput(false), 42);
     QCOMPARE(
         host.takeCalls(), (QStringList{u"ldbEnableLaserOutput"_s, u"ldbDisableLaserOutput"_s}));
+}
+
+void tst_BadBey::points_are_equal_only_if_nothing_of_them_differs()
+{
+    const FramePoint point = {1, 2, 3, 4, 5};
+    QVERIFY(point == FramePoint(point));
+    for (qint32 FramePoint::*const part :
+        {&FramePoint::x, &FramePoint::y, &FramePoint::z, &FramePoint::color, &FramePoint::flags}) {
+        FramePoint other = point;
+        other.*part += 1;
+        QVERIFY(point != other);
+    }
 }
 
 void tst_BadBey::a_frame_is_converted_point_by_point()

@@ -51,6 +51,7 @@ private slots:
     void a_refresh_follows_the_number_of_zones();
     void a_host_without_zones_leaves_the_zone_unchanged_data();
     void a_host_without_zones_leaves_the_zone_unchanged();
+    void without_zones_only_the_placeholder_is_listed();
     void an_absurd_number_of_zones_is_limited_and_logged();
     void a_thousand_zones_are_all_listed();
     void zones_that_appear_during_a_refresh_select_nothing();
@@ -291,6 +292,14 @@ void tst_LaserControls::a_host_without_zones_leaves_the_zone_unchanged()
     QCOMPARE(itemsOf(zoneList()), QStringList{u"Select laser zone"_s});
     QCOMPARE(zoneList().currentIndex(), 0);
     QCOMPARE(zone(), chosen - 1);
+}
+
+void tst_LaserControls::without_zones_only_the_placeholder_is_listed()
+{
+    start(3);
+    const_cast<LaserControls &>(m_running->window->laser()).RefreshZoneList(true);
+    QCOMPARE(zoneList().count(), 1);
+    QCOMPARE(zoneList().currentText(), u"Select laser zone"_s);
 }
 
 void tst_LaserControls::an_absurd_number_of_zones_is_limited_and_logged()

@@ -1,0 +1,2 @@
+// A test of something else.
+int main() { }
