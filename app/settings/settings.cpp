@@ -89,7 +89,8 @@ Store open()
     // The full path, because the working directory may have changed by the time of a write.
     const QString path = QFileInfo(file).absoluteFilePath();
     Store store(new SettingsStore(
-        fileName, [path](const QVariantMap &values) { return settingsfile::write(path, values); }));
+        fileName, [path](const QVariantMap &values) { return settingsfile::write(path, values); },
+        restBeforeWriting));
     if (!isTyped && store->status() == QSettings::FormatError && !keepCopy(content))
         return inMemory(plain);
     return store;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settingswriter.h"
 #include "side.h"
 
 #include <QLatin1StringView>
@@ -58,6 +59,11 @@ struct Close
     void operator()(QSettings *store) const;
 };
 using Store = std::unique_ptr<QSettings, Close>;
+
+/// From a change to its writing. Tests prolong it: they read the file as a second QSettings, which
+/// shares its values with the store, and an older file that replaces it just then would undo
+/// changes.
+inline std::chrono::milliseconds restBeforeWriting = SettingsWriter::usualRest;
 
 /// Opens ".pong" in the working directory. It is read once: edits that others make to it meanwhile
 /// are replaced by the next write. A write keeps every value of the file but no comments, no order,

@@ -1,5 +1,7 @@
 #include "operatorwindow.h"
 
+#include "settings.h"
+
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
@@ -19,6 +21,7 @@ const QString idleLook =
 OperatorWindow::OperatorWindow(const QByteArray &settingsFile)
     : m_previousFolder(QDir::currentPath())
 {
+    settings::restBeforeWriting = std::chrono::hours(1);
     QVERIFY(m_folder.isValid() && QDir::setCurrent(m_folder.path()));
     if (settingsFile.isEmpty())
         return;

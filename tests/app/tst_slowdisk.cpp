@@ -2,6 +2,7 @@
 // disk.
 
 #include "runningwindow.h"
+#include "settings.h"
 
 #include <QDir>
 #include <QFile>
@@ -78,6 +79,7 @@ class tst_SlowDisk : public QObject
 
 private slots:
     void init();
+    void cleanup();
     void the_window_works_and_the_ball_moves_while_the_disk_hangs();
     void the_laser_is_dark_and_the_window_ends_while_the_disk_hangs();
 };
@@ -87,12 +89,19 @@ void tst_SlowDisk::init()
     syncsOnWindowThread = 0;
     begun = 0;
     done = 0;
+    release.tryAcquire(release.available());
     isSlow = true;
+}
+
+void tst_SlowDisk::cleanup()
+{
+    hangNoLonger(); // also after a failure, or the writer would keep the process
 }
 
 void tst_SlowDisk::the_window_works_and_the_ball_moves_while_the_disk_hangs()
 {
     RunningWindow running(settingsFile);
+    settings::restBeforeWriting = SettingsWriter::usualRest;
     running.open();
     running.waitForStatus();
     running.click(u"showButton"_s);
@@ -114,6 +123,7 @@ void tst_SlowDisk::the_window_works_and_the_ball_moves_while_the_disk_hangs()
 void tst_SlowDisk::the_laser_is_dark_and_the_window_ends_while_the_disk_hangs()
 {
     RunningWindow running(settingsFile);
+    settings::restBeforeWriting = SettingsWriter::usualRest;
     running.open();
     running.waitForStatus();
     running.click(u"showButton"_s);

@@ -21,13 +21,14 @@ PlayerStage::Settings fadersOnBothSides()
 
 FastMatch::FastMatch()
     : m_stage({u"First"_s, u"Second"_s}, 0, fadersOnBothSides())
-    , m_game(&m_stage.game())
 {
     m_stage.host.ready = 1;
     m_stage.host.recording = false;
     m_stage.open();
     m_stage.players[0].midiList->setCurrentIndex(1);
     m_stage.players[1].midiList->setCurrentIndex(2);
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): not open before
+    m_game = &m_stage.game();
     m_game->checkHost();
     m_game->gameShown = true;
     while (m_stage.host.framesSent == 0)
