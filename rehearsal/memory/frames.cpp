@@ -7,11 +7,16 @@ namespace {
 /// A frame number further ahead than this is corrupt.
 constexpr std::uint64_t believableLead = 1'000'000;
 
-/// The slot for the next frame; `number` skips a slot that the host is copying. Null if the host
-/// claims every slot in turn, which only a faulty host does.
+/// The most frames that a host reads while none is added: the rest of those that it knew of, then
+/// those that it finds.
+constexpr std::uint64_t mostReadInTurn = 2 * framesPerZone;
+
+/// The slot for the next frame; `number` skips a slot that the host is copying. A host that reads
+/// as fast as this looks may be one slot ahead each time, but not for ever. Null if it is, as only
+/// a faulty host can be.
 FrameSlot *claimSlot(ZoneRing &ring, std::uint64_t &number)
 {
-    for (const std::uint64_t last = number + framesPerZone; number != last; ++number) {
+    for (const std::uint64_t last = number + mostReadInTurn + 1; number != last; ++number) {
         FrameSlot &slot = ring.slotOf(number);
         if (number == 0 || ring.isReading(slot))
             continue;

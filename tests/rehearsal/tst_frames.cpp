@@ -54,6 +54,7 @@ private slots:
     void a_reader_that_died_while_reading_costs_no_frame();
     void a_new_host_starts_with_no_frame_being_read();
     void a_torn_frame_is_never_taken();
+    void a_reader_that_never_rests_costs_no_frame();
 };
 
 void tst_Frames::frames_are_taken_once_and_in_order()
@@ -282,6 +283,22 @@ void tst_Frames::a_torn_frame_is_never_taken()
         }
         last = number;
     }
+}
+
+void tst_Frames::a_reader_that_never_rests_costs_no_frame()
+{
+    const auto memory = memoryWithZones(1);
+    const std::jthread reading([&memory](const std::stop_token &end) {
+        FrameReader reader(memory->zones[0]);
+        Frame frame;
+        while (!end.stop_requested())
+            reader.take(frame);
+    });
+    const std::vector<LdbPoint> points = frameOf(1, 1);
+    int written = 0;
+    for (int number = 1; number <= 2'000'000; ++number)
+        written += writeFrame(*memory, 0, points, now) ? 1 : 0;
+    QCOMPARE(written, 2'000'000);
 }
 
 QTEST_GUILESS_MAIN(tst_Frames)
