@@ -12,7 +12,7 @@ go_through_setup() {
     setup=$(stage_window "^Laser Rallyvane Setup")
     stage_until 60 setup_shows "Destination Folder" || stage_fail "Setup does not ask for its folder."
     xdotool windowfocus --sync "$setup" key Return
-    stage_until 60 setup_shows "BEYONDIOx64.dll" || stage_fail "Setup did not finish."
+    stage_until 60 setup_shows "The game needs BEYOND's library" || stage_fail "Setup did not finish."
 }
 
 # expect_page TEXT...: the last page shows these texts.
