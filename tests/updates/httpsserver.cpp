@@ -1,33 +1,12 @@
 #include "httpsserver.h"
 
-#include <QProcess>
 #include <QSslConfiguration>
-#include <QSslSocket>
-#include <QTest>
+#include <QTcpSocket>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void openssl(const QString &folder, const QStringList &arguments)
-{
-    QProcess process;
-    process.setWorkingDirectory(folder);
-    process.start(u"openssl"_s, arguments);
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit
-        || process.exitCode() != 0)
-        qFatal("openssl cannot make a certificate: %s",
-            process.error() == QProcess::FailedToStart
-                ? "it is not installed"
-                : process.readAllStandardError().constData());
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 /// Sends the rest of `answer` piece by piece.
 void send(QTcpSocket *socket, const Answer &answer, qsizetype from)
@@ -41,23 +20,6 @@ void send(QTcpSocket *socket, const Answer &answer, qsizetype from)
 }
 
 } // namespace
-
-Identity::Identity(const QString &name, bool expired)
-{
-    const QTemporaryDir folder;
-    openssl(folder.path(),
-        {u"req"_s, u"-new"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:P-256"_s,
-            u"-nodes"_s, u"-keyout"_s, u"key.pem"_s, u"-out"_s, u"request.pem"_s, u"-subj"_s,
-            u"/CN=update test"_s, u"-addext"_s, "subjectAltName="_L1 + name});
-    openssl(folder.path(),
-        {u"x509"_s, u"-req"_s, u"-in"_s, u"request.pem"_s, u"-signkey"_s, u"key.pem"_s,
-            u"-copy_extensions"_s, u"copy"_s, u"-days"_s, expired ? u"-1"_s : u"1"_s, u"-out"_s,
-            u"certificate.pem"_s});
-    certificate = QSslCertificate(contents(folder.filePath(u"certificate.pem"_s)));
-    key = QSslKey(contents(folder.filePath(u"key.pem"_s)), QSsl::Ec);
-    if (certificate.isNull() || key.isNull())
-        qFatal("the certificate that openssl made cannot be read");
-}
 
 const Identity &loopback()
 {
@@ -87,22 +49,18 @@ QByteArray redirect(const QString &url)
 }
 
 HttpsServer::HttpsServer(const Identity &identity)
+    : m_tls(identity)
 {
-    QSslConfiguration configuration;
-    configuration.setLocalCertificate(identity.certificate);
-    configuration.setPrivateKey(identity.key);
-    setSslConfiguration(configuration);
-    if (!listen(QHostAddress::LocalHost))
-        qFatal("no port to listen on: %s", qUtf8Printable(errorString()));
-    connect(this, &QTcpServer::pendingConnectionAvailable, this, [this] {
-        while (QTcpSocket *const socket = nextPendingConnection())
+    QTcpServer *const server = m_tls.connections.get();
+    connect(server, &QTcpServer::pendingConnectionAvailable, this, [this, server] {
+        while (QTcpSocket *const socket = server->nextPendingConnection())
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { serve(socket); });
     });
 }
 
 QString HttpsServer::host() const
 {
-    return u"127.0.0.1:%1"_s.arg(serverPort());
+    return u"127.0.0.1:%1"_s.arg(m_tls.port);
 }
 
 void HttpsServer::serve(QTcpSocket *socket)

@@ -1,23 +1,10 @@
 #pragma once
 
+#include "tlsserver.h"
+
 #include <QHash>
-#include <QSslCertificate>
-#include <QSslKey>
-#include <QSslServer>
-#include <QTemporaryDir>
 
 #include <chrono>
-
-/// A certificate and its key, made for this run with the openssl command.
-struct Identity
-{
-    /// For `name`, a subject alternative name such as "IP:127.0.0.1"; valid for a day, or expired a
-    /// day ago.
-    explicit Identity(const QString &name, bool expired = false);
-
-    QSslCertificate certificate;
-    QSslKey key;
-};
 
 /// The identity for the address that an HttpsServer listens on.
 const Identity &loopback();
@@ -42,7 +29,7 @@ QByteArray response(const QByteArray &body, const QByteArray &status = "200 OK")
 QByteArray redirect(const QString &url);
 
 /// An HTTPS server on loopback that gives fixed answers.
-class HttpsServer : public QSslServer
+class HttpsServer : public QObject
 {
     Q_OBJECT
 
@@ -62,4 +49,6 @@ signals:
 
 private:
     void serve(QTcpSocket *socket);
+
+    TlsServer m_tls;
 };

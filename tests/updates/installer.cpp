@@ -5,7 +5,7 @@
 
 int main(int argc, char *argv[])
 {
-    std::FILE *const file = std::fopen("installed.part", "w");
+    std::FILE *const file = std::fopen("installed.part", "wb");
     if (!file)
         return 1;
     std::fprintf(file, "%d arguments\n%s\n", argc - 1, argv[0]);

@@ -166,7 +166,8 @@ void tst_PublishedUpdate::a_published_update_is_found_downloaded_and_started_and
     const QString path =
         QDir::current().filePath(u"sw_fw/Rallyvane_v%1_setup.exe"_s.arg(nextVersion()));
     QCOMPARE(contents(path), installer());
-    QTRY_COMPARE(contents(u"installed"_s), "0 arguments\n" + path.toUtf8() + "\n");
+    QTRY_COMPARE(
+        contents(u"installed"_s), "0 arguments\n" + QDir::toNativeSeparators(path).toUtf8() + "\n");
 }
 
 void tst_PublishedUpdate::a_program_that_is_up_to_date_keeps_running()

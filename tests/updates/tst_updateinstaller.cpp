@@ -42,7 +42,8 @@ void tst_UpdateInstaller::a_newer_version_is_downloaded_and_started()
     QCOMPARE(boxes.shown.size(), 1);
     QCOMPARE(server->asked, (QStringList{versionPath, installerPath}));
     QCOMPARE(contents(savedInstaller), installer());
-    QTRY_COMPARE(contents(u"installed"_s), "0 arguments\n" + path.toUtf8() + "\n");
+    QTRY_COMPARE(
+        contents(u"installed"_s), "0 arguments\n" + QDir::toNativeSeparators(path).toUtf8() + "\n");
     QCOMPARE(QDir(u"sw_fw"_s).entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 

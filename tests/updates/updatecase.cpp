@@ -25,7 +25,7 @@ QByteArray contents(const QString &path)
 
 QString installerProgram()
 {
-    return QStringLiteral(INSTALLER);
+    return QCoreApplication::applicationDirPath() + "/" INSTALLER;
 }
 
 QByteArray installer()

@@ -5,6 +5,8 @@
 #include "messageboxes.h"
 #include "update.h"
 
+#include <QTemporaryDir>
+
 #include <optional>
 
 /// Where the server has the files of an update to 1.02, and where its installer is saved.
