@@ -4,7 +4,15 @@
 
 #include <QEvent>
 
+#include <atomic>
 #include <utility>
+
+namespace {
+
+/// The last of the stores that must not be deleted.
+constinit std::atomic<SettingsStore *> lastKept = nullptr;
+
+} // namespace
 
 SettingsStore::SettingsStore(
     const QString &fileName, SettingsWriter::Write write, std::chrono::milliseconds rest)
@@ -23,7 +31,12 @@ void SettingsStore::close(SettingsStore *store)
     // disk truncates the file that replaces the old one.
     const std::shared_ptr<SettingsWriter> writer = store->m_writer;
     store->moveToThread(nullptr);
-    writer->end([store] { delete store; });
+    writer->end([store](bool isWritten) {
+        if (isWritten)
+            delete store;
+        else // in a list, so that no leak checker takes it for lost
+            store->m_keptBefore = lastKept.exchange(store);
+    });
 }
 
 bool SettingsStore::event(QEvent *event)

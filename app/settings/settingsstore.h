@@ -30,4 +30,5 @@ private:
 
     QVariantMap m_given; ///< to the writer, or read from the file
     std::shared_ptr<SettingsWriter> m_writer;
+    SettingsStore *m_keptBefore = nullptr; ///< links the stores that are never deleted
 };

@@ -31,7 +31,7 @@ public:
         m_changed.notify_all();
     }
 
-    void end(std::function<void()> lastly)
+    void end(std::function<void(bool isWritten)> lastly)
     {
         const std::lock_guard lock(m_mutex);
         m_ended = true;
@@ -58,10 +58,11 @@ public:
             lock.lock();
             finish(error);
         }
-        const auto lastly = m_failed ? nullptr : std::exchange(m_lastly, {});
+        const auto lastly = std::exchange(m_lastly, {});
+        const bool isWritten = !m_failed;
         lock.unlock();
         if (lastly)
-            lastly();
+            lastly(isWritten);
     }
 
 private:
@@ -88,7 +89,7 @@ private:
     std::condition_variable m_changed;
     QVariantMap m_values; ///< the latest
     std::optional<Clock::time_point> m_due; ///< of the next write
-    std::function<void()> m_lastly;
+    std::function<void(bool isWritten)> m_lastly;
     bool m_failed = false; ///< the last write
     bool m_ended = false;
     bool m_abandoned = false;
@@ -114,7 +115,7 @@ void SettingsWriter::put(const QVariantMap &values)
     m_work->put(values);
 }
 
-void SettingsWriter::end(std::function<void()> lastly)
+void SettingsWriter::end(std::function<void(bool isWritten)> lastly)
 {
     m_work->end(std::move(lastly));
     if (m_thread->wait(QDeadlineTimer(longestEnd))) {

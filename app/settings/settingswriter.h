@@ -33,10 +33,10 @@ public:
 
     /// Writes all values of the file, after the rest that the first pending change began.
     void put(const QVariantMap &values);
-    /// Writes at once what is pending or has failed and then, unless that failed, calls `lastly` on
-    /// the writer's thread, which ends. If this takes longer than `longestEnd`, the application's
-    /// destructor waits for the rest. Call it once.
-    void end(std::function<void()> lastly = {});
+    /// Writes at once what is pending or has failed and then calls `lastly` on the writer's thread,
+    /// which ends, with whether all is written. If this takes longer than `longestEnd`, the
+    /// application's destructor waits for the rest. Call it once.
+    void end(std::function<void(bool isWritten)> lastly = {});
 
 private:
     class Work;

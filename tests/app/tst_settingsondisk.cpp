@@ -44,9 +44,17 @@ QStringList files()
     return QDir().entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
 
-/// The beginning of a file that is longer than the lock file of QSettings, and its last line.
-const QByteArray longText = "[General]\nAuthor=" + QByteArray(300, 'x') + '\n';
-const QByteArray lastLine = "SensR=600\n";
+/// The beginning of a file that is longer than the lock file of QSettings.
+QByteArray longText()
+{
+    return "[General]\nAuthor=" + QByteArray(300, 'x') + '\n';
+}
+
+/// Its last line.
+QByteArray lastLine()
+{
+    return "SensR=600\n";
+}
 
 /// Waits until the log says that the settings cannot be written.
 void waitForFailure(DebugLines &log)
@@ -155,15 +163,15 @@ void tst_SettingsOnDisk::without_room_for_a_change_the_file_is_unchanged_data()
 {
     QTest::addColumn<int>("missing");
     QTest::addRow("the last byte") << 1;
-    QTest::addRow("the last line") << int(lastLine.size());
-    QTest::addRow("the last line and a byte") << int(lastLine.size()) + 1;
-    QTest::addRow("the text") << int(longText.size());
+    QTest::addRow("the last line") << int(lastLine().size());
+    QTest::addRow("the last line and a byte") << int(lastLine().size()) + 1;
+    QTest::addRow("the text") << int(longText().size());
 }
 
 void tst_SettingsOnDisk::without_room_for_a_change_the_file_is_unchanged()
 {
     QFETCH(int, missing);
-    const QByteArray before = longText + "SensL=99\n" + lastLine;
+    const QByteArray before = longText() + "SensL=99\n" + lastLine();
     write(before);
     {
         DebugLines log;

@@ -21,7 +21,7 @@ std::atomic<bool> isSlow = false;
 std::atomic<int> begun = 0; ///< syncs
 std::atomic<int> done = 0;
 std::atomic<int> syncsOnWindowThread = 0;
-QSemaphore release;
+Q_GLOBAL_STATIC(QSemaphore, release)
 
 int syncFile()
 {
@@ -29,7 +29,7 @@ int syncFile()
     if (QThread::currentThread() == qApp->thread())
         ++syncsOnWindowThread;
     else if (isSlow)
-        release.acquire();
+        release->acquire();
     ++done;
     return 0;
 }
@@ -38,7 +38,7 @@ int syncFile()
 void hangNoLonger()
 {
     isSlow = false;
-    release.release();
+    release->release();
 }
 
 bool runsThread(const QByteArray &name)
@@ -53,7 +53,7 @@ bool runsThread(const QByteArray &name)
 }
 
 /// Settings that the first load does not change.
-const QByteArray settingsFile = "[General]\nControlModeLeft=XBOX\nControlModeRight=XBOX\n";
+constexpr auto settingsFile = "[General]\nControlModeLeft=XBOX\nControlModeRight=XBOX\n";
 
 QByteArray content()
 {
@@ -89,7 +89,7 @@ void tst_SlowDisk::init()
     syncsOnWindowThread = 0;
     begun = 0;
     done = 0;
-    release.tryAcquire(release.available());
+    release->tryAcquire(release->available());
     isSlow = true;
 }
 
