@@ -9,7 +9,7 @@ namespace {
 
 __attribute__((noinline)) void overflow(bool library, const char *source, std::size_t count)
 {
-    char buffer[8];
+    char buffer[8] = {};
     if (library) {
         std::memcpy(buffer, source, count);
     } else {
