@@ -18,12 +18,33 @@ namespace {
 
 constexpr QLatin1StringView fileName(".pong");
 constexpr QLatin1StringView copyName(".pong.damaged");
+/// Thirty times what the program writes. A longer file would hold up the start and each change.
+constexpr qsizetype largestFile = 64 * 1024;
+
+void tellOfCopy()
+{
+    qDebug() << "The settings file is damaged; it is kept as" << copyName;
+}
 
 bool keepCopy(const QByteArray &content)
 {
     if (!settingsfile::replace(copyName, content).isEmpty())
         return false;
-    qDebug() << "The settings file is damaged; it is kept as" << copyName;
+    tellOfCopy();
+    return true;
+}
+
+/// Renames a file that is too long, and puts its beginning in its place.
+bool shorten(const QByteArray &beginning)
+{
+    QFile::remove(copyName);
+    if (!QFile::rename(fileName, copyName))
+        return false;
+    if (!settingsfile::replace(fileName, beginning).isEmpty()) {
+        QFile::rename(copyName, fileName);
+        return false;
+    }
+    tellOfCopy();
     return true;
 }
 
@@ -80,18 +101,25 @@ Store open()
                  << file.errorString();
         return inMemory();
     }
-    const QByteArray content = file.isOpen() ? file.readAll() : QByteArray();
+    QByteArray content = file.isOpen() ? file.read(largestFile + 1) : QByteArray();
     file.close();
+    const bool isTooLong = content.size() > largestFile;
+    if (isTooLong)
+        content.truncate(content.lastIndexOf('\n') + 1);
     const QByteArray plain = withoutTypedValues(content);
     const bool isTyped = plain != content;
-    if (isTyped && !(keepCopy(content) && settingsfile::replace(fileName, plain).isEmpty()))
+    if (isTooLong && !shorten(plain))
+        return inMemory(plain);
+    if (!isTooLong && isTyped
+        && !(keepCopy(content) && settingsfile::replace(fileName, plain).isEmpty()))
         return inMemory(plain);
     // The full path, because the working directory may have changed by the time of a write.
     const QString path = QFileInfo(file).absoluteFilePath();
     Store store(new SettingsStore(
         fileName, [path](const QVariantMap &values) { return settingsfile::write(path, values); },
         restBeforeWriting));
-    if (!isTyped && store->status() == QSettings::FormatError && !keepCopy(content))
+    const bool hasCopy = isTooLong || isTyped;
+    if (!hasCopy && store->status() == QSettings::FormatError && !keepCopy(content))
         return inMemory(plain);
     return store;
 }

@@ -88,6 +88,8 @@ private slots:
     void a_change_of_the_working_directory_leaves_the_settings_in_their_file();
     void a_damaged_file_is_kept_and_its_intact_values_are_read_data();
     void a_damaged_file_is_kept_and_its_intact_values_are_read();
+    void of_a_file_that_is_too_long_the_beginning_is_read_and_the_whole_kept();
+    void the_longest_file_is_not_damage();
     void typed_values_are_read_as_text();
     void everything_but_typed_values_stays_in_the_file();
     void lines_with_at_signs_and_backslashes_are_not_damage();
@@ -334,6 +336,37 @@ void tst_Settings::a_damaged_file_is_kept_and_its_intact_values_are_read()
     QCOMPARE(contentOf(copyName), content);
 }
 
+void tst_Settings::of_a_file_that_is_too_long_the_beginning_is_read_and_the_whole_kept()
+{
+    const QByteArray beginning = "[General]\nBallSpeed=25\nSensL=@Invalid()\nrubbish\n";
+    const QByteArray content = beginning + QByteArray("Noise=1\n").repeated(10'000) + "SensR=300\n";
+    write(copyName, "older");
+    write(fileName, content);
+    QTest::ignoreMessage(
+        QtDebugMsg, R"(The settings file is damaged; it is kept as ".pong.damaged")");
+    {
+        const auto store = settings::open();
+        QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
+        QCOMPARE(store->value(settings::sensitivity[Side::Left].key), u"@Invalid()"_s);
+        QCOMPARE(settings::read(*store, settings::sensitivity[Side::Right]), 512);
+        settings::write(*store, settings::ballSpeed, 30);
+    }
+    QCOMPARE(contentOf(copyName), content);
+    const auto store = settings::open(); // short, so nothing is logged
+    QCOMPARE(settings::read(*store, settings::ballSpeed), 30);
+}
+
+void tst_Settings::the_longest_file_is_not_damage()
+{
+    const QByteArray line = "Noise=1\n";
+    const QByteArray content = "[Rest!]\n" + line.repeated(64 * 1024 / line.size() - 1);
+    QCOMPARE(content.size(), 64 * 1024);
+    write(fileName, content);
+    settings::open();
+    QCOMPARE(contentOf(fileName), content);
+    QCOMPARE(files(), QStringList{fileName});
+}
+
 void tst_Settings::typed_values_are_read_as_text()
 {
     const QByteArray content =
@@ -386,6 +419,8 @@ void tst_Settings::a_file_that_cannot_be_copied_is_unchanged_data()
     QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
     QTest::addRow("a typed value")
         << QByteArray("[General]\nBallSpeed=25\n[Other]\nWindow=@Rect(1 2 3 4)\n");
+    QTest::addRow("too long") << "[General]\nBallSpeed=25\n"
+            + QByteArray("Noise=1\n").repeated(10'000);
 }
 
 void tst_Settings::a_file_that_cannot_be_copied_is_unchanged()

@@ -92,6 +92,7 @@ private slots:
     void cleanup();
     void without_room_for_a_copy_a_damaged_file_is_unchanged_data();
     void without_room_for_a_copy_a_damaged_file_is_unchanged();
+    void without_room_for_its_beginning_a_file_that_is_too_long_is_unchanged();
     void with_room_for_only_the_copy_the_file_is_unchanged();
     void without_room_for_a_change_the_file_is_unchanged_data();
     void without_room_for_a_change_the_file_is_unchanged();
@@ -124,6 +125,20 @@ void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_is_unchanged_dat
     QTest::addColumn<QByteArray>("content");
     QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
     QTest::addRow("a typed value") << QByteArray("[General]\nBallSpeed=25\nSensL=@Invalid()\n");
+}
+
+void tst_SettingsOnDisk::without_room_for_its_beginning_a_file_that_is_too_long_is_unchanged()
+{
+    const QByteArray content = "[General]\n" + QByteArray("Noise=1\n").repeated(10'000);
+    write(content);
+    {
+        const Room room(1000);
+        const auto store = settings::open();
+        settings::write(*store, settings::ballSpeed, 30);
+        QCOMPARE(settings::read(*store, settings::ballSpeed), 30);
+    }
+    QCOMPARE(contentOf(fileName), content);
+    QCOMPARE(files(), QStringList{fileName});
 }
 
 void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_is_unchanged()
