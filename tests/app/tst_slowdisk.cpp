@@ -21,7 +21,12 @@ std::atomic<bool> isSlow = false;
 std::atomic<int> begun = 0; ///< syncs
 std::atomic<int> done = 0;
 std::atomic<int> syncsOnWindowThread = 0;
-Q_GLOBAL_STATIC(QSemaphore, release)
+
+QSemaphore &release()
+{
+    static QSemaphore semaphore;
+    return semaphore;
+}
 
 int syncFile()
 {
@@ -29,7 +34,7 @@ int syncFile()
     if (QThread::currentThread() == qApp->thread())
         ++syncsOnWindowThread;
     else if (isSlow)
-        release->acquire();
+        release().acquire();
     ++done;
     return 0;
 }
@@ -38,7 +43,7 @@ int syncFile()
 void hangNoLonger()
 {
     isSlow = false;
-    release->release();
+    release().release();
 }
 
 bool runsThread(const QByteArray &name)
@@ -89,7 +94,7 @@ void tst_SlowDisk::init()
     syncsOnWindowThread = 0;
     begun = 0;
     done = 0;
-    release->tryAcquire(release->available());
+    release().tryAcquire(release().available());
     isSlow = true;
 }
 

@@ -311,12 +311,7 @@ void tst_Update::a_version_file_of_any_size_is_read_and_shown_within_a_second()
     QVERIFY(text.contains(" is available.\n\nDo you want to update and restart now?\n\n"
                           "Content of this new version:\n"_L1
         + QString::fromLatin1(news.first(1))));
-#ifdef __SANITIZE_ADDRESS__
-    constexpr double allowed = 5; // every allocation records its whole call stack
-#else
-    constexpr double allowed = 1;
-#endif
-    QVERIFY2(time < allowed, qPrintable(QString::number(time)));
+    QVERIFY2(time < 1, qPrintable(QString::number(time)));
 }
 
 void tst_Update::declining_downloads_nothing_data()
