@@ -49,6 +49,10 @@ MidiServer::MidiServer()
         return;
     }
     api = u"jack"_s;
+#ifdef __SANITIZE_THREAD__
+    problem = u"The thread sanitizer ends processes that have used JACK."_s;
+    return;
+#endif
     const QString jackd = QStandardPaths::findExecutable(u"jackd"_s);
     if (jackd.isEmpty()) {
         problem = u"There is neither an ALSA sequencer nor jackd (package jackd2)."_s;
