@@ -294,6 +294,9 @@ void tst_MidiDevices::a_devices_own_thread_ends_with_it()
     QCOMPARE(device->open(0, nullptr), 0U);
     QCOMPARE(device->start(), 0U);
     const auto finished = std::make_shared<std::atomic<bool>>(false);
+    // Once it has done something, its signal that it starts no longer looks for connections.
+    QMetaObject::invokeMethod(
+        device.get(), [] {}, Qt::BlockingQueuedConnection);
     connect(
         worker, &QThread::finished, this, [finished] { *finished = true; }, Qt::DirectConnection);
     device.reset();
