@@ -86,6 +86,7 @@ private:
     QTemporaryDir folder; ///< holds the certificate and a program without the host's library
     std::optional<HttpsServer> website;
     QTcpServer mute;
+    QString problem; ///< why the last program did not end well
     QStringList log; ///< of the last program, without times and threads
     quint16 closedPort = 0; ///< without a server
 };
@@ -165,11 +166,18 @@ std::optional<qint64> tst_Ending::end(
     connect(&process, &QProcess::finished, this, [&](int exitCode, QProcess::ExitStatus status) {
         if (status == QProcess::NormalExit && exitCode == 0 && sinceClosed.isValid())
             time = sinceClosed.elapsed();
+        else if (sinceClosed.isValid())
+            problem = u"It exited with %1, status %2."_s.arg(exitCode).arg(status);
+        else
+            problem = u"Its window was not closed."_s;
     });
     process.start(program, QStringList());
-    (void)QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, int(patience));
-    process.kill();
-    process.waitForFinished();
+    if (!QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, int(patience))) {
+        process.disconnect(this);
+        problem = u"It did not exit."_s;
+        process.kill();
+        process.waitForFinished();
+    }
     log = messagesIn(stage.filePath(u"rallyvane.log"_s));
     return time;
 }
@@ -222,7 +230,7 @@ void tst_Ending::the_program_ends_with_its_window()
     for (int round = 0; round < rounds; ++round) {
         const std::optional<qint64> time =
             end(bin + "/endingprogram"_L1, server, close, delay, answer);
-        QVERIFY2(time, "It did not exit.");
+        QVERIFY2(time, qPrintable(problem));
         longest = std::max(longest, *time);
     }
     qInfo("%d of %d ended, the slowest within %lld ms", rounds, rounds, longest);

@@ -11,8 +11,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const std::vector<LdbPoint> lit = {
-    {5, 6, 0, 0xFFFFFF, 0, 0, 1, 0}}; // clazy:exclude=non-pod-global-static
+std::vector<LdbPoint> lit()
+{
+    return {{5, 6, 0, 0xFFFFFF, 0, 0, 1, 0}};
+}
 
 /// A host that keeps its show, and a game.
 struct Rehearsal
@@ -72,7 +74,7 @@ void tst_ShowKeeper::a_recording_from_the_start_has_the_whole_show()
     rehearsal.start();
     rehearsal.game.openSession();
     QVERIFY(rehearsal.game.switchOutput(true));
-    QVERIFY(rehearsal.send(lit) && rehearsal.send({}));
+    QVERIFY(rehearsal.send(lit()) && rehearsal.send({}));
     QVERIFY(rehearsal.game.switchOutput(false));
     rehearsal.game.closeSession();
     rehearsal.host.close();
@@ -94,7 +96,7 @@ void tst_ShowKeeper::a_recording_begun_during_the_show_starts_with_the_current_f
     QVERIFY(rehearsal.game.switchOutput(true));
     int frames = 0;
     connect(&rehearsal.host, &Host::frameReceived, this, [&frames] { ++frames; });
-    QVERIFY(rehearsal.send(lit) && rehearsal.send(lit));
+    QVERIFY(rehearsal.send(lit()) && rehearsal.send(lit()));
     QTRY_COMPARE(frames, 2);
     QVERIFY(rehearsal.keeper.startRecording(path));
     QVERIFY(rehearsal.send({}));
@@ -114,7 +116,7 @@ void tst_ShowKeeper::a_second_recording_is_self_contained()
     for (const QString &name : {u"first"_s, u"second"_s}) {
         QVERIFY(rehearsal.keeper.startRecording(folder.filePath(name)));
         const int before = frames;
-        QVERIFY(rehearsal.send({}) && rehearsal.send(lit));
+        QVERIFY(rehearsal.send({}) && rehearsal.send(lit()));
         QTRY_COMPARE(frames, before + 2);
         QVERIFY(rehearsal.keeper.stopRecording());
     }
@@ -128,7 +130,7 @@ void tst_ShowKeeper::the_report_is_kept_without_a_recording()
     rehearsal.start();
     rehearsal.game.openSession();
     QVERIFY(rehearsal.game.switchOutput(true));
-    QVERIFY(rehearsal.send(lit));
+    QVERIFY(rehearsal.send(lit()));
     rehearsal.game.closeSession();
     rehearsal.host.close();
     const QByteArray report = rehearsal.keeper.report();
