@@ -11,6 +11,7 @@
 #include <QUrl>
 
 #include <atomic>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -20,7 +21,10 @@ namespace {
 constexpr DownloadLimits patient = {20s, 1 << 20};
 
 /// Local addresses are asked without a proxy.
-const QUrl remote(u"https://updates.invalid/file"_s);
+QUrl remote()
+{
+    return QUrl(u"https://updates.invalid/file"_s);
+}
 
 Download get(const HttpsServer &server, const QString &path, const DownloadLimits &limits = patient)
 {
@@ -291,7 +295,7 @@ void tst_Download::the_event_loop_runs_while_proxies_are_looked_up()
 {
     HeldProxies *proxies = useHeldProxies(QNetworkProxy::NoProxy);
     QTimer::singleShot(0, qApp, [proxies] { proxies->allowed.release(); });
-    QCOMPARE(download(remote, patient).result, Download::Failed);
+    QCOMPARE(download(remote(), patient).result, Download::Failed);
     QVERIFY(proxies->wasAsked);
     QVERIFY(!proxies->gaveUp);
 }
@@ -299,7 +303,7 @@ void tst_Download::the_event_loop_runs_while_proxies_are_looked_up()
 void tst_Download::a_lookup_of_proxies_that_does_not_end_fails()
 {
     HeldProxies *proxies = useHeldProxies(QNetworkProxy::NoProxy);
-    const Download got = download(remote, {100ms, 1 << 20});
+    const Download got = download(remote(), {100ms, 1 << 20});
     QVERIFY(!proxies->gaveUp);
     proxies->allowed.release();
     QCOMPARE(got.result, Download::Failed);
@@ -310,18 +314,18 @@ void tst_Download::the_proxy_that_is_found_is_used()
 {
     QTcpServer proxy;
     QVERIFY(proxy.listen(QHostAddress::LocalHost));
-    QByteArray asked;
-    connect(&proxy, &QTcpServer::newConnection, this, [&] {
+    const auto asked = std::make_shared<QByteArray>();
+    connect(&proxy, &QTcpServer::newConnection, this, [&proxy, asked] {
         QTcpSocket *const client = proxy.nextPendingConnection();
-        connect(client, &QTcpSocket::readyRead, client, [client, &asked] {
-            asked += client->readAll();
+        connect(client, &QTcpSocket::readyRead, client, [client, asked] {
+            *asked += client->readAll();
             client->disconnectFromHost();
         });
     });
     useHeldProxies({QNetworkProxy::HttpProxy, u"127.0.0.1"_s, proxy.serverPort()})
         ->allowed.release();
-    QCOMPARE(download(remote, patient).result, Download::Failed);
-    QVERIFY2(asked.startsWith("CONNECT updates.invalid:443"), asked);
+    QCOMPARE(download(remote(), patient).result, Download::Failed);
+    QVERIFY2(asked->startsWith("CONNECT updates.invalid:443"), *asked);
 }
 
 QTEST_MAIN(tst_Download)
