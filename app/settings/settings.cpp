@@ -19,7 +19,7 @@ namespace {
 constexpr QLatin1StringView fileName(".pong");
 constexpr QLatin1StringView copyName(".pong.damaged");
 /// Thirty times what the program writes. A longer file would hold up the start and each change.
-constexpr qsizetype largestFile = 64 * 1024;
+constexpr qsizetype largestFile = 65'536;
 
 void tellOfCopy()
 {

@@ -359,8 +359,8 @@ void tst_Settings::of_a_file_that_is_too_long_the_beginning_is_read_and_the_whol
 void tst_Settings::the_longest_file_is_not_damage()
 {
     const QByteArray line = "Noise=1\n";
-    const QByteArray content = "[Rest!]\n" + line.repeated(64 * 1024 / line.size() - 1);
-    QCOMPARE(content.size(), 64 * 1024);
+    const QByteArray content = "[Rest!]\n" + line.repeated(65'536 / line.size() - 1);
+    QCOMPARE(content.size(), 65'536);
     write(fileName, content);
     settings::open();
     QCOMPARE(contentOf(fileName), content);

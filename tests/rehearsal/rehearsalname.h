@@ -2,8 +2,8 @@
 
 #include "memoryfile.h"
 
-#include <QCoreApplication>
 #include <QFile>
+#include <QRandomGenerator>
 
 /// A rehearsal with a unique name, so that tests and users do not interfere; its files are removed
 /// at the end.
@@ -12,10 +12,9 @@ class RehearsalName
 public:
     RehearsalName()
     {
-        static int count = 0;
+        // No process id: Wine leaves the file of an earlier test and gives its id out again.
         qputenv(rehearsalVariable,
-            "test-" + QByteArray::number(QCoreApplication::applicationPid()) + '-'
-                + QByteArray::number(++count));
+            "test-" + QByteArray::number(QRandomGenerator::system()->generate64(), 36));
         m_path = memoryFilePath();
     }
     ~RehearsalName()

@@ -16,7 +16,7 @@ QByteArray ask(const QString &request)
     proxy.connectToHost(u"127.0.0.1"_s, qEnvironmentVariable("RALLYVANE_TLS_PROXY").toUShort());
     proxy.write(request.toLatin1() + '\n');
     while (proxy.waitForReadyRead()) { }
-    const QByteArray answer = proxy.readAll();
+    QByteArray answer = proxy.readAll();
     if (answer.isEmpty())
         qFatal("no answer of the TLS proxy: %s", qUtf8Printable(proxy.errorString()));
     return answer;
