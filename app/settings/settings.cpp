@@ -118,9 +118,13 @@ Store open()
     Store store(new SettingsStore(
         fileName, [path](const QVariantMap &values) { return settingsfile::write(path, values); },
         restBeforeWriting));
-    const bool hasCopy = isTooLong || isTyped;
-    if (!hasCopy && store->status() == QSettings::FormatError && !keepCopy(content))
-        return inMemory(plain);
+    if (store->status() == QSettings::FormatError) {
+        // Else the next start would replace the whole file that was kept by this beginning.
+        if (isTooLong)
+            settingsfile::write(path, settingsfile::valuesOf(*store));
+        else if (!isTyped && !keepCopy(content))
+            return inMemory(plain);
+    }
     return store;
 }
 
