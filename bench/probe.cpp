@@ -14,18 +14,20 @@
 using namespace std::chrono_literals;
 
 // Observes an unmodified program from the inside: Qt loads this plugin if the environment names it.
-// It reports the first paint of the main window. With RALLYVANE_BENCH_PLAY it then starts a point
-// like an operator and a player; with RALLYVANE_BENCH_OPERATE it then works at the window, see
-// Operator.
+// It reports when the main window is painted first, and when it first answers. With
+// RALLYVANE_BENCH_PLAY it then starts a point like an operator and a player; with
+// RALLYVANE_BENCH_OPERATE it then works at the window, see Operator.
 
 namespace {
 
-/// Prints a line to standard output with the time of the machine's steady clock.
-void tell(const char *what)
+using Clock = std::chrono::steady_clock;
+
+/// Prints a line to standard output with a time of the machine's steady clock.
+void tell(const char *what, Clock::time_point when)
 {
     using namespace std::chrono;
-    const auto now = duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count();
-    std::printf("%s %lld\n", what, static_cast<long long>(now));
+    const auto time = duration_cast<nanoseconds>(when.time_since_epoch()).count();
+    std::printf("%s %lld\n", what, static_cast<long long>(time));
     std::fflush(stdout);
 }
 
@@ -36,22 +38,31 @@ class Probe : public QObject
 public:
     Probe() { QCoreApplication::instance()->installEventFilter(this); }
 
+    /// Follows the first painting: one event for the window, then one for each widget in it.
     bool eventFilter(QObject *object, QEvent *event) override
     {
-        auto *window = qobject_cast<QMainWindow *>(object);
-        if (window && event->type() == QEvent::Paint) {
-            QCoreApplication::instance()->removeEventFilter(this);
+        if (event->type() != QEvent::Paint)
+            return false;
+        if (auto *window = qobject_cast<QMainWindow *>(object)) {
+            if (m_window) { // painted a second time
+                QCoreApplication::instance()->removeEventFilter(this);
+                return false;
+            }
             m_window = window;
-            // Arrives right after the painting that begins here, before other queued events.
+            // The window's thread may do much else before it takes this from its queue.
             QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::HighEventPriority);
         }
+        if (m_window)
+            m_painted = Clock::now();
         return false;
     }
 
 protected:
     void customEvent(QEvent * /*event*/) override
     {
-        tell("painted");
+        QCoreApplication::instance()->removeEventFilter(this);
+        tell("painted", m_painted);
+        tell("answering", Clock::now());
         if (!qEnvironmentVariableIsSet("RALLYVANE_BENCH_PLAY")) {
             operate();
             return;
@@ -78,7 +89,7 @@ private:
                 QCoreApplication::postEvent(show, new QKeyEvent(type, Qt::Key_D, {}));
             if (++m_presses == 2) {
                 m_step.stop();
-                tell("playing");
+                tell("playing", Clock::now());
                 operate();
             }
         }
@@ -92,6 +103,7 @@ private:
     }
 
     QMainWindow *m_window = nullptr;
+    Clock::time_point m_painted;
     std::unique_ptr<Operator> m_operator;
     QTimer m_step;
     int m_presses = 0;
