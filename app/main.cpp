@@ -62,11 +62,14 @@ int run(QApplication &application)
 
 int main(int argc, char *argv[])
 {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName("Laser Rallyvane");
-    const int result = run(application);
-    // The application's destructor waits for its threads, one of which may hang for minutes in a
-    // name lookup of the update check.
-    showmode::endWithin(longestExit, result);
-    return result;
+    int exitCode = EXIT_FAILURE;
+    {
+        QApplication application(argc, argv);
+        QApplication::setApplicationName("Laser Rallyvane");
+        exitCode = run(application);
+        // The application's destructor waits for its threads, one of which may hang for minutes in
+        // a name lookup of the update check.
+        showmode::endWithin(longestExit, exitCode);
+    }
+    showmode::end(exitCode);
 }

@@ -20,4 +20,7 @@ void keepAwake(bool awake);
 /// then. The caller has released everything that matters outside the process.
 void endWithin(std::chrono::milliseconds time, int exitCode);
 
+/// Ends the process at the end of main(), once the application is destroyed.
+[[noreturn]] void end(int exitCode);
+
 } // namespace showmode

@@ -52,3 +52,8 @@ void showmode::endWithin(std::chrono::milliseconds time, int exitCode)
         std::_Exit(exitCode);
     }).detach();
 }
+
+void showmode::end(int exitCode)
+{
+    std::exit(exitCode);
+}

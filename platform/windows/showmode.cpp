@@ -5,6 +5,8 @@
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
 
+#include <cstdio>
+#include <cstdlib>
 #include <thread>
 #include <windowsx.h>
 
@@ -52,6 +54,14 @@ public:
     }
 };
 
+/// Exiting would kill the other threads, the one of endWithin() too, and then unload the libraries,
+/// of which Qt's network library waits for its threads for ever.
+[[noreturn]] void terminate(int exitCode)
+{
+    TerminateProcess(GetCurrentProcess(), UINT(exitCode));
+    std::_Exit(exitCode);
+}
+
 } // namespace
 
 void showmode::prepare(QCoreApplication &application)
@@ -72,8 +82,12 @@ void showmode::endWithin(std::chrono::milliseconds time, int exitCode)
 {
     std::thread([time, exitCode] {
         std::this_thread::sleep_for(time);
-        // Exiting would kill the other threads and then unload the libraries, of which Qt's network
-        // library waits for its threads for ever.
-        TerminateProcess(GetCurrentProcess(), UINT(exitCode));
+        terminate(exitCode);
     }).detach();
+}
+
+void showmode::end(int exitCode)
+{
+    std::fflush(nullptr);
+    terminate(exitCode);
 }
