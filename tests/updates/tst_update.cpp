@@ -6,8 +6,6 @@
 #include <QTest>
 #include <QTranslator>
 
-#include <ctime>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -67,8 +65,6 @@ private slots:
     void a_newer_version_is_offered_with_its_notes();
     void later_notes_are_shown_after_earlier_ones();
     void every_text_is_translated_as_the_main_windows();
-    void a_version_file_of_any_size_is_read_and_shown_within_a_second_data();
-    void a_version_file_of_any_size_is_read_and_shown_within_a_second();
     void declining_downloads_nothing_data();
     void declining_downloads_nothing();
 };
@@ -275,43 +271,6 @@ void tst_Update::every_text_is_translated_as_the_main_windows()
     QCOMPARE(boxes.shown[1].text,
         u"Setup program cannot be executed at following path: x"_s
             + QDir::current().filePath(savedInstaller));
-}
-
-void tst_Update::a_version_file_of_any_size_is_read_and_shown_within_a_second_data()
-{
-    QTest::addColumn<QByteArray>("version");
-    QTest::addColumn<QByteArray>("news");
-    constexpr qsizetype size = largestVersionFile - 200;
-    QTest::newRow("one long line") << QByteArray("1.02") << QByteArray(size, 'x');
-    QTest::newRow("words") << QByteArray("1.02") << QByteArray("new ").repeated(size / 4);
-    QTest::newRow("lines") << QByteArray("1.02") << QByteArray("- new\n").repeated(size / 6);
-    QTest::newRow("empty lines") << QByteArray("1.02") << "x" + QByteArray(size - 1, '\n');
-    QTest::newRow("controls") << QByteArray("1.02") << QByteArray(size, '\x01');
-    QTest::newRow("a long version") << QByteArray(size, '0') + "1.02" << QByteArray("- new\n");
-    QTest::newRow("tabs before the version")
-        << QByteArray(size, '\t') + "1.02" << QByteArray("- new\n");
-}
-
-void tst_Update::a_version_file_of_any_size_is_read_and_shown_within_a_second()
-{
-    QFETCH(QByteArray, version);
-    QFETCH(QByteArray, news);
-    const QByteArray file = versionFile(version, news);
-    QVERIFY(file.size() <= largestVersionFile);
-    server->answers[versionPath] = {response(file)};
-    // In processor time, which does not depend on the machine's load. It includes the transfer.
-    const MessageBoxes boxes({QMessageBox::No});
-    const std::clock_t begin = std::clock();
-    QVERIFY(!check());
-    const auto time = double(std::clock() - begin) / CLOCKS_PER_SEC;
-    QCOMPARE(boxes.shown.size(), 1);
-    QCOMPARE(notes, QString::fromLatin1(news));
-    const QString &text = boxes.shown.first().text;
-    QVERIFY(text.startsWith("Version "_L1 + QString::fromLatin1(version.first(4))));
-    QVERIFY(text.contains(" is available.\n\nDo you want to update and restart now?\n\n"
-                          "Content of this new version:\n"_L1
-        + QString::fromLatin1(news.first(1))));
-    QVERIFY2(time < 1, qPrintable(QString::number(time)));
 }
 
 void tst_Update::declining_downloads_nothing_data()
