@@ -1,8 +1,8 @@
 #include "settings.h"
 
+#include "foundfile.h"
 #include "settingsfile.h"
 #include "settingsstore.h"
-#include "typedvalues.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -15,38 +15,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr QLatin1StringView fileName(".pong");
-constexpr QLatin1StringView copyName(".pong.damaged");
-/// Thirty times what the program writes. A longer file would hold up the start and each change.
-constexpr qsizetype largestFile = 65'536;
-
-void tellOfCopy()
-{
-    qDebug() << "The settings file is damaged; it is kept as" << copyName;
-}
-
-bool keepCopy(const QByteArray &content)
-{
-    if (!settingsfile::replace(copyName, content).isEmpty())
-        return false;
-    tellOfCopy();
-    return true;
-}
-
-/// Renames a file that is too long, and puts its beginning in its place.
-bool shorten(const QByteArray &beginning)
-{
-    QFile::remove(copyName);
-    if (!QFile::rename(fileName, copyName))
-        return false;
-    if (!settingsfile::replace(fileName, beginning).isEmpty()) {
-        QFile::rename(copyName, fileName);
-        return false;
-    }
-    tellOfCopy();
-    return true;
-}
 
 /// A store that is backed by no writable file.
 settings::Store inMemory()
@@ -95,36 +63,30 @@ void Close::operator()(QSettings *store) const
 
 Store open()
 {
-    QFile file(fileName);
+    QFile file(FoundFile::name);
     if (!file.open(QIODevice::ReadOnly) && file.exists()) {
         qDebug() << "The settings file cannot be read; changes will not be kept:"
                  << file.errorString();
         return inMemory();
     }
-    QByteArray content = file.isOpen() ? file.read(largestFile + 1) : QByteArray();
+    FoundFile found(file);
     file.close();
-    const bool isTooLong = content.size() > largestFile;
-    if (isTooLong)
-        content.truncate(content.lastIndexOf('\n') + 1);
-    const QByteArray plain = withoutTypedValues(content);
-    const bool isTyped = plain != content;
-    if (isTooLong && !shorten(plain))
-        return inMemory(plain);
-    if (!isTooLong && isTyped
-        && !(keepCopy(content) && settingsfile::replace(fileName, plain).isEmpty()))
-        return inMemory(plain);
+    if (!found.makeSafe())
+        return inMemory(found.safeText());
     // The full path, because the working directory may have changed by the time of a write.
     const QString path = QFileInfo(file).absoluteFilePath();
     Store store(new SettingsStore(
-        fileName, [path](const QVariantMap &values) { return settingsfile::write(path, values); },
+        FoundFile::name,
+        [path](const QVariantMap &values) { return settingsfile::write(path, values); },
         restBeforeWriting));
     if (store->status() == QSettings::FormatError) {
-        // Else the next start would replace the whole file that was kept by this beginning.
-        if (isTooLong)
-            settingsfile::write(path, settingsfile::valuesOf(*store));
-        else if (!isTyped && !keepCopy(content))
-            return inMemory(plain);
+        if (!found.keep())
+            return inMemory(found.safeText());
+        // Else the next start would find damage again and keep what is left instead of the whole.
+        settingsfile::write(path, settingsfile::valuesOf(*store));
     }
+    if (found.isKept())
+        qDebug() << "The settings file is damaged; it is kept as" << FoundFile::copyName;
     return store;
 }
 

@@ -3,7 +3,6 @@
 #include "settings.h"
 
 #include <QAbstractButton>
-#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QSettings>
@@ -19,21 +18,15 @@ const QString idleLook =
     "QPushButton:pressed {border:1px ridge #03F; background-color:#67F;}"_s;
 
 OperatorWindow::OperatorWindow(const QByteArray &settingsFile)
-    : m_previousFolder(QDir::currentPath())
 {
     settings::restBeforeWriting = std::chrono::hours(1);
-    QVERIFY(m_folder.isValid() && QDir::setCurrent(m_folder.path()));
-    if (settingsFile.isEmpty())
-        return;
-    QFile file(u".pong"_s);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(settingsFile), settingsFile.size());
+    if (!settingsFile.isEmpty())
+        WorkingFolder::write(u".pong"_s, settingsFile);
 }
 
 OperatorWindow::~OperatorWindow()
 {
     close();
-    QDir::setCurrent(m_previousFolder);
 }
 
 void OperatorWindow::open()

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "mainwindow.h"
-
-#include <QTemporaryDir>
+#include "workingfolder.h"
 
 #include <memory>
 #include <optional>
@@ -61,8 +60,7 @@ public:
     std::unique_ptr<MainWindow> window;
 
 private:
-    QTemporaryDir m_folder;
-    QString m_previousFolder;
+    WorkingFolder m_folder;
 };
 
 /// The style sheets of a button that is switched on, and off.

@@ -1,12 +1,12 @@
 #include "debuglines.h"
 #include "debuglog.h"
+#include "workingfolder.h"
 
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QScopeGuard>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -78,20 +78,16 @@ private slots:
     void lines_of_several_threads_are_intact_and_in_order();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_previousFolder;
+    std::optional<WorkingFolder> m_folder;
 };
 
 void tst_DebugLog::init()
 {
-    m_previousFolder = QDir::currentPath();
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir::setCurrent(m_folder->path()));
+    m_folder.emplace();
 }
 
 void tst_DebugLog::cleanup()
 {
-    QDir::setCurrent(m_previousFolder);
     m_folder.reset();
 }
 

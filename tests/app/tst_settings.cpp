@@ -1,19 +1,20 @@
 #include "debuglines.h"
 #include "settings.h"
+#include "settingsfile.h"
+#include "workingfolder.h"
 
 #include <QDir>
 #include <QFile>
 #include <QMap>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using settingsfile::contentOf;
 
 namespace {
 
 const QString fileName = u".pong"_s;
-const QString copyName = u".pong.damaged"_s;
 
 using Keys = QMap<QString, QVariant>;
 
@@ -33,19 +34,6 @@ void insert(Keys &keys, const SettingOfSides<T> &setting)
     insert(keys, setting[Side::Right]);
 }
 
-void write(const QString &name, const QByteArray &content)
-{
-    QFile file(name);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-}
-
-QByteArray contentOf(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 /// The lines of the settings file, sorted: order and line ends differ between systems.
 QStringList sortedLines()
 {
@@ -53,11 +41,6 @@ QStringList sortedLines()
         QString::fromUtf8(contentOf(fileName)).remove(u'\r').split(u'\n', Qt::SkipEmptyParts);
     lines.sort();
     return lines;
-}
-
-QStringList files()
-{
-    return QDir().entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
 
 QByteArray notANumber(const char *key, const char *value)
@@ -86,17 +69,6 @@ private slots:
     void unchanged_values_are_not_written_again();
     void another_working_directory_has_another_file();
     void a_change_of_the_working_directory_leaves_the_settings_in_their_file();
-    void a_damaged_file_is_kept_and_its_intact_values_are_read_data();
-    void a_damaged_file_is_kept_and_its_intact_values_are_read();
-    void of_a_file_that_is_too_long_the_beginning_is_read_and_the_whole_kept();
-    void the_longest_file_is_not_damage();
-    void typed_values_are_read_as_text();
-    void everything_but_typed_values_stays_in_the_file();
-    void lines_with_at_signs_and_backslashes_are_not_damage();
-    void a_file_that_cannot_be_copied_is_unchanged_data();
-    void a_file_that_cannot_be_copied_is_unchanged();
-    void later_damage_replaces_the_kept_file();
-    void an_intact_file_is_not_copied();
     void values_that_are_not_numbers_read_as_0_and_are_logged_data();
     void values_that_are_not_numbers_read_as_0_and_are_logged();
     void numbers_are_read_as_qt_converts_them_data();
@@ -106,20 +78,16 @@ private slots:
     void a_mode_is_read_verbatim();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_previousFolder;
+    std::optional<WorkingFolder> m_folder;
 };
 
 void tst_Settings::init()
 {
-    m_previousFolder = QDir::currentPath();
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir::setCurrent(m_folder->path()));
+    m_folder.emplace();
 }
 
 void tst_Settings::cleanup()
 {
-    QDir::setCurrent(m_previousFolder);
     m_folder.reset();
 }
 
@@ -205,15 +173,15 @@ void tst_Settings::without_a_file_every_setting_has_its_default()
         QCOMPARE(settings::read(*store, settings::startKey[side]), 0U);
     }
     store->sync();
-    QCOMPARE(files(), QStringList());
+    QCOMPARE(WorkingFolder::files(), QStringList());
 }
 
 void tst_Settings::an_empty_file_is_not_an_error()
 {
-    write(fileName, "");
+    WorkingFolder::write(fileName, "");
     const auto store = settings::open();
     QCOMPARE(settings::read(*store, settings::ballSpeed), 20);
-    QCOMPARE(files(), QStringList{fileName});
+    QCOMPARE(WorkingFolder::files(), QStringList{fileName});
 }
 
 void tst_Settings::a_folder_in_place_of_the_file_is_not_an_error()
@@ -229,7 +197,7 @@ void tst_Settings::a_folder_in_place_of_the_file_is_not_an_error()
 
 void tst_Settings::a_file_for_one_side_leaves_the_other_its_default()
 {
-    write(fileName, "[General]\nSensL=300\n");
+    WorkingFolder::write(fileName, "[General]\nSensL=300\n");
     const auto store = settings::open();
     QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 300);
     QCOMPARE(settings::read(*store, settings::sensitivity[Side::Right]), 512);
@@ -243,7 +211,7 @@ void tst_Settings::values_are_written_at_the_top_level_of_the_file()
         settings::write(*store, settings::moveStatus[Side::Right], 176);
         settings::write(*store, settings::ballSpeed, 25);
     }
-    QCOMPARE(files(), QStringList{fileName});
+    QCOMPARE(WorkingFolder::files(), QStringList{fileName});
     QCOMPARE(sortedLines(),
         (QStringList{
             u"BallSpeed=25"_s, u"CC_10=176"_s, u"ControlModeRight=MIDI"_s, u"[General]"_s}));
@@ -267,7 +235,7 @@ void tst_Settings::written_values_are_read_back()
 
 void tst_Settings::a_write_leaves_the_other_keys_alone()
 {
-    write(fileName, "[General]\nForeign=kept\nSensR=600\n");
+    WorkingFolder::write(fileName, "[General]\nForeign=kept\nSensR=600\n");
     settings::write(*settings::open(), settings::sensitivity[Side::Left], 300);
     QCOMPARE(sortedLines(),
         (QStringList{u"Foreign=kept"_s, u"SensL=300"_s, u"SensR=600"_s, u"[General]"_s}));
@@ -275,7 +243,7 @@ void tst_Settings::a_write_leaves_the_other_keys_alone()
 
 void tst_Settings::unchanged_values_are_not_written_again()
 {
-    write(fileName, "[General]\nBallSpeed=25\nControlModeLeft=MIDI\n");
+    WorkingFolder::write(fileName, "[General]\nBallSpeed=25\nControlModeLeft=MIDI\n");
     const auto store = settings::open();
     QVERIFY(QFile::remove(fileName)); // the next write would recreate it
     settings::write(*store, settings::ballSpeed, 25);
@@ -290,174 +258,21 @@ void tst_Settings::unchanged_values_are_not_written_again()
 void tst_Settings::another_working_directory_has_another_file()
 {
     settings::write(*settings::open(), settings::ballSpeed, 25);
-    const QTemporaryDir other;
-    QVERIFY(QDir::setCurrent(other.path()));
-    QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 20);
-    settings::write(*settings::open(), settings::ballSpeed, 12);
-    QVERIFY(QDir::setCurrent(m_folder->path()));
+    {
+        const WorkingFolder other;
+        QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 20);
+        settings::write(*settings::open(), settings::ballSpeed, 12);
+    }
     QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 25);
 }
 
 void tst_Settings::a_change_of_the_working_directory_leaves_the_settings_in_their_file()
 {
-    const QTemporaryDir other;
     const auto store = settings::open();
-    QVERIFY(QDir::setCurrent(other.path()));
+    const WorkingFolder other;
     settings::write(*store, settings::ballSpeed, 25);
     QTRY_VERIFY(contentOf(m_folder->filePath(fileName)).contains("BallSpeed=25"));
-    QCOMPARE(files(), QStringList());
-    QVERIFY(QDir::setCurrent(m_folder->path()));
-}
-
-void tst_Settings::a_damaged_file_is_kept_and_its_intact_values_are_read_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
-    QTest::addRow("cut in the middle of a key") << QByteArray("[General]\nBallSpeed=25\nSen");
-    QTest::addRow("rubbish in front") << QByteArray("\xff\xfe rubbish\n[General]\nBallSpeed=25\n");
-}
-
-void tst_Settings::a_damaged_file_is_kept_and_its_intact_values_are_read()
-{
-    QFETCH(QByteArray, content);
-    write(fileName, content);
-    QTest::ignoreMessage(
-        QtDebugMsg, R"(The settings file is damaged; it is kept as ".pong.damaged")");
-    {
-        const auto store = settings::open();
-        QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
-        QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 512);
-        settings::write(*store, settings::sensitivity[Side::Left], 300);
-    }
-    QCOMPARE(contentOf(copyName), content);
-    const auto store = settings::open(); // repaired, so nothing is logged
-    QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
-    QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 300);
-    QCOMPARE(contentOf(copyName), content);
-}
-
-void tst_Settings::of_a_file_that_is_too_long_the_beginning_is_read_and_the_whole_kept()
-{
-    const QByteArray beginning = "[General]\nBallSpeed=25\nSensL=@Invalid()\nrubbish\n";
-    const QByteArray content = beginning + QByteArray("Noise=1\n").repeated(10'000) + "SensR=300\n";
-    write(copyName, "older");
-    write(fileName, content);
-    QTest::ignoreMessage(
-        QtDebugMsg, R"(The settings file is damaged; it is kept as ".pong.damaged")");
-    {
-        const auto store = settings::open();
-        QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
-        QCOMPARE(store->value(settings::sensitivity[Side::Left].key), u"@Invalid()"_s);
-        QCOMPARE(settings::read(*store, settings::sensitivity[Side::Right]), 512);
-    }
-    const auto store = settings::open(); // short and intact, so nothing is logged
-    QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
-    QCOMPARE(contentOf(copyName), content);
-}
-
-void tst_Settings::the_longest_file_is_not_damage()
-{
-    const QByteArray line = "Noise=1\n";
-    const QByteArray content = "[Rest!]\n" + line.repeated(65'536 / line.size() - 1);
-    QCOMPARE(content.size(), 65'536);
-    write(fileName, content);
-    settings::open();
-    QCOMPARE(contentOf(fileName), content);
-    QCOMPARE(files(), QStringList{fileName});
-}
-
-void tst_Settings::typed_values_are_read_as_text()
-{
-    const QByteArray content =
-        "[General]\nBallSpeed=25\nSensL=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x19)\n"
-        "SensR=@Variant(\\0\\0\\0\\t\\0\\xff\\xff\\xff\\xfe)\n"
-        "ControlModeLeft=@ByteArray(MIDI)\n";
-    write(fileName, content);
-    QTest::ignoreMessage(
-        QtDebugMsg, R"(The settings file is damaged; it is kept as ".pong.damaged")");
-    {
-        const auto store = settings::open();
-        for (const QString &key : store->allKeys())
-            QCOMPARE(store->value(key).typeId(), int(QMetaType::QString));
-        QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
-        QCOMPARE(settings::read(*store, settings::sensitivity[Side::Left]), 0);
-        QCOMPARE(settings::read(*store, settings::controlMode[Side::Left]), u"@ByteArray(MIDI)"_s);
-        settings::write(*store, settings::sensitivity[Side::Left], 300);
-    }
-    QCOMPARE(contentOf(copyName), content);
-    QVERIFY(QFile::remove(copyName));
-    QCOMPARE(settings::read(*settings::open(), settings::sensitivity[Side::Left]), 300);
-    QCOMPARE(files(), QStringList{fileName}); // no longer damaged
-}
-
-void tst_Settings::everything_but_typed_values_stays_in_the_file()
-{
-    const QByteArray before = "; a remark\n[General]\nForeign=@home\nSensL=";
-    const QByteArray after = "\nPath=C:\\\\show\nMail=me@example.org\n\n[Other]\nWindow=";
-    write(fileName, before + "@Invalid()" + after + "@Rect(1 2 3 4)\r\n");
-    settings::open();
-    QCOMPARE(contentOf(fileName), before + "@@Invalid()" + after + "@@Rect(1 2 3 4)\r\n");
-}
-
-void tst_Settings::lines_with_at_signs_and_backslashes_are_not_damage()
-{
-    const QByteArray content = "[General]\nMail=me@example.org\nName=@home\nPath=C:\\\\show\n"
-                               "[Other]\nNote=\"(@)\"\nSigned=@@Invalid()\n";
-    write(fileName, content);
-    settings::open();
-    QCOMPARE(contentOf(fileName), content);
-    QCOMPARE(files(), QStringList{fileName});
-    settings::write(*settings::open(), settings::ballSpeed, 25);
-    for (const QString &line : {u"Mail=me@example.org"_s, u"Path=C:\\\\show"_s, u"Note=(@)"_s})
-        QVERIFY2(sortedLines().contains(line), qPrintable(line));
-}
-
-void tst_Settings::a_file_that_cannot_be_copied_is_unchanged_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addRow("a line without a key") << QByteArray("[General]\nBallSpeed=25\nKeyboard\n");
-    QTest::addRow("a typed value")
-        << QByteArray("[General]\nBallSpeed=25\n[Other]\nWindow=@Rect(1 2 3 4)\n");
-    QTest::addRow("too long") << "[General]\nBallSpeed=25\n"
-            + QByteArray("Noise=1\n").repeated(10'000);
-}
-
-void tst_Settings::a_file_that_cannot_be_copied_is_unchanged()
-{
-    QFETCH(QByteArray, content);
-    write(fileName, content);
-    QVERIFY(QDir().mkdir(copyName));
-    DebugLines log;
-    {
-        const auto store = settings::open();
-        QCOMPARE(settings::read(*store, settings::ballSpeed), 25);
-        settings::write(*store, settings::ballSpeed, 30);
-        store->sync();
-        QCOMPARE(settings::read(*store, settings::ballSpeed), 30);
-    }
-    QCOMPARE(log.takeAll(),
-        QStringList{
-            u"The settings file is damaged and cannot be copied; changes will not be kept"_s});
-    QCOMPARE(contentOf(fileName), content);
-    QCOMPARE(files(), QStringList{fileName});
-    QVERIFY(QDir().rmdir(copyName)); // empty, as it was
-}
-
-void tst_Settings::later_damage_replaces_the_kept_file()
-{
-    write(copyName, "older");
-    write(fileName, "newer");
-    QTest::ignoreMessage(
-        QtDebugMsg, R"(The settings file is damaged; it is kept as ".pong.damaged")");
-    settings::open();
-    QCOMPARE(contentOf(copyName), QByteArray("newer"));
-}
-
-void tst_Settings::an_intact_file_is_not_copied()
-{
-    write(fileName, "; a remark\n[General]\nBallSpeed=25\n");
-    settings::open();
-    QCOMPARE(files(), QStringList{fileName});
+    QCOMPARE(WorkingFolder::files(), QStringList());
 }
 
 void tst_Settings::values_that_are_not_numbers_read_as_0_and_are_logged_data()
@@ -478,7 +293,7 @@ void tst_Settings::values_that_are_not_numbers_read_as_0_and_are_logged()
 {
     QFETCH(QByteArray, written);
     QFETCH(QByteArray, logged);
-    write(fileName, "[General]\nBallSpeed=" + written + "\nCC_00=" + written + '\n');
+    WorkingFolder::write(fileName, "[General]\nBallSpeed=" + written + "\nCC_00=" + written + '\n');
     const auto store = settings::open();
     QTest::ignoreMessage(QtDebugMsg, notANumber("BallSpeed", logged));
     QCOMPARE(settings::read(*store, settings::ballSpeed), 0);
@@ -502,7 +317,7 @@ void tst_Settings::numbers_are_read_as_qt_converts_them()
     QFETCH(QByteArray, written);
     QFETCH(int, asInt);
     QFETCH(uint, asUInt);
-    write(fileName, "[General]\nBallSpeed=" + written + "\nCC_00=" + written + '\n');
+    WorkingFolder::write(fileName, "[General]\nBallSpeed=" + written + "\nCC_00=" + written + '\n');
     DebugLines log;
     const auto store = settings::open();
     QCOMPARE(settings::read(*store, settings::ballSpeed), asInt);
@@ -512,7 +327,7 @@ void tst_Settings::numbers_are_read_as_qt_converts_them()
 
 void tst_Settings::a_negative_number_is_not_a_key()
 {
-    write(fileName, "[General]\nKeyboardUpL=-1\nXMoveL=-1\n");
+    WorkingFolder::write(fileName, "[General]\nKeyboardUpL=-1\nXMoveL=-1\n");
     const auto store = settings::open();
     QTest::ignoreMessage(QtDebugMsg, notANumber("KeyboardUpL", "-1"));
     QCOMPARE(settings::read(*store, settings::upKey[Side::Left]), 0U);
@@ -533,7 +348,7 @@ void tst_Settings::a_mode_is_read_verbatim()
 {
     QFETCH(QByteArray, written);
     QFETCH(QString, mode);
-    write(fileName, "[General]\nControlModeLeft=" + written + '\n');
+    WorkingFolder::write(fileName, "[General]\nControlModeLeft=" + written + '\n');
     QCOMPARE(settings::read(*settings::open(), settings::controlMode[Side::Left]), mode);
 }
 

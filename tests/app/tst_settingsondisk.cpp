@@ -3,6 +3,8 @@
 
 #include "debuglines.h"
 #include "settings.h"
+#include "settingsfile.h"
+#include "workingfolder.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -10,7 +12,6 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
@@ -19,30 +20,13 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using settingsfile::contentOf;
 
 namespace {
 
 const QString fileName = u".pong"_s;
 /// The argument of a second process of this test.
 const QString changeAndHang = u"change-and-hang"_s;
-
-void write(const QByteArray &content)
-{
-    QFile file(fileName);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-}
-
-QByteArray contentOf(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QStringList files()
-{
-    return QDir().entryList(QDir::Files | QDir::Hidden, QDir::Name);
-}
 
 /// The beginning of a file that is longer than the lock file of QSettings.
 QByteArray longText()
@@ -103,20 +87,16 @@ private slots:
     void a_change_outlives_a_program_that_is_killed();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_previousFolder;
+    std::optional<WorkingFolder> m_folder;
 };
 
 void tst_SettingsOnDisk::init()
 {
-    m_previousFolder = QDir::currentPath();
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir::setCurrent(m_folder->path()));
+    m_folder.emplace();
 }
 
 void tst_SettingsOnDisk::cleanup()
 {
-    QDir::setCurrent(m_previousFolder);
     m_folder.reset();
 }
 
@@ -130,7 +110,7 @@ void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_is_unchanged_dat
 void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_is_unchanged()
 {
     QFETCH(QByteArray, content);
-    write(content);
+    WorkingFolder::write(fileName, content);
     QStringList lines;
     {
         DebugLines log;
@@ -144,13 +124,13 @@ void tst_SettingsOnDisk::without_room_for_a_copy_a_damaged_file_is_unchanged()
         QStringList{
             u"The settings file is damaged and cannot be copied; changes will not be kept"_s});
     QCOMPARE(contentOf(fileName), content);
-    QCOMPARE(files(), QStringList{fileName});
+    QCOMPARE(WorkingFolder::files(), QStringList{fileName});
 }
 
 void tst_SettingsOnDisk::without_room_for_its_beginning_a_file_that_is_too_long_is_unchanged()
 {
     const QByteArray content = "[General]\n" + QByteArray("Noise=1\n").repeated(10'000);
-    write(content);
+    WorkingFolder::write(fileName, content);
     {
         const Room room(1000);
         const auto store = settings::open();
@@ -158,13 +138,13 @@ void tst_SettingsOnDisk::without_room_for_its_beginning_a_file_that_is_too_long_
         QCOMPARE(settings::read(*store, settings::ballSpeed), 30);
     }
     QCOMPARE(contentOf(fileName), content);
-    QCOMPARE(files(), QStringList{fileName});
+    QCOMPARE(WorkingFolder::files(), QStringList{fileName});
 }
 
 void tst_SettingsOnDisk::with_room_for_only_the_copy_the_file_is_unchanged()
 {
     const QByteArray content = "[General]\nBallSpeed=25\nSensL=@Invalid()\n";
-    write(content);
+    WorkingFolder::write(fileName, content);
     {
         const Room room(content.size());
         const auto store = settings::open();
@@ -187,7 +167,7 @@ void tst_SettingsOnDisk::without_room_for_a_change_the_file_is_unchanged()
 {
     QFETCH(int, missing);
     const QByteArray before = longText() + "SensL=99\n" + lastLine();
-    write(before);
+    WorkingFolder::write(fileName, before);
     {
         DebugLines log;
         const Room room(before.size() + 1 - missing);
@@ -197,12 +177,12 @@ void tst_SettingsOnDisk::without_room_for_a_change_the_file_is_unchanged()
         QCOMPARE(contentOf(fileName), before);
     }
     QCOMPARE(contentOf(fileName), before);
-    QCOMPARE(files(), QStringList{fileName});
+    QCOMPARE(WorkingFolder::files(), QStringList{fileName});
 }
 
 void tst_SettingsOnDisk::a_change_without_room_is_written_once_there_is_room()
 {
-    write("[General]\nBallSpeed=25\n");
+    WorkingFolder::write(fileName, "[General]\nBallSpeed=25\n");
     const auto store = settings::open();
     {
         DebugLines log;
@@ -232,7 +212,7 @@ void tst_SettingsOnDisk::each_change_is_in_the_file_soon_without_an_event_loop()
 void tst_SettingsOnDisk::a_write_keeps_the_link_and_the_permissions_of_the_file()
 {
     constexpr auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
-    write("[General]\nSensR=600\n");
+    WorkingFolder::write(fileName, "[General]\nSensR=600\n");
     QVERIFY(QDir().mkdir(u"elsewhere"_s) && QFile::rename(fileName, u"elsewhere/settings"_s)
         && QFile::setPermissions(u"elsewhere/settings"_s, permissions)
         && QFile::link(u"elsewhere/settings"_s, fileName));
@@ -248,7 +228,7 @@ void tst_SettingsOnDisk::the_groups_of_others_stay_in_the_file()
 {
     const QByteArray groups = "\n[Deep]\nGroup\\Key=a\n\n[%General]\nx=1\n"
                               "\n[Other]\nList=1, 2\nName=@@x\nSpaced=\" a;b \"\n";
-    write("[General]\nSensR=600\n" + groups);
+    WorkingFolder::write(fileName, "[General]\nSensR=600\n" + groups);
     const auto store = settings::open();
     settings::write(*store, settings::ballSpeed, 30);
     QTRY_COMPARE(contentOf(fileName), "[General]\nBallSpeed=30\nSensR=600\n" + groups);
@@ -256,14 +236,14 @@ void tst_SettingsOnDisk::the_groups_of_others_stay_in_the_file()
 
 void tst_SettingsOnDisk::a_change_outlives_a_program_that_is_killed()
 {
-    write("[General]\nBallSpeed=25\nSensR=600\n");
+    WorkingFolder::write(fileName, "[General]\nBallSpeed=25\nSensR=600\n");
     QProcess program;
     program.start(QCoreApplication::applicationFilePath(), {changeAndHang});
     QTRY_COMPARE(contentOf(fileName), QByteArray("[General]\nBallSpeed=30\nSensR=600\n"));
     program.kill();
     QVERIFY(program.waitForFinished());
     QCOMPARE(settings::read(*settings::open(), settings::ballSpeed), 30);
-    QCOMPARE(files(), QStringList{fileName});
+    QCOMPARE(WorkingFolder::files(), QStringList{fileName});
 }
 
 int main(int argc, char *argv[])

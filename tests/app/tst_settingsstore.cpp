@@ -2,13 +2,13 @@
 #include "settings.h"
 #include "settingsfile.h"
 #include "settingsstore.h"
+#include "workingfolder.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QSemaphore>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
@@ -115,22 +115,18 @@ private:
         return settings::Store(new SettingsStore(fileName, Disk::of(disk), rest));
     }
 
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_previousFolder;
+    std::optional<WorkingFolder> m_folder;
     std::shared_ptr<Disk> disk;
 };
 
 void tst_SettingsStore::init()
 {
-    m_previousFolder = QDir::currentPath();
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir::setCurrent(m_folder->path()));
+    m_folder.emplace();
     disk = std::make_shared<Disk>();
 }
 
 void tst_SettingsStore::cleanup()
 {
-    QDir::setCurrent(m_previousFolder);
     m_folder.reset();
 }
 
