@@ -5,9 +5,9 @@
 #include "showkeeper.h"
 #include "shows.h"
 #include "sidepanel.h"
+#include "workingfolder.h"
 
 #include <QAction>
-#include <QDir>
 #include <QDoubleSpinBox>
 #include <QFileDialog>
 #include <QLabel>
@@ -132,7 +132,7 @@ private:
     }
     void send(int place) { QVERIFY(writeFrame(*m_file.memory(), 0, pointAt(place), sharedNow())); }
 
-    std::optional<QTemporaryDir> m_folder;
+    std::optional<WorkingFolder> m_folder;
     std::optional<RehearsalName> m_name;
     std::optional<Host> m_host;
     std::optional<ShowKeeper> m_keeper;
@@ -144,7 +144,6 @@ void tst_HostPlayback::init()
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     m_folder.emplace();
-    QDir::setCurrent(m_folder->path());
     m_name.emplace();
     m_host.emplace(HostInfo());
     m_keeper.emplace(*m_host);
@@ -162,7 +161,6 @@ void tst_HostPlayback::cleanup()
     m_keeper.reset();
     m_host.reset();
     m_name.reset();
-    QDir::setCurrent(QCoreApplication::applicationDirPath());
     m_folder.reset();
 }
 

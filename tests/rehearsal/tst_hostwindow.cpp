@@ -6,17 +6,16 @@
 #include "scrubbar.h"
 #include "showkeeper.h"
 #include "sidepanel.h"
+#include "workingfolder.h"
 
 #include <QAbstractSpinBox>
 #include <QAction>
-#include <QDir>
 #include <QLabel>
 #include <QMenuBar>
 #include <QScrollArea>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <limits>
@@ -79,7 +78,7 @@ private:
     }
     void open();
 
-    std::optional<QTemporaryDir> m_folder;
+    std::optional<WorkingFolder> m_folder;
     std::optional<RehearsalName> m_name;
     std::optional<Host> m_host;
     std::optional<ShowKeeper> m_keeper;
@@ -90,7 +89,6 @@ private:
 void tst_HostWindow::init()
 {
     m_folder.emplace();
-    QDir::setCurrent(m_folder->path());
     m_name.emplace();
     m_host.emplace(HostInfo());
     m_keeper.emplace(*m_host);
@@ -113,7 +111,6 @@ void tst_HostWindow::cleanup()
     m_keeper.reset();
     m_host.reset();
     m_name.reset();
-    QDir::setCurrent(QCoreApplication::applicationDirPath());
     m_folder.reset();
 }
 
