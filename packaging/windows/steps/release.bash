@@ -75,10 +75,6 @@ step_release() {
     add_header "$release/server"
 }
 
-rehearsal_closed() {
-    ! xdotool search --onlyvisible --name "Rehearsal host" >/dev/null 2>&1
-}
-
 step_upgrade() {
     say "The program finds the next version, installs and starts it, and the settings are kept"
     after keys release
@@ -95,7 +91,7 @@ step_upgrade() {
     picture offered
     xdotool windowfocus --sync "$box" key Return
     stage_window "^Laser Rallyvane Setup" >/dev/null
-    stage_until 60 rehearsal_closed || stage_fail "The old version did not end."
+    await_end
     expect "The installer was not saved." \
         cmp -s "$(setup_of "$next")" "$home/sw_fw/Rallyvane_v${next}_setup.exe"
     go_through_setup

@@ -45,6 +45,26 @@ step_install() {
     expect_installed
 }
 
+# set_class KEY VALUE: sets how Wine opens files.
+set_class() {
+    run_quietly reg add "HKCR\\$1" /f /ve /d "$2"
+}
+
+# Wine has no browser of its own that works; the system's is a script here.
+step_guide() {
+    say "The start menu opens the operator's guide in the browser"
+    after install
+    rm -f "$stage/opened"
+    printf '#!/bin/sh\nprintf "%%s\\n" "$1" >"%s"\n' "$stage/opened" >"$stage/browser"
+    chmod +x "$stage/browser"
+    run_quietly reg add 'HKCU\Software\Wine\WineBrowser' /f /v Browsers /d "$stage/browser"
+    set_class .html Browser
+    set_class 'Browser\shell\open\command' 'C:\windows\system32\winebrowser.exe "%1"'
+    shortcut "Operator's guide"
+    stage_until 60 grep -qE 'guide.operator-guide\.html$' "$stage/opened" \
+        || stage_fail "The browser was not given the guide."
+}
+
 step_update() {
     say "An update closes the running program, which blanks the laser, and keeps the settings"
     after install keys
