@@ -84,10 +84,11 @@ MainWindow::MainWindow(QWidget *parent)
     laserControls = std::make_unique<LaserControls>(laserWidgets(*ui), *pong);
     playerControls = std::make_unique<PlayerControls>(
         PerSide<PlayerWidgets>{{leftWidgets(*ui), rightWidgets(*ui)}}, *pong, *store);
-    // A learnt key works whichever widget has the focus.
+    new RestingFocus(ui->centralwidget);
+    // A learnt key works whichever widget has the focus. Installed last, so that this filter sees
+    // every event before the other takes some away.
     for (QObject *object : findChildren<QObject *>())
         object->installEventFilter(this);
-    new RestingFocus(ui->centralwidget);
     makeReadable();
     connectGame();
     ui->speedSlider->setValue(settings::read(*store, settings::ballSpeed));

@@ -40,7 +40,9 @@ bool RestingFocus::eventFilter(QObject *object, QEvent *event)
         // When a widget is disabled, Qt moves its focus on before it sends EnabledChange.
         if (!m_focused || m_focused->isEnabled())
             m_focused = static_cast<QWidget *>(object);
-        break;
+        return object == m_place; // which would repaint itself, and with it the whole window
+    case QEvent::FocusOut:
+        return object == m_place;
     case QEvent::EnabledChange:
         if (object == m_focused && !m_focused->isEnabled())
             rest();

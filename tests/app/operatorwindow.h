@@ -3,10 +3,25 @@
 #include "mainwindow.h"
 #include "workingfolder.h"
 
+#include <QEvent>
+
 #include <memory>
 #include <optional>
 
 class QAbstractButton;
+
+/// Counts the paint events of the watched widget.
+class Paintings : public QObject
+{
+public:
+    bool eventFilter(QObject * /*object*/, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+    int count = 0;
+};
 
 /// The operator's window in its own working directory, with the host, MIDI devices and gamepads
 /// that the test links.

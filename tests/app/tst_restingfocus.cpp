@@ -1,5 +1,6 @@
 #include "runningwindow.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -42,6 +43,7 @@ private slots:
     void a_key_reaches_the_widget_focused_by_tab();
     void no_widget_gets_the_focus_when_the_window_is_shown_again();
     void a_learnt_key_works_while_the_focus_rests();
+    void the_focus_comes_and_goes_without_repainting_the_window();
     void the_wheel_over_a_closed_list_selects_nothing_data();
     void the_wheel_over_a_closed_list_selects_nothing();
     void the_wheel_in_an_open_list_scrolls_it();
@@ -249,6 +251,25 @@ void tst_RestingFocus::a_learnt_key_works_while_the_focus_rests()
     click(m_running->find(u"zoneComboBox"_s));
     QVERIFY(QApplication::activePopupWidget());
     QCOMPARE(m_running->step(1), 0);
+}
+
+// A list that opens takes the focus, so the whole window would be painted in the middle of a rally.
+void tst_RestingFocus::the_focus_comes_and_goes_without_repainting_the_window()
+{
+    QCoreApplication::processEvents();
+    Paintings paintings;
+    m_running->find(u"speedSlider"_s)->installEventFilter(&paintings);
+    auto *list = m_running->find<QComboBox>(u"zoneComboBox"_s);
+    list->showPopup();
+    QVERIFY(QTest::qWaitForWindowExposed(list->view()->window()));
+    list->hidePopup();
+    QTRY_VERIFY(!list->view()->isVisible());
+    press(Qt::Key_Tab);
+    QVERIFY(!restingPlace()->hasFocus());
+    click(m_running->find(u"leftKeyboardRadio"_s));
+    QVERIFY(restingPlace()->hasFocus());
+    QCoreApplication::processEvents();
+    QCOMPARE(paintings.count, 0);
 }
 
 void tst_RestingFocus::the_wheel_over_a_closed_list_selects_nothing_data()

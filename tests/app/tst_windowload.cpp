@@ -9,23 +9,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// Counts the paint events of the watched widget.
-class Paintings : public QObject
-{
-public:
-    bool eventFilter(QObject * /*object*/, QEvent *event) override
-    {
-        count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-
-    int count = 0;
-};
-
-} // namespace
-
 /// What the window does once it is shown: it lists the devices, applies the settings and switches
 /// the output off.
 class tst_WindowLoad : public QObject
