@@ -72,4 +72,5 @@ int main(int argc, char *argv[])
         showmode::endWithin(longestExit, exitCode);
     }
     showmode::end(exitCode);
+    return exitCode;
 }

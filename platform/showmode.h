@@ -20,7 +20,8 @@ void keepAwake(bool awake);
 /// then. The caller has released everything that matters outside the process.
 void endWithin(std::chrono::milliseconds time, int exitCode);
 
-/// Ends the process at the end of main(), once the application is destroyed.
-[[noreturn]] void end(int exitCode);
+/// Ends the process where returning from main() could hang; elsewhere it returns. Call last in
+/// main(), once the application is destroyed.
+void end(int exitCode);
 
 } // namespace showmode

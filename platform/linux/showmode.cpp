@@ -53,7 +53,4 @@ void showmode::endWithin(std::chrono::milliseconds time, int exitCode)
     }).detach();
 }
 
-void showmode::end(int exitCode)
-{
-    std::exit(exitCode);
-}
+void showmode::end(int /*exitCode*/) { }

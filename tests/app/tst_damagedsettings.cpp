@@ -12,8 +12,8 @@ using settingsfile::contentOf;
 
 namespace {
 
-const QString fileName = FoundFile::name;
-const QString copyName = FoundFile::copyName;
+constexpr QLatin1StringView fileName = FoundFile::name;
+constexpr QLatin1StringView copyName = FoundFile::copyName;
 
 /// Makes the file newer, because QSettings remembers what a file of the same time said.
 void letQSettingsForget()
