@@ -103,6 +103,8 @@ private slots:
     void the_end_writes_nothing_on_its_own_thread();
     void the_end_does_not_wait_for_a_hanging_disk();
     void the_end_of_the_application_waits_for_a_slow_disk();
+    void a_writer_that_is_destroyed_writes_what_is_pending();
+    void without_its_folder_the_file_cannot_be_written();
     void a_failed_write_is_logged_once();
     void a_failed_write_at_the_end_is_logged();
     void a_failed_write_is_tried_again_at_the_next_change();
@@ -345,6 +347,19 @@ void tst_SettingsStore::the_end_of_the_application_waits_for_a_slow_disk()
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitCode(), 0);
     QVERIFY(settingsfile::contentOf(fileName).contains("BallSpeed=21"));
+}
+
+void tst_SettingsStore::a_writer_that_is_destroyed_writes_what_is_pending()
+{
+    SettingsWriter(Disk::of(disk), never).put({{settings::ballSpeed.key, 21}});
+    QCOMPARE(disk->written(), Speeds{21});
+}
+
+void tst_SettingsStore::without_its_folder_the_file_cannot_be_written()
+{
+    const QVariantMap values = {{settings::ballSpeed.key, 21}};
+    QVERIFY(!settingsfile::write(u"missing/.pong"_s, values).isEmpty());
+    QVERIFY(WorkingFolder::files().isEmpty());
 }
 
 namespace {
