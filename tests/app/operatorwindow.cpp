@@ -3,7 +3,6 @@
 #include "settings.h"
 
 #include <QAbstractButton>
-#include <QFile>
 #include <QLabel>
 #include <QSettings>
 #include <QTest>

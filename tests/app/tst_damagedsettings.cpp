@@ -5,7 +5,11 @@
 #include "workingfolder.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
+#include <QTest>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using settingsfile::contentOf;
@@ -15,7 +19,7 @@ namespace {
 constexpr QLatin1StringView fileName = FoundFile::name;
 constexpr QLatin1StringView copyName = FoundFile::copyName;
 
-/// Makes the file newer, because QSettings remembers what a file of the same time said.
+/// Makes the file newer, because QSettings caches a file until its time or size changes.
 void letQSettingsForget()
 {
     QFile file(fileName);

@@ -1,5 +1,4 @@
 #include "badbey.h"
-#include "lasercontrols.h"
 #include "runningwindow.h"
 
 #include <QApplication>
@@ -11,8 +10,6 @@
 #include <QSlider>
 #include <QStatusBar>
 #include <QTest>
-#include <QThread>
-#include <QTimer>
 #include <QTranslator>
 
 using namespace Qt::StringLiterals;

@@ -1,10 +1,8 @@
 #include "badbey.h"
 #include "runningwindow.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>

@@ -9,8 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-/// What the window does once it is shown: it lists the devices, applies the settings and switches
-/// the output off.
+/// The first load of the window, which lists the devices, applies the settings and switches the
+/// output off.
 class tst_WindowLoad : public QObject
 {
     Q_OBJECT

@@ -50,7 +50,7 @@ set_class() {
     run_quietly reg add "HKCR\\$1" /f /ve /d "$2"
 }
 
-# Wine has no browser of its own that works; the system's is a script here.
+# A script replaces the browser, because the one that Wine would start does not work.
 step_guide() {
     say "The start menu opens the operator's guide in the browser"
     after install
